@@ -1,0 +1,66 @@
+// Worksheet functions of the European and American options: argument by argument as on the worksheet.
+#pragma once
+
+#include "addin/frame.h"
+#include "models/black_scholes/european.h"
+
+namespace kestran::worksheet {
+
+inline Answer EURO(double Price, double Strike, double IntRt, double Yield, double Vol, Years ExpDays,
+                   int OptType, Selector<0, 8> RetType) {
+  return bs_general(Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, RetType);
+}
+
+/// Numbers its results its own way: 4 is rho and 6 the change of delta with volatility.
+inline Answer EURO_Equity(double Price, double Strike, double IntRt, double Yield, double Vol, Years ExpDays,
+                          int OptType, Selector<0, 6> RetType) {
+  const int european = RetType == 4 ? 6 : RetType == 6 ? 7 : int(RetType);
+  return bs_general(Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, european);
+}
+
+/// Options on forwards and futures: the yield equals the rate. 6 is the change of delta with volatility.
+inline Answer EURO_Forward(double Price, double Strike, double IntRt, double Vol, Years ExpDays, int OptType,
+                           Selector<0, 6> RetType) {
+  const int european = RetType == 6 ? 7 : int(RetType);
+  return bs_general(Price, Strike, ExpDays, IntRt, IntRt, Vol, OptType, european);
+}
+
+/// IntRtA is the rate of the pricing currency; IntRtB, the rate of the priced one, is its yield.
+inline Answer FOREXCH(double SpotAB, double StrikeAB, double IntRtA, double IntRtB, double VolAB,
+                      Years ExpDays, int OptType, Selector<0, 8> RetType) {
+  return bs_general(SpotAB, StrikeAB, ExpDays, IntRtA, IntRtB, VolAB, OptType, RetType);
+}
+
+inline Answer AMER(double, double, double, double, double, Years, int, Selector<0, 7>) { return no_model(); }
+
+inline Answer AMERB(double, double, double, double, double, Years, int, Selector<1>, Selector<0, 8>) {
+  return no_model();
+}
+
+inline Answer EIMPVOL(Selector<0, 6>, double, double, double, Years, double, double, double, double, int) {
+  return no_model();
+}
+
+inline Answer IMPVOLAB(double, double, double, double, double, double, Years, Selector<0, 6>, Selector<1>,
+                       double) {
+  return no_model();
+}
+
+inline Answer DIGITAL(double, Positive, Positive, double, double, NotNegative, NotNegativeYears,
+                      Selector<0, 1>, Selector<0, 5>) {
+  return no_model();
+}
+
+inline Answer COD(double, double, double, double, double, Years, double, int, Selector<0, 5>) {
+  return no_model();
+}
+
+inline Answer CODPREM(double, double, double, double, double, Years, Selector<0, 8>) { return no_model(); }
+
+inline Answer COMBOPT(double, double, double, double, double, double, double, Years, int, Selector<0, 8>) {
+  return no_model();
+}
+
+inline Answer BOST(double, double, double, double, double, Years, Selector<0, 8>) { return no_model(); }
+
+}  // namespace kestran::worksheet

@@ -1,0 +1,69 @@
+// Worksheet functions of the single- and two-asset exotics: argument by argument as on the worksheet.
+#pragma once
+
+#include "addin/frame.h"
+#include "models/exotics/barrier.h"
+#include "models/exotics/compound.h"
+#include "models/exotics/heat_rate.h"
+#include "models/exotics/lookback.h"
+#include "models/exotics/rainbow.h"
+#include "models/exotics/wilcox_spread.h"
+
+namespace kestran::worksheet {
+
+inline Answer BRRR(double Price, double Strike, double IntRt, double Yield, double Vol, double ExpDays,
+                   double BarrPr, double Rebate, Selector<0, 2> OptType, int KnockType,
+                   Selector<0, 5> RetType) {
+  return barrier_greek(Price, Strike, Vol, IntRt, Yield, ExpDays, BarrPr, Rebate, OptType, KnockType,
+                       RetType);
+}
+
+inline Answer LKBK(double Price, double Strike, double IntRt, double Yield, double Vol, double ExpDays,
+                   int OptType, Selector<0, 6> RetType) {
+  return lookback_greek(Price, Strike, IntRt, Yield, Vol, ExpDays, OptType, days_per_year, RetType);
+}
+
+inline Answer CMPDV(double Price, double StrOver, double StrUnder, double TimeOver, double TimeUnder,
+                    double IntRt, double Yield, double FwdVol, double Vol, int OptType,
+                    Selector<0, 5> RetType) {
+  return compound_greek(Price, StrOver, StrUnder, TimeOver, TimeUnder, IntRt, Yield, FwdVol, Vol, OptType,
+                        RetType);
+}
+
+inline Answer RBOW(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
+                   double Correl, double ExpDays, Selector<1, 6> OptType, Selector<0, 10> RetType) {
+  // The rate is both yields too: the prices are futures.
+  return rainbow_greek(PriceA, PriceB, Strike, IntRt, IntRt, IntRt, ExpDays, VolA, VolB, Correl, OptType,
+                       RetType);
+}
+
+inline Answer WSPRD(double FwdSpd, double Strike, double IntRt, double Vol, Years ExpDays, int OptType,
+                    Selector<0, 8> RetType) {
+  return wilcox_spread(FwdSpd, Strike, IntRt, Vol, ExpDays, OptType, RetType);
+}
+
+inline Answer HEAT(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
+                   double Correl, Years ExpDays, int OptType, Selector<0, 12> RetType) {
+  return heat_rate_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType);
+}
+
+inline Answer QUANTO(double, double, double, double, double, double, double, double, double, Years, int,
+                     Selector<1, 4>, Selector<0, 11>) {
+  return no_model();
+}
+
+inline Answer SPRDOPT(double, double, double, double, double, double, double, Years, int, Selector<0, 16>) {
+  return no_model();
+}
+
+/// The one twin that differs: it does not answer the results above 12.
+inline Answer xSPRDOPT(double, double, double, double, double, double, double, Years, int, Selector<0, 12>) {
+  return no_model();
+}
+
+inline Answer WARRANT(double, double, double, double, double, Years, Years, double, double, int,
+                      Selector<0, 5>) {
+  return no_model();
+}
+
+}  // namespace kestran::worksheet

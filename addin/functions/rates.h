@@ -1,0 +1,61 @@
+// Worksheet functions of the rate options: argument by argument as on the worksheet.
+#pragma once
+
+#include "addin/range_frame.h"
+#include "models/rates/swaption.h"
+#include "models/rates/xcap.h"
+
+namespace kestran::worksheet {
+
+/// Tsteps below 0 or above 10,000 is #VALUE!: no cell may hang Excel.
+inline Answer XCAP(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& ExpDays_rng, Range& Qty_rng,
+                   double StripVol, double CfStrike, double CompStrike, Years OptExpDays, double OptIntRt,
+                   int OptType, int RetType, int Tsteps) {
+  if (Tsteps < 0 || Tsteps > xcap_most_steps) return Answer::failure(xlerrValue);
+  for (int i = 0; i < ExpDays_rng.count; ++i) ExpDays_rng.values[i] /= days_per_year;
+  CapOption option;
+  option.Price = Price_rng.values;
+  option.IntRt = IntRt_rng.values;
+  option.Vol = Vol_rng.values;
+  option.ExpDays = ExpDays_rng.values;
+  option.Qty = Qty_rng.values;
+  option.n = Qty_rng.count;
+  option.StripVol = StripVol;
+  option.CfStrike = CfStrike;
+  option.CompStrike = CompStrike;
+  option.T = OptExpDays;
+  option.r = OptIntRt;
+  option.r_carry = OptIntRt;
+  option.N = Tsteps;
+  option.OptType = OptType;
+  return xcap_greeks(option, RetType);
+}
+
+/// The results of one period are asked for by RetMonth, counted from 1.
+inline Answer SWAPTION(Range& Fwd, Range& Qty, Range& Swaptime, Range& Rates, double Swapvol, double Strike,
+                       double IntRt, double Expiry, int Opttype, int RetType, int RetMonth) {
+  const int n = Rates.count;
+  const bool by_period = RetType == 1 || RetType == 2 || RetType == 6 || RetType == 7;
+  if (RetType < 0 || RetType > 7 || (by_period && (RetMonth < 1 || RetMonth > n)))
+    return Answer::failure(xlerrValue);
+  double periods[4][range_cells];
+  SwaptionRecord record;
+  record.delta_by_period = periods[0];
+  record.gamma_by_period = periods[1];
+  record.decay_by_period = periods[2];
+  record.vanna_by_period = periods[3];
+  swaption_model(Fwd.values, Qty.values, Swaptime.values, Rates.values, Swapvol, Strike, IntRt, Expiry, n, Opttype,
+                 record);
+  const int period = by_period ? RetMonth - 1 : 0;
+  const double results[8] = {record.price,
+                             record.delta_by_period[period],
+                             record.gamma_by_period[period],
+                             record.vega,
+                             record.rate_sens,
+                             record.theta,
+                             record.vanna_by_period[period],
+                             record.decay_by_period[period]};
+  return results[RetType];
+}
+
+}  // namespace kestran::worksheet

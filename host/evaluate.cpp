@@ -1,0 +1,259 @@
+#include "host/evaluate.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <utility>
+
+#include "host/excel_standin.h"
+#include "numerics/elementary.h"
+
+namespace kestran {
+namespace {
+
+constexpr std::size_t most_arguments = max_operands - 1;
+constexpr std::size_t sheet_columns = 256;
+
+// An operand: one value, or cells that lie on a sheet or came as an array.
+struct Value {
+  Scalar scalar;
+  std::shared_ptr<const Block> cells;
+  std::size_t sheet = 0;  // counted from 1; 0 for an array
+};
+
+Value of_scalar(Scalar scalar) {
+  Value value;
+  value.scalar = std::move(scalar);
+  return value;
+}
+
+// What an operand of arithmetic counts as; false for an error, which is then in `error`.
+bool operand_number(const Value& value, double& number, int& error) {
+  error = xlerrValue;
+  if (value.cells != nullptr && value.cells->cells.size() != 1) return false;
+  const Scalar& scalar = value.cells != nullptr ? value.cells->cells[0] : value.scalar;
+  if (scalar.kind == Kind::error) error = scalar.code;
+  return number_of(scalar, number);
+}
+
+Scalar combine(Operation operation, double left, double right) {
+  const bool finite = std::isfinite(left) && std::isfinite(right);
+  double result = 0.0;
+  switch (operation) {
+    case Operation::add:
+      result = left + right;
+      break;
+    case Operation::subtract:
+      result = left - right;
+      break;
+    case Operation::multiply:
+      result = left * right;
+      break;
+    case Operation::divide:
+      if (finite && right == 0.0) return error_scalar(xlerrDiv0);
+      result = left / right;
+      break;
+    default:
+      // The worksheet has no answer where the C library has 1 and infinity.
+      if (left == 0.0 && right == 0.0) return error_scalar(xlerrNum);
+      if (finite && left == 0.0 && right < 0.0) return error_scalar(xlerrDiv0);
+      result = power(left, right);
+  }
+  return finite && !std::isfinite(result) ? error_scalar(xlerrNum) : number_scalar(result);
+}
+
+Scalar combine(Operation operation, const Value& left, const Value& right) {
+  double first = 0.0;
+  double second = 0.0;
+  int error = 0;
+  if (!operand_number(left, first, error) || !operand_number(right, second, error))
+    return error_scalar(error);
+  return combine(operation, first, second);
+}
+
+Scalar change(Operation operation, const Value& operand) {
+  double number = 0.0;
+  int error = 0;
+  if (!operand_number(operand, number, error)) return error_scalar(error);
+  return number_scalar(operation == Operation::negate ? -number : number / 100.0);
+}
+
+template <std::size_t>
+using Argument = XLOPER*;
+
+template <std::size_t... index>
+XLOPER* call_with(void* entry, XLOPER* const* arguments, std::index_sequence<index...>) {
+  using Entry = XLOPER*(EXCEL_STDCALL*)(Argument<index>...);
+  (void)arguments;  // not used where there are none
+  return reinterpret_cast<Entry>(entry)(arguments[index]...);
+}
+
+template <std::size_t count>
+XLOPER* call_counted(void* entry, XLOPER* const* arguments) {
+  return call_with(entry, arguments, std::make_index_sequence<count>());
+}
+
+using Caller = XLOPER* (*)(void* entry, XLOPER* const* arguments);
+
+template <std::size_t... counts>
+constexpr std::array<Caller, sizeof...(counts)> make_callers(std::index_sequence<counts...>) {
+  return {call_counted<counts>...};
+}
+
+// By number of arguments: the callee of 32-bit Windows takes exactly as many off the stack as it declares.
+constexpr auto callers = make_callers(std::make_index_sequence<most_arguments + 1>());
+
+// An argument as Excel passes it; `memory` and `areas` hold what the record points at.
+XLOPER make_argument(const Value& value, std::unique_ptr<char[]>& memory, AreaList& areas) {
+  if (value.cells == nullptr) return make_record(value.scalar, memory);
+  if (value.sheet == 0) return make_array(*value.cells, memory);
+  areas.count = 1;
+  areas.area = {0, static_cast<std::uint16_t>(value.cells->rows - 1), 0,
+                static_cast<std::uint8_t>(value.cells->columns - 1)};
+  XLOPER record;
+  if (value.sheet == 1) {
+    record.type = xltypeSRef;
+    record.value.sheet_reference = areas;
+  } else {
+    record.type = xltypeRef;
+    record.value.reference = {&areas, sheet_id(value.sheet - 1)};
+  }
+  return record;
+}
+
+Value read_result(const XLOPER* result) {
+  Value value;
+  if (result == nullptr) {
+    note_fault("gives no result");
+    value.scalar = error_scalar(xlerrNum);
+  } else if (result->type == xltypeMulti && (value.cells = read_array(*result)) != nullptr) {
+    return value;
+  } else if (!read_scalar(*result, value.scalar)) {
+    note_fault("gives a result of type " + std::to_string(result->type) + " that no cell can hold");
+    value.scalar = error_scalar(xlerrValue);
+  }
+  return value;
+}
+
+Value call_function(const std::string& name, const Value* given, std::size_t count) {
+  const Registration* const function = find_function(name);
+  if (function == nullptr || count > function->arguments) return of_scalar(error_scalar(xlerrName));
+  void* const entry = function->entry;
+  const std::size_t declared = function->arguments;
+  std::array<std::unique_ptr<char[]>, most_arguments> memory;
+  std::array<AreaList, most_arguments> areas;
+  std::array<XLOPER, most_arguments> records;
+  std::array<XLOPER*, most_arguments> arguments{};
+  for (std::size_t i = 0; i < declared; ++i) {
+    arguments[i] = &records[i];
+    records[i].type = xltypeMissing;
+    if (i < count) records[i] = make_argument(given[i], memory[i], areas[i]);
+  }
+  Value value;
+  const bool gives_logical = registered_text(*function, 2) == "A";
+  begin_call(registered_name(*function));
+  if (gives_logical) {
+    using Entry = int(EXCEL_STDCALL*)();
+    value.scalar = boolean_scalar((reinterpret_cast<Entry>(entry)() & 0xFFFF) != 0);
+  } else {
+    value = read_result(call_entry(entry, arguments.data(), declared));
+  }
+  end_call();
+  return value;
+}
+
+// Puts the ranges of a formula on sheets; gives the sheet of each, counted from 1, 0 where it fits on none.
+std::vector<std::size_t> lay_out(const std::vector<std::shared_ptr<const Block>>& blocks) {
+  auto& sheets = standin().sheets;
+  std::vector<std::size_t> sheet_of;
+  sheets.clear();
+  for (const auto& block : blocks) {
+    const bool fits = block->columns <= sheet_columns;
+    if (fits) sheets.push_back(block);
+    sheet_of.push_back(fits ? sheets.size() : 0);
+  }
+  return sheet_of;
+}
+
+Value evaluate(Formula& formula) {
+  const std::vector<std::size_t> sheet_of = lay_out(formula.blocks);
+  std::vector<Value> stack;
+  for (Step& step : formula.steps) {
+    switch (step.operation) {
+      case Operation::scalar:
+        stack.push_back(of_scalar(std::move(step.scalar)));
+        break;
+      case Operation::block:
+        stack.push_back({Scalar(), formula.blocks[step.count], sheet_of[step.count]});
+        break;
+      case Operation::negate:
+      case Operation::percent:
+        stack.back() = of_scalar(change(step.operation, stack.back()));
+        break;
+      case Operation::call: {
+        const std::size_t first = stack.size() - step.count;
+        Value value = call_function(step.scalar.text, stack.data() + first, step.count);
+        stack.resize(first);
+        stack.push_back(std::move(value));
+        break;
+      }
+      default: {
+        const Scalar result = combine(step.operation, stack[stack.size() - 2], stack.back());
+        stack.pop_back();
+        stack.back() = of_scalar(result);
+      }
+    }
+  }
+  return std::move(stack.back());
+}
+
+int declared_arguments(const std::string& name) {
+  const Registration* const function = find_function(name);
+  return function == nullptr ? -1 : static_cast<int>(function->arguments);
+}
+
+}  // namespace
+
+XLOPER* call_entry(void* entry, XLOPER* const* arguments, std::size_t count) {
+  return callers[count](entry, arguments);
+}
+
+Evaluation evaluate_line(const std::string& line) {
+  Formula formula = parse_formula(line, declared_arguments);
+  if (formula.error_column != 0) {
+    return {"#SYNTAX! column " + std::to_string(formula.error_column) + ": expected " + formula.expected,
+            false};
+  }
+  const Value value = evaluate(formula);
+  return {printed(value.cells == nullptr ? value.scalar : value.cells->cells[0]), true};
+}
+
+std::string printed_number(double number) {
+  if (std::isnan(number)) return "nan";
+  std::array<char, 32> text;
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+  return {text.data(), end};
+}
+
+std::string printed(const Scalar& scalar) {
+  switch (scalar.kind) {
+    case Kind::number:
+      return printed_number(scalar.number);
+    case Kind::boolean:
+      return scalar.code != 0 ? "TRUE" : "FALSE";
+    case Kind::error: {
+      const char* const name = error_name(scalar.code);
+      return name != nullptr ? name : "#ERR(" + std::to_string(scalar.code) + ")";
+    }
+    case Kind::text: {
+      std::string line = scalar.text;
+      for (char& c : line)
+        if (c == '\n' || c == '\r') c = ' ';
+      return line;
+    }
+    default:
+      return "0";
+  }
+}
+
+}  // namespace kestran

@@ -1,0 +1,131 @@
+// Plays Excel to an add-in: keeps what it registers, answers its calls into Excel and accounts for the memory
+// handed to it. An add-in that does what Excel would refuse, keeps memory or frees it twice is at fault.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "addin/excel_api.h"
+#include "host/formula.h"
+
+namespace kestran {
+
+/// One function or command as the add-in registered it.
+struct Registration {
+  double id = 0.0;
+  /// All texts as they came: library, procedure, type text, name, argument names, macro type, category,
+  /// shortcut, help topic, description, argument descriptions.
+  std::vector<std::string> texts;
+  void* entry = nullptr;
+  std::size_t arguments = 0;  // declared by the type text
+  bool named = true;          // until its name is deleted
+};
+
+const std::string& registered_name(const Registration& registration);
+bool is_command(const Registration& registration);
+/// The text at this place of `texts`, empty when the add-in gave fewer.
+std::string registered_text(const Registration& registration, std::size_t place);
+
+struct Menu {
+  double bar = 0.0;
+  std::vector<std::vector<std::string>> rows;  // the menu itself, then its items, as the add-in gave them
+  std::string before;                          // the menu it was put before
+};
+
+struct Alert {
+  std::string text;
+  double kind = 0.0;
+};
+
+struct HelpCall {
+  std::string path;
+  unsigned command = 0;
+};
+
+/// Arrays and texts given to the add-in and freed by it.
+struct Accounting {
+  std::size_t arrays_handed_out = 0;
+  std::size_t arrays_freed = 0;
+  std::size_t texts_handed_out = 0;
+  std::size_t texts_freed = 0;
+};
+
+/// Memory the add-in has to free: the records of an array followed by their texts, or one text.
+struct HandedOut {
+  std::unique_ptr<char[]> memory;
+  bool array = false;
+};
+
+struct Standin {
+  std::string library_path;
+  void* library = nullptr;
+  std::function<void*(const char*)> find_entry;  // among the add-in's exports; empty when none is loaded
+  std::vector<Registration> registrations;
+  std::vector<Menu> menus;
+  std::vector<Alert> alerts;
+  std::vector<HelpCall> help_calls;
+  std::vector<std::string> faults;
+  Accounting accounting;
+  std::map<const void*, HandedOut> handed_out;
+  /// The cells of each sheet; the first is the active one.
+  std::vector<std::shared_ptr<const Block>> sheets;
+  std::string running;       // the add-in's entry that is being called
+  int next_coerce_code = 0;  // when not 0 the next xlCoerce fails with it, such as xlretUncalced
+  double last_id = 0.0;
+};
+
+/// The one stand-in of this process: the add-in's calls carry nothing that could tell several apart.
+Standin& standin();
+
+/// Forgets everything; an add-in that is still loaded stays in memory and is not told.
+void reset_standin();
+
+/// Loads an add-in and calls its xlAutoOpen. Gives the reason when that fails, else an empty text.
+std::string load_addin(const std::string& path);
+
+/// The same for functions that are already in the process: `find_entry` gives their addresses by name.
+std::string attach_addin(const std::string& name, std::function<void*(const char*)> find_entry);
+
+/// Calls xlAutoClose and lets go of the add-in. What it left registered stays to be looked at but cannot be
+/// called.
+void unload_addin();
+
+/// Calls a registered command, as a click on its menu item does; false when there is none of this name.
+bool run_command(const std::string& name);
+
+/// The function a formula reaches under this name, in any case; null when there is none.
+const Registration* find_function(const std::string& name);
+
+/// Marks that the add-in's `entry` is being called. end_call() notes a leak when it kept memory.
+void begin_call(const std::string& entry);
+void end_call();
+
+/// Notes a fault of the entry that is being called.
+void note_fault(const std::string& fault);
+
+/// Answers one call of the add-in: what Excel4v does.
+int call_standin(int function, XLOPER* result, int count, XLOPER** operands);
+
+/// Id of a sheet by its index in Standin::sheets.
+std::uintptr_t sheet_id(std::size_t index);
+
+/// What a record holds if that is one value, whole numbers as numbers; false for arrays, references and
+/// records that make no sense.
+bool read_scalar(const XLOPER& record, Scalar& scalar);
+
+/// What an array record holds; values Excel does not know in an array are #VALUE!. Null for anything but an
+/// array.
+std::shared_ptr<Block> read_array(const XLOPER& record);
+
+/// A block as an array record, which lives in `memory`.
+XLOPER make_array(const Block& block, std::unique_ptr<char[]>& memory);
+
+/// One value as a record, whose text lives in `memory`.
+XLOPER make_record(const Scalar& scalar, std::unique_ptr<char[]>& memory);
+
+}  // namespace kestran

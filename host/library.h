@@ -1,0 +1,32 @@
+// What the host needs of the operating system: loading an add-in, finding its entry points, files and
+// streams.
+#pragma once
+
+#include <string>
+
+namespace kestran {
+
+/// File name of the add-in that is used when no other is named.
+extern const char default_library_name[];
+
+/// Loads a library by its full path; null when it cannot be loaded, with the reason in `error`.
+void* open_library(const std::string& path, std::string& error);
+
+/// Address of an exported function; null when there is none of that name.
+void* find_symbol(void* library, const char* name);
+
+void close_library(void* library);
+
+/// The full path a file name stands for, also when there is no such file.
+std::string full_path(const std::string& path);
+
+/// Folder of the running program, with the separator at its end; empty when the system does not tell.
+std::string program_folder();
+
+/// Whether someone types the input.
+bool input_is_terminal();
+
+/// Makes input and output pass every byte as it is.
+void use_binary_streams();
+
+}  // namespace kestran

@@ -1,0 +1,71 @@
+#include <dlfcn.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+
+#include "host/excel_standin.h"
+#include "host/library.h"
+
+namespace kestran {
+
+const char default_library_name[] = "libkestran.so";
+
+void* open_library(const std::string& path, std::string& error) {
+  void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library == nullptr) error = dlerror();
+  return library;
+}
+
+void* find_symbol(void* library, const char* name) { return dlsym(library, name); }
+
+void close_library(void* library) { dlclose(library); }
+
+std::string full_path(const std::string& path) {
+  char resolved[PATH_MAX];
+  return realpath(path.c_str(), resolved) == nullptr ? path : resolved;
+}
+
+std::string program_folder() {
+  char path[PATH_MAX];
+  const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+  if (length <= 0) return "";
+  const std::string program(path, static_cast<std::size_t>(length));
+  return program.substr(0, program.rfind('/') + 1);
+}
+
+bool input_is_terminal() { return isatty(STDIN_FILENO) != 0; }
+
+void use_binary_streams() {}
+
+// What an add-in looks up in the program that loaded it.
+extern "C" {
+
+__attribute__((visibility("default"))) int Excel4v(int function, XLOPER* result, int count,
+                                                   XLOPER** operands) {
+  return call_standin(function, result, count, operands);
+}
+
+__attribute__((visibility("default"))) int Excel4(int function, XLOPER* result, int count, ...) {
+  XLOPER* operands[max_operands] = {};
+  va_list given;
+  va_start(given, count);
+  for (int i = 0; i < count && i < max_operands; ++i) operands[i] = va_arg(given, XLOPER*);
+  va_end(given);
+  return call_standin(function, result, count, operands);
+}
+
+__attribute__((visibility("default"))) int WinHelpA(void*, const char* path, unsigned command,
+                                                    std::uintptr_t) {
+  constexpr unsigned help_finder = 11;
+  const std::string file = path == nullptr ? "" : path;
+  standin().help_calls.push_back({file, command});
+  if (command == help_finder) std::fprintf(stderr, "help: %s\n", file.c_str());
+  return 1;
+}
+}
+
+}  // namespace kestran

@@ -1,0 +1,26 @@
+// Options on the average of daily prices: the fast approximation with averaging counted in trading days.
+#pragma once
+
+namespace kestran {
+
+/// European option on the arithmetic average of a futures price, fixed every trading day and paid on a day of
+/// its own: the approximation of asn_model (Black at the volatility of the average, for calls with the
+/// correction of asian_call_correction; puts have none, which is intended).
+///
+/// S price, K strike, r interest rate (continuous, per year), sigma volatility (per year), A average of the
+/// fixings made, toExp calendar days to payment, toStart trading days to the first fixing (<= 0 once
+/// averaging has begun), toEnd trading days to the last fixing, TradeDays trading days per year. None need be
+/// whole: with averaging begun toEnd - toStart + 1 fixings are counted in all and toEnd rounded up to come.
+/// OptType 0 put, any other value call. On return out holds
+///   0 price   1 delta   2 gamma   3 vega, per 1.00 of volatility
+///   4 -years times the price without the correction: the sensitivity to the rate, as for futures
+///   5 theta, change of value as time passes: per year before averaging ends; the interest on an option whose
+///     payoff is certain is per day   6 change of delta with volatility
+/// Results below 1e-20 are 0, and so is a call below 1e-7 of S before discounting to payment.
+///
+/// toExp < 0 counts as 0. toEnd <= 0: averaging is over, the discounted payoff on A. TradeDays = 0 gives no
+/// number; nothing else is checked.
+void asian_vol_approx(double S, double K, double r, double sigma, double A, double toExp, double toStart,
+                      double toEnd, double TradeDays, int OptType, double out[7]);
+
+}  // namespace kestran

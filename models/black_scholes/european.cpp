@@ -1,0 +1,69 @@
+#include "models/black_scholes/european.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "numerics/elementary.h"
+#include "numerics/normal.h"
+
+namespace kestran {
+
+double bs_general(double S, double K, double T, double r, double q, double sigma, int OptType, int RetType) {
+  const double sign = OptType == 0 ? -1.0 : 1.0;
+  if (!(T > 0.0)) return RetType == 0 ? positive_part(sign * (S - K)) : 0.0;
+  if (sigma <= 0.0) sigma = 1e-5;
+
+  const double root_T = std::sqrt(T);
+  const double v = sigma * root_T;
+  const double moneyness = natural_log(S / K);
+  const double drift = (r - q) + sigma * sigma / 2.0;
+  const double d1 = (moneyness + drift * T) / v;
+  const double d2 = d1 - v;
+  const double Dq = exponential(-q * T);
+  const auto Dr = [&] { return exponential(-r * T); };
+  const auto N1 = [&] { return cnorm(sign * d1); };
+  const auto N2 = [&] { return cnorm(sign * d2); };
+  const auto density = [&] { return exponential(-d1 * d1 / 2.0) / std::sqrt(6.283185307179586); };
+  const auto premium = [&] { return sign * (Dq * S * N1() - Dr() * K * N2()); };
+
+  switch (RetType) {
+    case 0:
+      return premium();
+    case 1:
+      return sign * Dq * N1();
+    case 2:
+      return Dq * density() / (S * v);
+    case 3:
+      return Dq * S * density() * root_T;
+    case 4:
+      return -T * premium();
+    case 5:
+      return -S * density() * sigma * Dq / (2.0 * root_T) + sign * (q * S * N1() * Dq - r * K * Dr() * N2());
+    case 6:
+      return sign * T * K * Dr() * N2();
+    case 7:
+      return (root_T - d1 / sigma) * Dq * density();
+    case 8:
+      return -Dq * ((drift - moneyness / T) * density() / (2.0 * v) - sign * q * N1());
+    default:
+      return 99.0;
+  }
+}
+
+double bseuro(int OptType, double S, double K, double quantity, double T, double sigma, double r, double q) {
+  if (OptType < 0 || OptType > 2) {
+    std::fputs("Error encountered...\nError in bseuro\n", stderr);
+    return 0.0;
+  }
+  const double v = sigma * std::sqrt(T);
+  const double d1 = (natural_log(S / K) + ((r - q) + sigma * sigma / 2.0) * T) / v;
+  const double d2 = d1 - v;
+  const double Dq = exponential(-q * T);
+  const double Dr = exponential(-r * T);
+  const auto N = [](double x) { return cnorm3(x, cnorm3_poly(x)); };
+  const double call = OptType == 0 ? 0.0 : Dq * S * N(d1) - Dr * K * N(d2);
+  const double put = OptType == 1 ? 0.0 : Dr * K * N(-d2) - Dq * S * N(-d1);
+  return quantity * (call + put);
+}
+
+}  // namespace kestran

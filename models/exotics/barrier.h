@@ -1,0 +1,31 @@
+// European options with one barrier and a cash rebate, and their sensitivities.
+#pragma once
+
+namespace kestran {
+
+/// Price of a knock-in or knock-out option: Reiner and Rubinstein (1991), "Breaking down the barriers", in
+/// the terms A to F of Haug (2007), section 4.17.1; normal distribution by cnorm. Every term that the option
+/// does not need is left out.
+///
+/// S price, K strike, sigma volatility (per year), r interest rate and q yield (per year), days to expiry, H
+/// barrier, R rebate: of a knock-in paid at expiry if the barrier was never touched, of a knock-out when it
+/// is touched. OptType 1 call, 2 or 0 put; KnockType 0 out, any other value in. H <= S is a barrier below the
+/// price, H > S one above it. The price drifts at ln((1 + r) / (1 + q)), rates compounded once a year, while
+/// values are discounted by e^(-rT) and e^(-qT) with T = days / 365.25; that mixture is intended.
+///
+/// Any other OptType and an H that is not a number give NaN. Nothing else is checked: a zero volatility,
+/// time, price or barrier gives the infinities and NaN of the arithmetic. With a rebate of exactly 0 the
+/// rebate's terms are 0 even where they could not be worked out, so that knock-in and knock-out add up to the
+/// European option.
+double barrier_price(double S, double K, double sigma, double r, double q, double days, double H, double R,
+                     int OptType, int KnockType);
+
+/// Price or a sensitivity by repricing, arguments as in barrier_price. RetType:
+///   0 price   1 delta   2 gamma   3 vega, per 1.00 of volatility   4 rho, per 1.00 of rate
+///   5 theta, loss of value per year as time passes
+/// Each moves its argument up by 0.1 %, gamma also down. Rho of a zero rate is 0; otherwise it moves both
+/// rates to 1.001 r. Any other RetType gives -99.
+double barrier_greek(double S, double K, double sigma, double r, double q, double days, double H, double R,
+                     int OptType, int KnockType, int RetType);
+
+}  // namespace kestran

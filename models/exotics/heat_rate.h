@@ -1,0 +1,24 @@
+// European options on a heat rate, the ratio of two prices, and their sensitivities.
+#pragma once
+
+namespace kestran {
+
+/// Premium or a sensitivity of an option on the ratio SA / SB of two lognormal prices: Black's formula (1976)
+/// on the ratio, taken as without drift, with the volatility of ln SA - ln SB; normal distribution by cnorm.
+///
+/// SA and SB prices, K strike (a ratio), r interest rate (continuous, per year), sigma_A and sigma_B
+/// volatilities (per year), rho their correlation, T years to expiry. OptType 0 put, any other value call.
+/// RetType:
+///   0 premium   1, 2 deltas in SA and SB   3, 4 gammas in SA and SB
+///   5, 6 vegas of sigma_A and sigma_B, per 1.00   7 sensitivity to the correlation, per 1.00
+///   8 sensitivity to r, per 1.00   9 theta, change of value per year as time passes
+///   10, 11 changes of the deltas 1 and 2 per year as time passes   12 change of delta 1 with SB
+/// The put's theta has its terms in r, and the put's results 10 and 11 are as a whole, of the opposite sign:
+/// both are intended. An unknown RetType gives 99.
+///
+/// T <= 0: RetType 0 is the intrinsic value, every other RetType 0. sigma_A <= 0 is taken as 1e-5, sigma_B as
+/// it is. Nothing else is checked: a zero SB or K or a joint volatility of 0 gives what the arithmetic gives.
+double heat_rate_option(double SA, double SB, double K, double r, double sigma_A, double sigma_B, double rho,
+                        double T, int OptType, int RetType);
+
+}  // namespace kestran

@@ -1,0 +1,32 @@
+// Lookback options whose running extreme starts at the strike, and their sensitivities.
+#pragma once
+
+namespace kestran {
+
+/// Price of a floating-strike lookback option, Goldman, Sosin and Gatto (1979) with the yield of Garman
+/// (1989); normal distribution by cnorm. K is the extreme seen so far: a call pays the final price less the
+/// lower of K and the lowest price from now on, a put the higher of K and the highest price from now on, less
+/// the final price. That reading needs K <= S for a call and K >= S for a put; elsewhere the formula is
+/// applied all the same.
+///
+/// S price, K strike, r interest rate and q yield (continuous, per year), sigma volatility (per year), days
+/// to expiry, of which daysPerYear make a year. OptType 0 put, any other value call. r and q equal as doubles
+/// take the limit; a small difference loses digits to cancellation, about 1e-16 S sigma^2 / |r - q|. Nothing
+/// is checked: a zero volatility, time or strike gives the infinities and NaN of the arithmetic.
+double lookback_price(double S, double K, double r, double q, double sigma, double days, int OptType,
+                      double daysPerYear);
+
+/// Price or a sensitivity by repricing, arguments as in lookback_price. RetType:
+///   0 price   1 delta   2 gamma   3 vega, per 1.00 of volatility
+///   4 rho, per 1.00 of r, both rates moving in proportion; 0 for r = 0
+///   5 theta, change of value per year as time passes   6 change of delta with volatility
+/// Price, volatility and rates move by 0.1 %, theta takes one day off: with less than a day left it is NaN.
+/// Any other RetType gives NaN.
+double lookback_greek(double S, double K, double r, double q, double sigma, double days, int OptType,
+                      double daysPerYear, int RetType);
+
+/// All seven results of lookback_greek into out[0] .. out[6].
+void lookback_greeks(double S, double K, double r, double q, double sigma, double days, int OptType,
+                     double daysPerYear, double* out);
+
+}  // namespace kestran

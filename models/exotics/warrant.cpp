@@ -1,0 +1,70 @@
+#include "models/exotics/warrant.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "models/black_scholes/american_tree.h"
+#include "models/black_scholes/early_exercise.h"
+#include "models/black_scholes/european.h"
+#include "models/bumps.h"
+#include "numerics/elementary.h"
+
+namespace kestran {
+
+double warrant_value(double S, double K, double r, double q, double sigma, double tv, double T, double Nwar,
+                     double Nshr, int WarType, int RetType) {
+  if (RetType < 0 || RetType > 5) return 99.0;
+  const double sign = WarType == 0 ? -1.0 : 1.0;
+  const double m = Nwar / Nshr;
+  const double g = 1.0 + sign * m;
+  if (S <= 0.0 || K <= 0.0 || Nshr <= 0.0 || Nwar < 0.0 || g <= 0.0) return -99.0;
+  if (!(T > 0.0)) return RetType == 0 ? positive_part(sign * (S - K)) : 0.0;
+  if (sigma <= 0.0) sigma = 1e-5;
+
+  // One method for all prices: between a tree and a formula, a small step in the rate would drown in their
+  // difference.
+  const bool european = early_exercise_rule(r, q, WarType) == EarlyExercise::never;
+  const auto bermudan = [&](double x, double rate, double yield, double volatility) -> TreeResult {
+    if (!european) return american_tree(x, K, T, tv, rate, yield, volatility, WarType, 400);
+    const auto result = [&](int i) { return bs_general(x, K, T, rate, yield, volatility, WarType, i); };
+    return {result(0), result(1), result(2), result(5)};
+  };
+
+  TreeResult option = bermudan(S, r, q, sigma);
+  double W = option.price;
+  double x = S;
+  if (m != 0.0) {
+    double lo = 0.0;
+    double hi = sign > 0.0 ? option.price : option.price / g;
+    W = std::min(option.price / g, hi);
+    for (int step = 0; step < 60; ++step) {
+      x = S + m * W;
+      option = bermudan(x, r, q, sigma);
+      const double excess = g * W - option.price;
+      if (std::fabs(excess) <= 1e-9 * K) break;
+      (excess > 0.0 ? hi : lo) = W;
+      if (hi - lo <= 1e-12 * K) break;
+      W -= excess / (g - m * option.delta);
+      if (!(W > lo && W < hi)) W = (lo + hi) / 2.0;
+    }
+  }
+
+  const double d = g - m * option.delta;
+  const double h = rate_step(r);
+  switch (RetType) {
+    case 0:
+      return W;
+    case 1:
+      return option.delta / d;
+    case 2:
+      return option.gamma * (g / d) * (g / d) / d;
+    case 3:
+      return (bermudan(x, r, q, 1.001 * sigma).price - option.price) / (0.001 * sigma) / d;
+    case 4:
+      return (bermudan(x, r + h, q + h, sigma).price - option.price) / h / d;
+    default:
+      return option.theta / d;
+  }
+}
+
+}  // namespace kestran

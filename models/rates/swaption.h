@@ -1,0 +1,43 @@
+// Options to enter a swap of a strip of forward prices against one fixed price.
+#pragma once
+
+namespace kestran {
+
+/// Results of swaption_model, all per unit of total quantity except those of one period, which are per unit
+/// of the period's own quantity. The four arrays belong to the caller and have room for every period.
+struct SwaptionRecord {
+  double price = 0.0;
+  double vega = 0.0;       // per 1.00 of Swapvol
+  double rate_sens = 0.0;  // all zero rates moving together, per 1.00 of rate
+  double theta = 0.0;      // change of value per year as time passes
+  double* delta_by_period = nullptr;
+  double* gamma_by_period = nullptr;  // change of the period's delta as the average forward rises by 1.00
+  double* decay_by_period = nullptr;  // change of the period's delta per year as time passes
+  double* vanna_by_period = nullptr;  // change of the period's delta with Swapvol
+};
+
+/// Discount factor of a semi-annually compounded zero rate: (1 + rate/2)^(-2t), 1 for t <= 0. Not a number
+/// for rates below -2.
+double semiannual_discount(double rate, double t);
+
+/// ln(1 + x), for x = rate/2; the rounding of 1 + x is part of it.
+double log1p_half(double x);
+
+/// European option to enter a swap of n settlement periods, premium and sensitivities. The strip is taken as
+/// one average forward price, weighted with quantity and discount factor, on which Black's formula is applied
+/// (Black 1976), scaled back to a price per unit of quantity.
+///
+/// Fwd forward price, Qty quantity, Swaptime years to settlement and Rates semi-annual zero rate to it, of
+/// each period; Swapvol volatility of the average forward (per year), Strike fixed price, IntRt semi-annual
+/// zero rate to the option's expiry, Expiry years; Opttype 0 put (receive the fixed price), any other value
+/// call. IntRt discounts semi-annually in the scale of the result and stands unchanged for the continuous
+/// rate and yield of Black's formula: intended.
+///
+/// Nothing is checked: a period of quantity 0 has results per period that are no numbers, Expiry = 0 or a
+/// total quantity of 0 make the whole-strip results not finite. n < 1 or a lack of memory: every result is
+/// not a number.
+void swaption_model(const double* Fwd, const double* Qty, const double* Swaptime, const double* Rates,
+                    double Swapvol, double Strike, double IntRt, double Expiry, int n, int Opttype,
+                    SwaptionRecord& record);
+
+}  // namespace kestran

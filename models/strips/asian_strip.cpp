@@ -1,0 +1,219 @@
+#include "models/strips/asian_strip.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "models/black_scholes/european.h"
+#include "numerics/arrays.h"
+#include "numerics/elementary.h"
+
+namespace kestran {
+namespace {
+
+constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
+constexpr double one_day = 1.0 / 365.25;
+
+double discounted_payoff(const AsianStrip& strip, double K, double average) {
+  const double payoff = positive_part(strip.OptType == 0 ? K - average : average - K);
+  return strip.ToExp < 0.0 ? payoff : payoff * exponential(-strip.r * strip.ToExp);
+}
+
+// What a strip of N fixings with m made pays when none can follow: the last month's price stands for the
+// others.
+double settled_price(const AsianStrip& strip, double K, double N, double m) {
+  const double average = (positive_part(N - m) * strip.F[strip.L - 1] + std::min(m, N) * strip.A) / N;
+  return discounted_payoff(strip, K, average);
+}
+
+// The latest End from month `first` on, at least 0; not a number as soon as one of them is none.
+double latest_fixing(const AsianStrip& strip, int first) {
+  double latest = 0.0;
+  for (int i = first; i < strip.L; ++i)
+    if (std::isnan(strip.End[i]) || strip.End[i] > latest) latest = strip.End[i];
+  return latest;
+}
+
+// The variance of the sum that has deviation w[i] in month i.
+double correlated_variance(const AsianStrip& strip, int first, const double* w) {
+  const double* End = strip.End;
+  double variance = 0.0;
+  for (int i = first; i < strip.L; ++i) variance += w[i] * w[i];
+  if (End[first] >= 0.0 && std::is_sorted(End + first, End + strip.L)) {
+    double earlier = 0.0;
+    for (int i = first; i < strip.L; ++i) {
+      const double root_End = std::sqrt(End[i]);
+      if (i > first) variance += 2.0 * strip.rho * earlier * (w[i] / root_End);
+      earlier += w[i] * root_End;
+    }
+    return variance;
+  }
+  for (int i = first; i < strip.L; ++i)
+    for (int j = first; j < i; ++j)
+      variance +=
+          2.0 * w[i] * w[j] * strip.rho * std::sqrt(End[j] <= End[i] ? End[j] / End[i] : End[i] / End[j]);
+  return variance;
+}
+
+// Premium per outstanding fixing when those are the fixings of the months from `first` on, `first_count` of
+// them in that month. `w` has room for the strip.
+double outstanding_price(const AsianStrip& strip, int first, double first_count, double K, double* w) {
+  double count = 0.0;
+  double sum = 0.0;
+  for (int i = first; i < strip.L; ++i) {
+    const double n = i == first ? first_count : strip.n[i];
+    const double Next = count + n > 0.0 && strip.Next[i] < 0.0 ? 0.0 : strip.Next[i];
+    w[i] = n * strip.F[i] * strip.sigma[i] * std::sqrt((strip.End[i] - Next) * ((n - 0.5) / n) / 3.0 + Next);
+    count += n;
+    sum += n * strip.F[i];
+  }
+  const double T = latest_fixing(strip, first);
+  if (T <= 0.0 || count < 1.0) return settled_price(strip, K, count, 0.0);
+
+  const double average = sum / count;
+  const double sigma = std::sqrt(correlated_variance(strip, first, w) / T) / (count * average);
+  const double premium = bs_general(average, K, T, strip.r, strip.r, sigma, strip.OptType == 0 ? 0 : 1, 0);
+  return strip.ToExp == T ? premium : premium * exponential(-strip.r * (strip.ToExp - T));
+}
+
+double price_one_day_on(const AsianStrip& strip, bool with_fixing, double* Next, double* End) {
+  for (int i = 0; i < strip.L; ++i) {
+    Next[i] = strip.Next[i] - one_day;
+    End[i] = strip.End[i] - one_day;
+  }
+  AsianStrip moved = strip;
+  moved.Next = Next;
+  moved.End = End;
+  moved.ToExp = strip.ToExp - one_day;
+  // A fixing is due by the first month's date, whichever month it falls in: intended.
+  if (with_fixing && Next[0] <= 0.0 && End[strip.L - 1] >= 0.0) {
+    moved.m = strip.m + 1.0;
+    int month = 0;
+    for (double count = strip.n[0]; month < strip.L - 1 && !(count >= moved.m);) count += strip.n[++month];
+    moved.A = (strip.m * strip.A + strip.F[month]) / moved.m;
+  }
+  return asian_strip_price(moved);
+}
+
+bool is_per_month(int RetType) {
+  return RetType == 1 || RetType == 2 || RetType == 3 || RetType == 7 || RetType == 9;
+}
+
+// Results 1, 2, 3 and 9. F and sigma have room for the strip.
+void month_sensitivities(const AsianStrip& strip, int RetType, int first_month, int last_month, double* F,
+                         double* sigma, double* out) {
+  std::copy(strip.F, strip.F + strip.L, F);
+  std::copy(strip.sigma, strip.sigma + strip.L, sigma);
+  AsianStrip moved = strip;
+  moved.F = F;
+  moved.sigma = sigma;
+  double price_sum = 0.0;
+  for (int i = 0; i < strip.L; ++i) price_sum += F[i];
+  const double h = 0.0001 * (price_sum / strip.L);
+
+  const bool to_volatility = RetType == 3 || RetType == 9;
+  const auto sensitivity = [&](int i, double base_price) {
+    double& input = to_volatility ? sigma[i] : F[i];
+    const double unmoved = input;
+    input = to_volatility ? unmoved * 1.0001 : unmoved + h;
+    const double change = asian_strip_price(moved) - base_price;
+    input = unmoved;
+    return change / (to_volatility ? unmoved * 0.0001 : h);
+  };
+
+  double base_price = asian_strip_price(moved);
+  for (int i = first_month; i <= last_month; ++i) out[i - first_month] = sensitivity(i - 1, base_price);
+  if (RetType == 1 || RetType == 3) return;
+  for (int i = 0; i < strip.L; ++i) F[i] += h;
+  base_price = asian_strip_price(moved);
+  for (int i = first_month; i <= last_month; ++i) {
+    double& result = out[i - first_month];
+    result = (sensitivity(i - 1, base_price) - result) / h;
+  }
+}
+
+}  // namespace
+
+double asian_strip_price(const AsianStrip& strip) {
+  if (strip.L < 1 || !(strip.m >= 0.0)) return not_a_number;
+  const double m = strip.m;
+  double N = 0.0;
+  for (int i = 0; i < strip.L; ++i) N += strip.n[i];
+  if (latest_fixing(strip, 0) <= 0.0 || N - m < 1.0) return settled_price(strip, strip.K, N, m);
+
+  int first = 0;
+  double count = strip.n[0];
+  while (m > 0.0 && !(m < count) && first < strip.L - 1) count += strip.n[++first];
+  const double first_count = count - m;
+
+  double K = strip.K;
+  double share = 1.0;
+  if (m > 0.0) {
+    K = (N * strip.K - m * strip.A) / (N - m);
+    share = (N - m) / N;
+    if (!(K >= 0.0)) {
+      double sum = first_count * strip.F[first];
+      for (int i = first + 1; i < strip.L; ++i) sum += strip.n[i] * strip.F[i];
+      return strip.ToExp < 0.0 ? 0.0 : discounted_payoff(strip, strip.K, (m * strip.A + sum) / N);
+    }
+  }
+
+  double* w = dvector(first, strip.L - 1);
+  if (!w) return not_a_number;
+  const double price = share * outstanding_price(strip, first, first_count, K, w);
+  free_dvector(w, first, strip.L - 1);
+  return price;
+}
+
+void asian_strip_sens(const AsianStrip& strip, int RetType, int first_month, int last_month, double* out) {
+  out[0] = not_a_number;
+  const int L = strip.L;
+  if (L < 1 || (is_per_month(RetType) && (first_month < 1 || last_month < first_month || last_month > L)))
+    return;
+
+  AsianStrip moved = strip;
+  switch (RetType) {
+    case 0:
+      out[0] = asian_strip_price(strip);
+      return;
+    case 4:
+      moved.r += 0.0001;
+      out[0] = (asian_strip_price(moved) - asian_strip_price(strip)) / 0.0001;
+      return;
+    case 8:
+      moved.rho += 0.0001;
+      out[0] = (asian_strip_price(moved) - asian_strip_price(strip)) / 0.0001;
+      return;
+    case 7:
+      std::fill_n(out, last_month - first_month + 1, 0.0);
+      return;
+  }
+  if (!is_per_month(RetType) && RetType != 5 && RetType != 6) return;
+
+  double* first_copy = dvector(0, L - 1);
+  double* second_copy = dvector(0, L - 1);
+  if (first_copy && second_copy) {
+    if (is_per_month(RetType))
+      month_sensitivities(strip, RetType, first_month, last_month, first_copy, second_copy, out);
+    else
+      out[0] = (price_one_day_on(strip, RetType == 5, first_copy, second_copy) - asian_strip_price(strip)) /
+               one_day;
+  }
+  free_dvector(second_copy, 0, L - 1);
+  free_dvector(first_copy, 0, L - 1);
+}
+
+double asian_strip(AsianStrip strip, int RetType, int RetMonth) {
+  double result = not_a_number;
+  if (strip.L < 1) return result;
+  double* n = dvector(0, strip.L - 1);
+  if (!n) return result;
+  for (int i = 0; i < strip.L; ++i) n[i] = std::trunc(strip.n[i]);
+  strip.n = n;
+  strip.OptType %= 10;
+  asian_strip_sens(strip, RetType, RetMonth, RetMonth, &result);
+  free_dvector(n, 0, strip.L - 1);
+  return result;
+}
+
+}  // namespace kestran

@@ -1,0 +1,22 @@
+// The normal distribution functions that all models share.
+#pragma once
+
+namespace kestran {
+
+/// Cumulative standard normal distribution N(x), five-term polynomial (Abramowitz and Stegun 1964, 26.2.17).
+/// Absolute error at most 7.5e-8; the prices of all models carry this approximation. Exactly 0 below -25 and
+/// 1 above 25. The approximation jumps by 1.2e-9 at 0, where it is 0.5000000006, not 0.5; intended. NaN gives
+/// NaN.
+double cnorm(double x);
+
+/// Polynomial of the three-term approximation (Abramowitz and Stegun 1964, 26.2.16), taken at |x|.
+double cnorm3_poly(double x);
+
+/// Cumulative standard normal distribution from `polynomial` = cnorm3_poly(x). Absolute error about 1e-5; 0
+/// below -40 and 1 above 40, whatever the polynomial. NaN gives NaN.
+double cnorm3(double x, double polynomial);
+
+/// x multiplied by itself n times, starting from 1.0; 1.0 for n < 1.
+double ipow(double x, int n);
+
+}  // namespace kestran

@@ -1,0 +1,84 @@
+#include "addin/excel_call.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "addin/commands.h"
+
+namespace kestran {
+namespace {
+
+TEST(TemporaryPool, HoldsSixtyFourRecords) {
+  FreeAllTempMemory();
+  XLOPER* first = TempNum(1.0);
+  for (int i = 1; i < temporary_records; ++i) ASSERT_NE(TempInt(static_cast<short>(i)), nullptr) << i;
+  EXPECT_EQ(TempMissing(), nullptr);
+  EXPECT_EQ(GetTempMemory(1), nullptr);
+  char text[] = " x";
+  EXPECT_EQ(TempStr(text), nullptr);
+  EXPECT_EQ(TempActiveCell(0, 0), nullptr);
+  EXPECT_EQ(first->value.number, 1.0);
+  call_excel(12345, nullptr, 0, nullptr);  // any call empties the pool, also one that Excel refuses
+  EXPECT_EQ(TempNum(2.0), first);
+  FreeAllTempMemory();
+}
+
+TEST(TemporaryPool, KeepsEveryRecordAligned) {
+  FreeAllTempMemory();
+  auto* start = static_cast<char*>(GetTempMemory(15));
+  EXPECT_EQ(static_cast<char*>(GetTempMemory(1)), start + 16);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(TempNum(1.0)) % alignof(XLOPER), 0u);
+  EXPECT_EQ(GetTempMemory(-1), nullptr);
+  EXPECT_EQ(GetTempMemory(1 << 30), nullptr);
+  FreeAllTempMemory();
+}
+
+TEST(TemporaryPool, BuildsEveryKindOfOperand) {
+  FreeAllTempMemory();
+  EXPECT_EQ(TempBool(7)->value.boolean, 1);
+  EXPECT_EQ(TempBool(0)->type, xltypeBool);
+  EXPECT_EQ(TempErr(42)->value.error, 42);
+  char text[] = "?four";
+  EXPECT_EQ(TempStr(text)->value.text, text);
+  EXPECT_EQ(text[0], 4);
+  char longer[302];
+  std::memset(longer, 'a', 301);
+  longer[301] = '\0';
+  TempStr(longer);
+  EXPECT_EQ(static_cast<unsigned char>(longer[0]), 300 & 255);  // the low eight bits only
+  const XLOPER* column = TempActiveColumn(3);
+  ASSERT_NE(column, nullptr);
+  EXPECT_EQ(column->type, xltypeRef);
+  const AreaList& areas = *column->value.reference.areas;
+  EXPECT_EQ(areas.count, 1);
+  EXPECT_EQ(areas.area.last_row, 16383);
+  EXPECT_EQ(areas.area.first_column, 3);
+  EXPECT_EQ(TempActiveRow(9)->value.reference.areas->area.last_column, 255);
+  FreeAllTempMemory();
+}
+
+TEST(HelpPath, ReplacesTheFileNameBehindTheFolder) {
+  char path[help_path_size];
+#if defined(_WIN32)
+  write_help_path("C:\\Addins\\kestran.xll", path);
+  EXPECT_STREQ(path, "C:\\Addins\\Kestran.hlp");
+  write_help_path("C:kestran.xll", path);
+  EXPECT_STREQ(path, "C:Kestran.hlp");
+  const char separator = '\\';
+#else
+  write_help_path("/opt/addins/libkestran.so", path);
+  EXPECT_STREQ(path, "/opt/addins/Kestran.hlp");
+  const char separator = '/';
+#endif
+  // Folders around the longest that leave room for the file name.
+  for (int folder : {200, 243, 244, 245, 254}) {
+    std::string module(static_cast<std::size_t>(folder), 'd');
+    module += separator;
+    write_help_path(module.c_str(), path);
+    EXPECT_EQ(std::string(path), folder <= 244 ? module + "Kestran.hlp" : module.substr(0, 245)) << folder;
+  }
+}
+
+}  // namespace
+}  // namespace kestran

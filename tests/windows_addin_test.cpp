@@ -1,0 +1,173 @@
+// What only Windows can show of KESTRAN.xll: what it exports and imports, how it is marked, and that its
+// entry points bear the stacks and the processor state with which Excel calls them.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstring>
+#include <set>
+
+#include "host/evaluate.h"
+#include "host/excel_standin.h"
+#include "host/library.h"
+
+namespace kestran {
+namespace {
+
+struct WindowsAddin : testing::Test {
+  WindowsAddin() {
+    reset_standin();
+    EXPECT_EQ(load_addin(program_folder() + KESTRAN_ADDIN), "");
+    base = reinterpret_cast<char*>(GetModuleHandleA(KESTRAN_ADDIN));
+    EXPECT_NE(base, nullptr);
+    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+    headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+  }
+  ~WindowsAddin() override { unload_addin(); }
+
+  template <class Record>
+  Record* directory(int index) const {
+    return reinterpret_cast<Record*>(base + headers->OptionalHeader.DataDirectory[index].VirtualAddress);
+  }
+
+  char* base = nullptr;
+  const IMAGE_NT_HEADERS* headers = nullptr;
+};
+
+TEST_F(WindowsAddin, ExportsPlainNamesOnly) {
+  std::set<std::string> expected = {"xlAutoOpen", "xlAutoClose",  "xlAutoRegister",
+                                    "xlAutoAdd",  "xlAutoRemove", "xlAddInManagerInfo"};
+  for (const Registration& registration : standin().registrations)
+    expected.insert(registered_text(registration, 1));
+  EXPECT_EQ(expected.size(), 89u);
+  const auto* exports = directory<IMAGE_EXPORT_DIRECTORY>(IMAGE_DIRECTORY_ENTRY_EXPORT);
+  const auto* names = reinterpret_cast<const DWORD*>(base + exports->AddressOfNames);
+  std::set<std::string> found;
+  for (DWORD i = 0; i < exports->NumberOfNames; ++i) found.insert(base + names[i]);
+  EXPECT_EQ(found, expected);
+}
+
+TEST_F(WindowsAddin, ImportsFromSystemLibrariesOnly) {
+  const auto* library = directory<IMAGE_IMPORT_DESCRIPTOR>(IMAGE_DIRECTORY_ENTRY_IMPORT);
+  int libraries = 0;
+  for (; library->Name != 0; ++library, ++libraries) {
+    const std::string name = base + library->Name;
+    EXPECT_TRUE(name == "KERNEL32.dll" || name == "USER32.dll" || name == "msvcrt.dll") << name;
+  }
+  EXPECT_GE(libraries, 2);
+}
+
+TEST_F(WindowsAddin, CanBeMovedInMemoryAndDoesNotExecuteData) {
+  const WORD marks = headers->OptionalHeader.DllCharacteristics;
+  EXPECT_TRUE(marks & IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE);
+  EXPECT_TRUE(marks & IMAGE_DLLCHARACTERISTICS_NX_COMPAT);
+}
+
+TEST_F(WindowsAddin, TellsItsVersion) {
+  const HRSRC version =
+      FindResourceA(reinterpret_cast<HMODULE>(base), MAKEINTRESOURCEA(1), MAKEINTRESOURCEA(16));
+  ASSERT_NE(version, nullptr);
+  const auto* words =
+      static_cast<const WORD*>(LockResource(LoadResource(reinterpret_cast<HMODULE>(base), version)));
+  // VS_FIXEDFILEINFO follows the block's head and its key "VS_VERSION_INFO".
+  const auto* info = reinterpret_cast<const VS_FIXEDFILEINFO*>(words + 20);
+  ASSERT_EQ(info->dwSignature, 0xFEEF04BDu);
+  EXPECT_EQ(info->dwFileVersionMS >> 16, 1u);
+}
+
+// Where Windows shows help in earnest: the add-in's import of WinHelpA is pointed at a recorder.
+HelpCall last_help;
+BOOL WINAPI record_help(HWND, LPCSTR path, UINT command, ULONG_PTR) {
+  last_help.path = path;
+  last_help.command = command;
+  return TRUE;
+}
+
+TEST_F(WindowsAddin, HelpLiesBesideTheLibrary) {
+  void* const real = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("USER32.dll"), "WinHelpA"));
+  void** import = nullptr;
+  for (const auto* library = directory<IMAGE_IMPORT_DESCRIPTOR>(IMAGE_DIRECTORY_ENTRY_IMPORT);
+       library->Name != 0; ++library)
+    for (auto** slot = reinterpret_cast<void**>(base + library->FirstThunk); *slot != nullptr; ++slot)
+      if (*slot == real) import = slot;
+  ASSERT_NE(import, nullptr);
+  DWORD protection = 0;
+  ASSERT_TRUE(VirtualProtect(import, sizeof *import, PAGE_READWRITE, &protection));
+  *import = reinterpret_cast<void*>(&record_help);
+
+  EXPECT_TRUE(run_command("KESTRAN_Help"));
+  EXPECT_EQ(last_help.path, program_folder() + "Kestran.hlp");
+  EXPECT_EQ(last_help.command, 11u);
+  reinterpret_cast<int(EXCEL_STDCALL*)()>(standin().find_entry("xlAutoClose"))();
+  EXPECT_EQ(last_help.path, program_folder() + "Kestran.hlp");
+  EXPECT_EQ(last_help.command, 2u);
+  *import = real;
+}
+
+void set_x87_control_word(unsigned short word) { __asm__ volatile("fldcw %0" : : "m"(word)); }
+
+TEST_F(WindowsAddin, NumbersDoNotDependOnTheProcessorState) {
+  for (const char* formula : {"EURO(100,95,0.05,0.02,0.25,90,1,0)", "EURO(100,95,0.05,0.02,0.25,90,0,5)",
+                              "EURO(3,95,0.05,0.02,2.5,9000,1,8)"}) {
+    const std::string usual = evaluate_line(formula).text;
+    constexpr unsigned short words[] = {0x027F, 0x037F, 0x007F};
+    for (const unsigned short word : words) {
+      set_x87_control_word(word);
+      const std::string answer = evaluate_line(formula).text;
+      set_x87_control_word(0x037F);
+      EXPECT_EQ(answer, usual) << formula << " with control word " << std::hex << word;
+    }
+  }
+}
+
+#if defined(__i386__)
+// Calls an entry with its arguments on a stack that lies `offset` bytes off a 16-byte boundary. `left`
+// receives how many bytes of arguments the entry left on the stack.
+__attribute__((noinline)) XLOPER* call_off_boundary(void* entry, XLOPER* const* arguments, int count,
+                                                    int offset, int* left) {
+  XLOPER* result;
+  int remaining;
+  __asm__ volatile(
+      "movl %%esp, %%edi\n\t"
+      "andl $-16, %%esp\n\t"
+      "subl %%eax, %%esp\n\t"
+      "movl %%esp, %%ebx\n"
+      "1:\n\t"
+      "testl %%ecx, %%ecx\n\t"
+      "jz 2f\n\t"
+      "pushl -4(%%esi,%%ecx,4)\n\t"
+      "decl %%ecx\n\t"
+      "jmp 1b\n"
+      "2:\n\t"
+      "call *%%edx\n\t"
+      "subl %%esp, %%ebx\n\t"
+      "movl %%edi, %%esp"
+      : "=a"(result), "=b"(remaining), "+c"(count), "+d"(entry)
+      : "0"(offset), "S"(arguments)
+      : "edi", "memory", "cc");
+  *left = remaining;
+  return result;
+}
+
+TEST_F(WindowsAddin, EntriesBearAnyStackAndPopTheirArguments) {
+  for (const Registration& registration : standin().registrations) {
+    if (is_command(registration)) continue;
+    XLOPER one;
+    one.type = xltypeNum;
+    one.value.number = 1.0;
+    const std::vector<XLOPER*> arguments(registration.arguments, &one);
+    const auto count = static_cast<int>(registration.arguments);
+    const XLOPER expected = *call_entry(registration.entry, arguments.data(), arguments.size());
+    for (int offset : {0, 4, 8, 12}) {
+      int left = -1;
+      const XLOPER* result = call_off_boundary(registration.entry, arguments.data(), count, offset, &left);
+      EXPECT_EQ(left, 0) << registered_name(registration) << " at " << offset;
+      EXPECT_EQ(result->type, expected.type);
+      EXPECT_EQ(std::memcmp(&result->value, &expected.value, expected.type == xltypeNum ? 8 : 2), 0)
+          << registered_name(registration) << " at " << offset;
+    }
+  }
+}
+#endif
+
+}  // namespace
+}  // namespace kestran
