@@ -15,7 +15,8 @@
 #define BasketRanges(function, pointers) \
   RangeFrame<worksheet::function, Length::shortest, FirstCell::uncounted>
 #define StripRanges(function, pointers) RangeFrame<worksheet::function, Length::last, FirstCell::uncounted>
-#define CapRanges(function, pointers) RangeFrame<worksheet::function, Length::last, FirstCell::error_passed_on>
+#define CapRanges(function, pointers) \
+  RangeFrame<worksheet::function, Length::last, FirstCell::error_passed_on>
 #define SwapRanges(function, pointers) \
   SparePointer<RangeFrame<worksheet::function, Length::last, FirstCell::error_passed_on, Singles::refused>>
 #define EqualRanges(function, pointers) RangeFrame<worksheet::function, Length::equal, FirstCell::refused>

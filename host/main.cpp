@@ -21,6 +21,7 @@ namespace kestran {
 namespace {
 
 constexpr int all_read = 0;
+constexpr int not_written = 1;
 constexpr int not_readable = 2;
 constexpr int addin_at_fault = 3;
 
@@ -128,8 +129,9 @@ bool describe_function(const std::string& name) {
   }
   print_line(registered_name(*function) + "(" + registered_text(*function, argument_names) + ")");
   print_line("  " + registered_text(*function, description));
-  for (std::size_t i = first_argument_description; i < function->texts.size(); ++i)
-    print_line("  " + function->texts[i]);
+  for (std::size_t i = first_argument_description; i < function->texts.size(); ++i) {
+    if (function->texts[i].find_first_not_of(' ') != std::string::npos) print_line("  " + function->texts[i]);
+  }
   return true;
 }
 
@@ -139,7 +141,9 @@ int run(int argument_count, char** arguments) {
       "Works out worksheet formulas with the functions of an option pricing add-in.\n\n"
       "Each FORMULA is answered with one line. Without any, formulas are read from the input, one a line.\n"
       "Ranges of cells are written in braces: {1,2;3,4}. A formula may begin with a sign: -2^2.\n"
-      "Exit status: 0, or 2 when a formula could not be read, 3 when the add-in failed.",
+      "Exit status: 0, or 1 when the output could not be written, 2 when a formula could not be read, 3 "
+      "when\n"
+      "the add-in failed.",
       "kestran [FORMULA...]");
   bool list = false;
   std::string described;
@@ -171,11 +175,16 @@ int run(int argument_count, char** arguments) {
   const auto end_of_options = std::find(formulas.begin(), formulas.end(), "--");
   if (end_of_options != formulas.end()) formulas.erase(end_of_options);
   if (list) list_functions();
-  if (!described.empty()) outcome.unreadable = !describe_function(described);
+  const bool describe = app.count("--describe") > 0;
+  if (describe) outcome.unreadable = !describe_function(described);
   for (const std::string& formula : formulas) answer(formula, outcome);
-  if (!list && described.empty() && formulas.empty()) answer_input(outcome);
+  if (!list && !describe && formulas.empty()) answer_input(outcome);
   unload_addin();
   outcome.fault = report() || outcome.fault;
+  if (std::ferror(stdout) != 0) {
+    std::fputs("kestran: the output cannot be written\n", stderr);
+    return not_written;
+  }
   return outcome.fault ? addin_at_fault : outcome.unreadable ? not_readable : all_read;
 }
 

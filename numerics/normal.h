@@ -1,6 +1,8 @@
 // The normal distribution functions that all models share.
 #pragma once
 
+#include <emmintrin.h>
+
 namespace kestran {
 
 /// Cumulative standard normal distribution N(x), five-term polynomial (Abramowitz and Stegun 1964, 26.2.17).
@@ -8,6 +10,9 @@ namespace kestran {
 /// 1 above 25. The approximation jumps by 1.2e-9 at 0, where it is 0.5000000006, not 0.5; intended. NaN gives
 /// NaN.
 double cnorm(double x);
+
+/// Both lanes' N(x), each with exactly the bits of the one-value form.
+__m128d cnorm(__m128d x);
 
 /// Polynomial of the three-term approximation (Abramowitz and Stegun 1964, 26.2.16), taken at |x|.
 double cnorm3_poly(double x);

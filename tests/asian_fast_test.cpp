@@ -141,7 +141,7 @@ TEST(AsianFast, EveryResultOfEveryBranch) {
        {2.9488202359685363, -0.02499000199973336, 0, 0, -0.029488202359685366, 0.1179592684183656, 0}},
       {{100, 110, 0.04, 0.25, 112.5, 40, 40, 0.01, 0.2, 1},
        {2.4800797870926514, 0, 0, 0, -0.49601595741853033, 0.09920319148370606, 0}},
-      {{100, 101, 0.04, 0.25, 98, 40, 41, 0.01, 0, 0}, {3.0, 0, 0, 0, 0, 0, 0}},
+      {{100, 101, 0.04, 0.25, 98, 40, 41, 0.01, -0.5, 0}, {3.0, 0, 0, 0, 0, 0, 0}},
       // A call of 6.8e-6 is too small to count, but keeps its sensitivities.
       {{100, 139, 0.04, 0.2, 98, 40, 0, 0.01, 0.25, 1},
        {0, 2.00233832514042e-08, 1.8951626248734216e-08, 3.3733894722746908e-06, -5.01836704333349e-09,
@@ -181,6 +181,8 @@ TEST(AsianFast, NearTheExactPrice) {
 TEST(AsianFast, ExtremeCountsAndBadInput) {
   const int most = std::numeric_limits<int>::max(), least = std::numeric_limits<int>::min();
   double out[7];
+  asn_model(100, 60, 0.04, 0.15, 0, 40, 0, 0.01, 0.2, 0, out);
+  for (int i : {0, 1, 4}) EXPECT_EQ(out[i], 0.0) << i;  // the price is 1.4e-37 before the cut
   for (int N : {least, -1, 0, 1, most})
     for (int m : {least, 0, 1, most - 1, most}) asn_model(100, 98, 0.05, 0.3, 99, N, m, 0.1, 0.2, 1, out);
   EXPECT_EQ(asn_price(100, 98, 0.05, 0.3, 99, 20, least, 0.1, 0.2, 1),

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace kestran {
 namespace {
@@ -39,6 +40,26 @@ TEST(Normal, IsClampedFarOut) {
   EXPECT_GT(cnorm3(-37.0, cnorm3_poly(37.0)), -1e-300);
   EXPECT_TRUE(std::isnan(cnorm(std::numeric_limits<double>::quiet_NaN())));
   EXPECT_EQ(cnorm(std::numeric_limits<double>::infinity()), 1.0);
+}
+
+TEST(Normal, PairsHaveTheBitsOfSingleValues) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  std::vector<double> points = {0.0,      -0.0,      25.0, -25.0,  25.1,  -25.1,
+                                infinity, -infinity, nan,  1e-300, -1e300};
+  for (double x = -26.0; x <= 26.0; x += 0.0037) points.push_back(x);
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const double x[2] = {points[i], points[(i * 7 + 3) % points.size()]};
+    double pair[2];
+    _mm_storeu_pd(pair, cnorm(_mm_loadu_pd(x)));
+    for (int lane = 0; lane < 2; ++lane) {
+      const double single = cnorm(x[lane]);
+      if (std::isnan(single))
+        EXPECT_TRUE(std::isnan(pair[lane]));
+      else
+        EXPECT_EQ(pair[lane], single) << x[lane];
+    }
+  }
 }
 
 TEST(Normal, PowersStartAtOne) {

@@ -5,9 +5,8 @@
 //                                                entry differs by more than one in the last decimal
 //
 // NODES is the size of the coarser of two price grids: 300 takes a second and is within 1e-7 of the limit,
-// 1000 (the default for printing) takes ten seconds and is within 1e-9. Two entries lie within 3e-11 of the
-// middle between two six-decimal numbers, so another grid may round them the other way: the table in the file
-// stays.
+// 1000 (the default for printing) takes ten seconds and is within 1e-9. Three entries lie within 1e-10 of the
+// middle between two six-decimal numbers, so another grid may round them the other way.
 //
 // An entry is 2 (A - B) / S plus the calibration term, rounded to six decimals, where
 //   A  undiscounted call on the continuous average of a driftless lognormal price over [t1, T],

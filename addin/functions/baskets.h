@@ -31,8 +31,8 @@ inline Answer BASVOLT(Basket& Fwd_rng, Basket& Vol_rng, Basket& Weight_rng, Bask
   if (Vol_rng.count != n || Weight_rng.count != n || Tset_rng.count != n ||
       Correl_rng.count != n * (n - 1) / 2)
     return Answer::failure(missing_code);
-  return basket_vol_tset(Fwd_rng.values, Vol_rng.values, Weight_rng.values, Tset_rng.values, Correl_rng.values,
-                         ExpTime, RetType, n);
+  return basket_vol_tset(Fwd_rng.values, Vol_rng.values, Weight_rng.values, Tset_rng.values,
+                         Correl_rng.values, ExpTime, RetType, n);
 }
 
 }  // namespace kestran::worksheet

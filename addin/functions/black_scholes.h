@@ -2,7 +2,10 @@
 #pragma once
 
 #include "addin/frame.h"
+#include "models/black_scholes/american_baw.h"
+#include "models/black_scholes/american_tree.h"
 #include "models/black_scholes/european.h"
+#include "models/black_scholes/implied_vol.h"
 
 namespace kestran::worksheet {
 
@@ -31,19 +34,26 @@ inline Answer FOREXCH(double SpotAB, double StrikeAB, double IntRtA, double IntR
   return bs_general(SpotAB, StrikeAB, ExpDays, IntRtA, IntRtB, VolAB, OptType, RetType);
 }
 
-inline Answer AMER(double, double, double, double, double, Years, int, Selector<0, 7>) { return no_model(); }
-
-inline Answer AMERB(double, double, double, double, double, Years, int, Selector<1>, Selector<0, 8>) {
-  return no_model();
+inline Answer AMER(double Price, double Strike, double IntRt, double Yield, double Vol, Years ExpDays,
+                   int OptType, Selector<0, 7> RetType) {
+  return american_baw(Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, RetType);
 }
 
-inline Answer EIMPVOL(Selector<0, 6>, double, double, double, Years, double, double, double, double, int) {
-  return no_model();
+inline Answer AMERB(double Price, double Strike, double IntRt, double Yield, double Vol, Years ExpDays,
+                    int OptType, Selector<1> Nsteps, Selector<0, 8> RetType) {
+  return american_binomial(Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, Nsteps, RetType);
 }
 
-inline Answer IMPVOLAB(double, double, double, double, double, double, Years, Selector<0, 6>, Selector<1>,
-                       double) {
-  return no_model();
+inline Answer EIMPVOL(Selector<0, 6> CallPutStr, double Premium, double Price, double Strike, Years ExpDays,
+                      double IntRt, double Yield, double MaxVol, double Accuracy, int Maxiter) {
+  return implied_vol_european(CallPutStr, Premium, Price, Strike, ExpDays, IntRt, Yield, MaxVol, Accuracy,
+                              Maxiter);
+}
+
+inline Answer IMPVOLAB(double Premium, double Price, double Strike, double IntRt, double Yield, double MaxVol,
+                       Years ExpDays, Selector<0, 6> OptType, Selector<1> Nsteps, double Accuracy) {
+  return implied_vol_american(Premium, Price, Strike, ExpDays, IntRt, Yield, MaxVol, OptType, Nsteps,
+                              Accuracy);
 }
 
 inline Answer DIGITAL(double, Positive, Positive, double, double, NotNegative, NotNegativeYears,

@@ -7,6 +7,7 @@
 #include "models/exotics/heat_rate.h"
 #include "models/exotics/lookback.h"
 #include "models/exotics/rainbow.h"
+#include "models/exotics/warrant.h"
 #include "models/exotics/wilcox_spread.h"
 
 namespace kestran::worksheet {
@@ -61,9 +62,9 @@ inline Answer xSPRDOPT(double, double, double, double, double, double, double, Y
   return no_model();
 }
 
-inline Answer WARRANT(double, double, double, double, double, Years, Years, double, double, int,
-                      Selector<0, 5>) {
-  return no_model();
+inline Answer WARRANT(double Price, double Strike, double IntRt, double Yield, double Vol, Years toVested,
+                      Years toExp, double Nwar, double Nshr, int WarType, Selector<0, 5> RetType) {
+  return warrant_value(Price, Strike, IntRt, Yield, Vol, toVested, toExp, Nwar, Nshr, WarType, RetType);
 }
 
 }  // namespace kestran::worksheet

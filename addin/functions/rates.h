@@ -44,8 +44,8 @@ inline Answer SWAPTION(Range& Fwd, Range& Qty, Range& Swaptime, Range& Rates, do
   record.gamma_by_period = periods[1];
   record.decay_by_period = periods[2];
   record.vanna_by_period = periods[3];
-  swaption_model(Fwd.values, Qty.values, Swaptime.values, Rates.values, Swapvol, Strike, IntRt, Expiry, n, Opttype,
-                 record);
+  swaption_model(Fwd.values, Qty.values, Swaptime.values, Rates.values, Swapvol, Strike, IntRt, Expiry, n,
+                 Opttype, record);
   const int period = by_period ? RetMonth - 1 : 0;
   const double results[8] = {record.price,
                              record.delta_by_period[period],

@@ -21,8 +21,8 @@ inline Answer OSTRIPSPRD(double, double, double, double, double, double, double,
   return no_model();
 }
 
-/// Times are in years. RetType outside 0..9, SetDays below 0, and a RetMonth that is no month of the strip where the
-/// result is one of a month, are #VALUE!.
+/// Times are in years. RetType outside 0..9, SetDays below 0, and a RetMonth that is no month of the strip
+/// where the result is one of a month, are #VALUE!.
 inline Answer ASTRIP(Range& Price_rng, Range& Vol_rng, Range& Next_rng, Range& End_rng, Range& Settles_rng,
                      int SetDays, double Strike, double IntRt, double Correl, double SetPrice, double ToExp,
                      int Opttype, int RetType, int RetMonth) {

@@ -53,8 +53,7 @@ double price(double S, double K, double A, double r, double q, double sigma1, do
   const double half_inverse_n = 0.5 / n;
   const auto covariance = [&](double i) { return before + daily * i * (1.0 - (i + 1.0) * half_inverse_n); };
 
-  // Expected average given a geometric average of K_left. The variance of a fixing cancels against its log
-  // mean.
+  // Expected average given a geometric average of K_left; a fixing's variance cancels against its log mean.
   double expected = 0.0;
   with_exponentials(
       count,

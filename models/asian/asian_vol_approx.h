@@ -14,8 +14,8 @@ namespace kestran {
 /// OptType 0 put, any other value call. On return out holds
 ///   0 price   1 delta   2 gamma   3 vega, per 1.00 of volatility
 ///   4 -years times the price without the correction: the sensitivity to the rate, as for futures
-///   5 theta, change of value as time passes: per year before averaging ends; the interest on an option whose
-///     payoff is certain is per day   6 change of delta with volatility
+///   5 theta, change of value as time passes: per year while the payoff is open, per day once it is certain
+///   6 change of delta with volatility
 /// Results below 1e-20 are 0, and so is a call below 1e-7 of S before discounting to payment.
 ///
 /// toExp < 0 counts as 0. toEnd <= 0: averaging is over, the discounted payoff on A. TradeDays = 0 gives no
