@@ -29,7 +29,7 @@ works() {
 
 if works; then exit 0; fi
 
-rm -rf "$target"/{usr,lib,bin,prefix,work}
+(cd "$target" && rm -rf usr lib bin prefix work)
 work=$target/work
 mkdir -p "$work"/{state/lists/partial,cache/archives/partial,packages} "$target/bin"
 
@@ -46,7 +46,8 @@ Acquire::Retries "3";
 APT::Sandbox::User "root";
 CONF
 export APT_CONFIG=$work/apt.conf
-apt-get -q update >/dev/null || echo "some package index did not load; going on with the others" >&2
+# An index that does not load may not be needed.
+apt-get -q update >/dev/null 2>&1 || true
 
 versions() { apt-cache show "$1" 2>/dev/null | sed -n 's/^Version: //p' | sort -u; }
 version=$(comm -12 <(comm -12 <(versions libwine:i386) <(versions libwine:amd64)) <(versions wine64:amd64) |
@@ -57,7 +58,7 @@ needed=("libwine:i386=$version" "libwine:amd64=$version" "wine64:amd64=$version"
 ls /usr/lib/*/libunwind.so.8 >/dev/null 2>&1 || needed+=(libunwind8:amd64)
 (cd "$work/packages" && apt-get -q download "${needed[@]}" >/dev/null)
 
-unpack() { dpkg-deb --fsys-tarfile "$work"/packages/$1 | tar -x -C "$2" --no-same-owner --wildcards "${@:3}"; }
+unpack() { dpkg-deb --fsys-tarfile "$work/packages/"$1 | tar -x -C "$2" --no-same-owner --wildcards "${@:3}"; }
 unpack 'wine64_*_amd64.deb' "$target" './usr/lib/wine/*'
 unpack 'libwine_*_amd64.deb' "$target" './usr/lib/x86_64-linux-gnu/wine/*' './usr/share/wine/*'
 unpack 'libwine_*_i386.deb' "$work" './usr/lib/i386-linux-gnu/wine/i386-windows/*'
@@ -83,7 +84,7 @@ fi
 # The libraries' debug parts are half of the gigabyte; Wine wants its own file alignment kept.
 for kind in i686:i386 x86_64:x86_64; do
   strip=${kind%:*}-w64-mingw32-objcopy
-  command -v $strip >/dev/null || continue
+  command -v "$strip" >/dev/null || continue
   find "$libraries/${kind#*:}-windows" -type f -name '*.dll' ! -name zlib1.dll -print0 |
     xargs -0 -r -n 1 -P 2 $strip --strip-debug --file-alignment=4096 2>/dev/null || true
 done
