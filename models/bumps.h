@@ -3,9 +3,13 @@
 
 namespace kestran {
 
-/// Step in a rate r (per year): 0.1 % of it, or 0.0001 at a zero rate, where a relative step would vanish.
-/// Negative for a negative rate.
-inline double rate_step(double r) { return r == 0.0 ? 0.0001 : 0.001 * r; }
+/// Step in a rate r (per year): 0.1 % of it, but where |r| is below 0.0001, zero included, 0.0001, since a
+/// smaller step would drown in rounding. Negative for a negative rate, so that it never crosses zero.
+inline double rate_step(double r) {
+  if (r >= 0.0 && r < 0.0001) return 0.0001;
+  if (r < 0.0 && r > -0.0001) return -0.0001;
+  return 0.001 * r;
+}
 
 /// Step in the time T (years, above 0) to expiry: one day, but never past the middle of what is left.
 inline double day_step(double T) {

@@ -4,6 +4,9 @@
 #include "addin/frame.h"
 #include "models/black_scholes/american_baw.h"
 #include "models/black_scholes/american_tree.h"
+#include "models/black_scholes/boston.h"
+#include "models/black_scholes/combo.h"
+#include "models/black_scholes/digital.h"
 #include "models/black_scholes/european.h"
 #include "models/black_scholes/implied_vol.h"
 
@@ -56,21 +59,30 @@ inline Answer IMPVOLAB(double Premium, double Price, double Strike, double IntRt
                               Accuracy);
 }
 
-inline Answer DIGITAL(double, Positive, Positive, double, double, NotNegative, NotNegativeYears,
-                      Selector<0, 1>, Selector<0, 5>) {
-  return no_model();
+inline Answer DIGITAL(double Cash, Positive Price, Positive Strike, double IntRt, double Yield,
+                      NotNegative Vol, NotNegativeYears ExpDays, Selector<0, 1> OptType,
+                      Selector<0, 5> RetType) {
+  return digital_option(Cash, Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, RetType);
 }
 
-inline Answer COD(double, double, double, double, double, Years, double, int, Selector<0, 5>) {
-  return no_model();
+inline Answer COD(double Price, double Strike, double IntRt, double Yield, double Vol, Years ExpDays,
+                  double Premium, int OptType, Selector<0, 5> RetType) {
+  return cod_option(Price, Strike, ExpDays, IntRt, Yield, Vol, Premium, OptType, RetType);
 }
 
-inline Answer CODPREM(double, double, double, double, double, Years, Selector<0, 8>) { return no_model(); }
-
-inline Answer COMBOPT(double, double, double, double, double, double, double, Years, int, Selector<0, 8>) {
-  return no_model();
+inline Answer CODPREM(double Price, double Strike, double IntRt, double Yield, double Vol, Years ExpDays,
+                      Selector<0, 8> OptType) {
+  return cod_premium(Price, Strike, ExpDays, IntRt, Yield, Vol, OptType);
 }
 
-inline Answer BOST(double, double, double, double, double, Years, Selector<0, 8>) { return no_model(); }
+inline Answer COMBOPT(double Price, double StrikeA, double StrikeB, double IntRt, double Yield, double VolA,
+                      double VolB, Years ExpDays, int OptType, Selector<0, 8> RetType) {
+  return combo_option(Price, StrikeA, StrikeB, ExpDays, IntRt, Yield, VolA, VolB, OptType, RetType);
+}
+
+inline Answer BOST(double Price, double Breakeven, double IntRt, double Yield, double Vol, Years ExpDays,
+                   Selector<0, 8> OptType) {
+  return boston_strike(Price, Breakeven, ExpDays, IntRt, Yield, Vol, OptType);
+}
 
 }  // namespace kestran::worksheet

@@ -6,7 +6,9 @@
 #include "models/exotics/compound.h"
 #include "models/exotics/heat_rate.h"
 #include "models/exotics/lookback.h"
+#include "models/exotics/quanto.h"
 #include "models/exotics/rainbow.h"
+#include "models/exotics/spread_option.h"
 #include "models/exotics/warrant.h"
 #include "models/exotics/wilcox_spread.h"
 
@@ -48,18 +50,22 @@ inline Answer HEAT(double PriceA, double PriceB, double Strike, double IntRt, do
   return heat_rate_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType);
 }
 
-inline Answer QUANTO(double, double, double, double, double, double, double, double, double, Years, int,
-                     Selector<1, 4>, Selector<0, 11>) {
-  return no_model();
+inline Answer QUANTO(double ExRt, double Price, double Strike, double dIntRt, double fIntRt, double Yield,
+                     double Vol, double exVol, double Correl, Years ExpDays, int OptType,
+                     Selector<1, 4> Qtype, Selector<0, 11> RetType) {
+  return quanto_option(ExRt, Price, Strike, dIntRt, fIntRt, Yield, Vol, exVol, Correl, ExpDays, OptType,
+                       Qtype, RetType);
 }
 
-inline Answer SPRDOPT(double, double, double, double, double, double, double, Years, int, Selector<0, 16>) {
-  return no_model();
+inline Answer SPRDOPT(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
+                      double Correl, Years ExpDays, int OptType, Selector<0, 16> RetType) {
+  return spread_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType);
 }
 
 /// The one twin that differs: it does not answer the results above 12.
-inline Answer xSPRDOPT(double, double, double, double, double, double, double, Years, int, Selector<0, 12>) {
-  return no_model();
+inline Answer xSPRDOPT(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
+                       double Correl, Years ExpDays, int OptType, Selector<0, 12> RetType) {
+  return spread_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType);
 }
 
 inline Answer WARRANT(double Price, double Strike, double IntRt, double Yield, double Vol, Years toVested,

@@ -38,8 +38,8 @@ double baw_power(double T, double r, double q, double sigma, int OptType) {
   return OptType == 0 ? negative : -m / negative;
 }
 
-// Start of the search for the critical price (Barone-Adesi and Whaley's equations 31 and 33), between its
-// limits at once and at infinite maturity; not a number where they do not hold.
+// Barone-Adesi and Whaley's start of the search for the critical price, between its limits at once and at
+// infinite maturity; not a number where they do not hold.
 double critical_price_seed(double K, double T, double r, double q, double sigma, int OptType) {
   const double sign = sign_of(OptType);
   const double variance = sigma * sigma;
@@ -47,7 +47,7 @@ double critical_price_seed(double K, double T, double r, double q, double sigma,
   const double power_forever = (-n1 + sign * std::sqrt(n1 * n1 + 8.0 * r / variance)) / 2.0;
   const double forever = K / (1.0 - 1.0 / power_forever);
   const double speed = (r - q) * T + sign * 2.0 * sigma * std::sqrt(T);
-  const double h = -sign * speed * K / (sign * (forever - K));
+  const double h = -speed * K / (forever - K);
   const bool valid = (OptType == 0 ? power_forever < 0.0 : power_forever > 1.0) && h < 0.0;
   return valid ? forever + (K - forever) * exponential(h) : std::numeric_limits<double>::quiet_NaN();
 }
@@ -85,7 +85,8 @@ double critical_price(double K, double T, double r, double q, double sigma, int 
   if (!inside(x)) x = (inner + outer) / 2.0;
   for (int step = 0; step < 100; ++step) {
     const Gain g = gain(x);
-    if (std::fabs(g.value) <= 1e-8 * K) break;
+    if (std::isnan(g.value)) return g.value;
+    if (std::fabs(g.value) <= 1e-13 * K) break;
     (g.value < 0.0 ? inner : outer) = x;
     double next = x - g.value / g.slope;
     if (!inside(next)) next = (inner + outer) / 2.0;

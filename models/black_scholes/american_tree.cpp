@@ -124,10 +124,8 @@ TreeResult american_tree(double S, double K, double T, double t0, double r, doub
   const bool american = t0 <= 0.0;
   const double share = american ? 1.0 : (T - t0) / T;  // of the time, with exercise
   if (std::isnan(share)) return {nan, nan, nan, nan};
-  if (share < 1.0 / 400.0) {
-    const auto european = [&](int RetType) { return bs_general(S, K, T, r, q, sigma, OptType, RetType); };
-    return {european(0), european(1), european(2), european(5)};
-  }
+  const auto european = [&](int RetType) { return bs_general(S, K, T, r, q, sigma, OptType, RetType); };
+  if (share < 1.0 / 400.0) return {european(0), european(1), european(2), european(5)};
   const int n = american ? N : std::max(1, static_cast<int>(std::floor(N * share + 0.5)));
 
   const auto pass = [&](int steps) {
@@ -146,9 +144,14 @@ TreeResult american_tree(double S, double K, double T, double t0, double r, doub
     result = {extrapolated(result.price, half.price), extrapolated(result.delta, half.delta),
               extrapolated(result.gamma, half.gamma), 0.0};
   }
+  // The tree's error must not take the price below the European one. Only the price is lifted: its
+  // derivatives would jump.
+  const double european_price = european(0);
+  if (result.price < european_price) result.price = european_price;
   result.theta = r * result.price - (r - q) * S * result.delta - sigma * sigma / 2.0 * S * S * result.gamma;
 
-  if (american && result.price <= intrinsic + 1e-10 * K)
+  const double margin = intrinsic > 0.0 ? 1e-10 * K : 0.0;
+  if (american && result.price <= intrinsic + margin)
     return {intrinsic, intrinsic > 0.0 ? sign : 0.0, 0.0, 0.0};
   return result;
 }

@@ -13,7 +13,7 @@ enum class EarlyExercise {
 /// (continuous, per year); OptType 0 put, any other value call. A call is exercised for its yield, a put for
 /// the interest on its strike; at negative rates waiting pays again far in the money, hence two boundaries
 /// (Battauz, De Donno and Sbuelz 2015, "Real options and American derivatives: the double continuation
-/// region"). Zero counts as zero: a call without yield is never exercised at r >= 0. NaN: `two_boundaries`.
+/// region"). Zero counts as zero: a call without yield is never exercised at r >= 0. NaN is never `never`.
 EarlyExercise early_exercise_rule(double r, double q, int OptType);
 
 }  // namespace kestran

@@ -7,8 +7,7 @@ namespace kestran {
 /// call, 2 straddle (a call and a put); any other value gives 99.0. S price, K strike, T years to expiry, r
 /// interest rate and q yield (continuous, per year). The search goes up to MaxVol, or 60 / sqrt(T) if that is
 /// less, where premiums stop rising. Accuracy is the largest difference from the Premium, in its units, that
-/// is accepted
-/// (<= 0: 1e-8); Maxiter bounds the steps (< 1: 100; above 1000: 1000).
+/// is accepted (<= 0: 1e-8); Maxiter bounds the steps (< 1: 100; above 1000: 1000).
 ///
 /// A premium within Accuracy of the least possible one gives 0.0, within Accuracy of the greatest one the end
 /// of the search. -99.0 is "no answer": T, S or K <= 0, MaxVol <= 1e-5, any of these or Premium not a number,

@@ -41,11 +41,15 @@ double warrant_value(double S, double K, double r, double q, double sigma, doubl
       x = S + m * W;
       option = bermudan(x, r, q, sigma);
       const double excess = g * W - option.price;
-      if (std::fabs(excess) <= 1e-9 * K) break;
+      if (std::isnan(excess)) return excess;
+      const double newton = W - excess / (g - m * option.delta);
+      if (std::fabs(excess) <= 1e-9 * K) {
+        W = newton;
+        break;
+      }
       (excess > 0.0 ? hi : lo) = W;
       if (hi - lo <= 1e-12 * K) break;
-      W -= excess / (g - m * option.delta);
-      if (!(W > lo && W < hi)) W = (lo + hi) / 2.0;
+      W = newton > lo && newton < hi ? newton : (lo + hi) / 2.0;
     }
   }
 

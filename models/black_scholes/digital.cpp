@@ -1,0 +1,81 @@
+#include "models/black_scholes/digital.h"
+
+#include <cmath>
+
+#include "models/black_scholes/european.h"
+#include "numerics/elementary.h"
+#include "numerics/normal.h"
+
+namespace kestran {
+namespace {
+
+double normal_density(double x) { return exponential(-x * x / 2.0) / std::sqrt(6.283185307179586); }
+
+// The upper tail of the normal distribution over its density (Mills' ratio); from 1 upwards by Laplace's
+// continued fraction, exact where cnorm has too few digits left for a quotient.
+double mills_ratio(double x) {
+  if (x < 1.0) return cnorm(-x) / normal_density(x);
+  double c = x;
+  for (int k = 80; k >= 1; --k) c = x + k / c;
+  return 1.0 / c;
+}
+
+}  // namespace
+
+double digital_option(double Cash, double S, double K, double T, double r, double q, double sigma,
+                      int OptType, int RetType) {
+  const double sign = OptType == 0 ? -1.0 : 1.0;
+  if (!(T > 0.0)) {
+    if (RetType != 0) return 0.0;
+    const double exercise_value = positive_part(sign * (S - K));
+    return exercise_value > 0.0 ? Cash : exercise_value;
+  }
+  if (sigma <= 0.0) sigma = 1e-5;
+
+  const double v = sigma * std::sqrt(T);
+  const double moneyness = natural_log(S / K);
+  const double d1 = (moneyness + ((r - q) + sigma * sigma / 2.0) * T) / v;
+  const double d2 = d1 - v;
+  const double cash_today = Cash * exponential(-r * T);
+  const auto premium = [&] { return cash_today * cnorm(sign * d2); };
+  const auto density = [&] { return sign * cash_today * normal_density(d2); };
+
+  switch (RetType) {
+    case 0:
+      return premium();
+    case 1:
+      return density() / (S * v);
+    case 2:
+      return -density() * d1 / (S * S * v * v);
+    case 3:
+      return -density() * d1 / sigma;
+    case 4:
+      return -T * premium();
+    case 5:
+      return r * premium() - density() * (((r - q) - sigma * sigma / 2.0) - moneyness / T) / (2.0 * v);
+    default:
+      return 99.0;
+  }
+}
+
+double cod_option(double S, double K, double T, double r, double q, double sigma, double Premium, int OptType,
+                  int RetType) {
+  if (RetType < 0 || RetType > 5) return 99.0;
+  return bs_general(S, K, T, r, q, sigma, OptType, RetType) -
+         digital_option(Premium, S, K, T, r, q, sigma, OptType, RetType);
+}
+
+double cod_premium(double S, double K, double T, double r, double q, double sigma, int OptType) {
+  const double sign = OptType == 0 ? -1.0 : 1.0;
+  if (!(T > 0.0)) return positive_part(sign * (S - K));
+  if (sigma <= 0.0) sigma = 1e-5;
+  const double v = sigma * std::sqrt(T);
+  const double d1 = (natural_log(S / K) + ((r - q) + sigma * sigma / 2.0) * T) / v;
+  const double d2 = d1 - v;
+
+  // Unlikely exercise: (F N(d1) - K N(d2)) / N(d2) with F n(d1) = K n(d2), n the density.
+  if (sign * d2 < -2.0) return sign * K * (mills_ratio(-sign * d1) / mills_ratio(-sign * d2) - 1.0);
+  return bs_general(S, K, T, r, q, sigma, OptType, 0) / (exponential(-r * T) * cnorm(sign * d2));
+}
+
+}  // namespace kestran

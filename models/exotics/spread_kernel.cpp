@@ -1,0 +1,152 @@
+#include "models/exotics/spread_kernel.h"
+
+#include <emmintrin.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "numerics/elementary.h"
+#include "numerics/gauss_legendre.h"
+#include "numerics/normal.h"
+#include "numerics/root_bracketed.h"
+
+namespace kestran {
+namespace {
+
+constexpr int points = 55;
+constexpr int slots = points + 1;  // an even number, for pairs; the last has no weight
+
+// A standard normal variable z carries the given price, given exp(v z - v^2 / 2), and all that the optioned
+// price has in common with it: the forward of the optioned price given z is optioned exp(m z - m^2 / 2).
+struct Conditional {
+  double optioned, m;
+  double given, v;
+  double strike;           // paid on top of the given price
+  double lowest, highest;  // where the mass of z lies, weighted with 1 or with either price
+};
+
+// What exercise is worth on the forwards given z.
+double margin(const Conditional& c, double z) {
+  const __m128d deviation = _mm_set_pd(c.v, c.m);
+  const __m128d growth = exponential(deviation * (z - deviation / 2.0));
+  return c.optioned * _mm_cvtsd_f64(growth) -
+         (c.given * _mm_cvtsd_f64(_mm_unpackhi_pd(growth, growth)) + c.strike);
+}
+
+// Points where the margin changes sign: at most two, for the margin rises (falls) on each side of one turning
+// point. Those beyond five deviations move no result and would take nodes away from the rest.
+int exercise_boundaries(const Conditional& c, double boundary[2]) {
+  constexpr double farthest = 5.0;
+  double z[3] = {c.lowest - farthest, c.highest + farthest, 0.0};
+  int ends = 2;
+  double turning = z[0];
+  if (c.m > 0.0)
+    turning = (natural_log(c.given * c.v / (c.optioned * c.m)) + (c.m * c.m - c.v * c.v) / 2.0) / (c.m - c.v);
+  if (turning > z[0] && turning < z[1]) {
+    z[2] = z[1];
+    z[1] = turning;
+    ends = 3;
+  }
+  const auto margin_at = [&](double x) { return margin(c, x); };
+  int found = 0;
+  double at_left = margin_at(z[0]);
+  for (int i = 1; i < ends; ++i) {
+    const double at_right = margin_at(z[i]);
+    if (at_left * at_right < 0.0)
+      boundary[found++] = root_bracketed(margin_at, z[i - 1], z[i], at_left, at_right, 0.0, 1e-10, 100).x;
+    at_left = at_right;
+  }
+  return found;
+}
+
+// Nodes and weights over all z that matters, in panels between the boundaries: the integrand bends there,
+// sharply when little is left to chance given z.
+void place_nodes(const Conditional& c, double z[slots], double weight[slots]) {
+  constexpr double reach = 6.5;  // leaves out 4e-11 of the mass at either end
+  constexpr int panel_points[3][3] = {{55}, {27, 28}, {18, 19, 18}};
+  double boundary[2];
+  const int boundaries = exercise_boundaries(c, boundary);
+  double left = c.lowest - reach;
+  int slot = 0;
+  for (int panel = 0; panel <= boundaries; ++panel) {
+    const double right = panel < boundaries ? boundary[panel] : c.highest + reach;
+    const double centre = (left + right) / 2.0;
+    const double half = (right - left) / 2.0;
+    const QuadratureRule rule = gauss_legendre(panel_points[boundaries][panel]);
+    for (int i = 0; i < rule.size; ++i, ++slot) {
+      z[slot] = centre + half * rule.nodes[i].x;
+      weight[slot] = half * rule.nodes[i].weight;
+    }
+    left = right;
+  }
+  z[points] = z[points - 1];
+  weight[points] = 0.0;
+}
+
+double sum_of_lanes(__m128d x) { return _mm_cvtsd_f64(x) + _mm_cvtsd_f64(_mm_unpackhi_pd(x, x)); }
+
+// Undiscounted value and derivatives in the two forwards of a call (sign 1) or put (-1) on optioned - given -
+// strike, s the deviation of the optioned price given z.
+void integrate(const Conditional& c, double s, double sign, double out[3]) {
+  alignas(16) double nodes[slots], weights[slots];
+  place_nodes(c, nodes, weights);
+  const double log_optioned = natural_log(c.optioned);
+  const double per_deviation = 1.0 / s;
+  __m128d value = _mm_setzero_pd(), in_optioned = value, in_given = value;
+  for (int i = 0; i < slots; i += 2) {
+    const __m128d z = _mm_load_pd(nodes + i);
+    const __m128d density = _mm_load_pd(weights + i) * exponential(-z * z / 2.0);
+    const __m128d log_growth = c.m * (z - c.m / 2.0);
+    const __m128d growth = exponential(log_growth);
+    const __m128d given_growth = exponential(c.v * (z - c.v / 2.0));
+    const __m128d strike = c.given * given_growth + c.strike;
+    // Nothing or less to pay is certain exercise, which d1 = infinity gives.
+    const __m128d log_strike = natural_log(_mm_max_pd(strike, _mm_setzero_pd()));
+    const __m128d d1 = (log_optioned + log_growth - log_strike) * per_deviation + s / 2.0;
+    const __m128d n1 = density * cnorm(sign * d1);
+    const __m128d n2 = density * cnorm(sign * (d1 - s));
+    value += c.optioned * growth * n1 - strike * n2;
+    in_optioned += growth * n1;
+    in_given += given_growth * n2;
+  }
+  const double scale = sign / std::sqrt(6.283185307179586);
+  out[0] = scale * sum_of_lanes(value);
+  out[1] = scale * sum_of_lanes(in_optioned);
+  out[2] = -scale * sum_of_lanes(in_given);
+}
+
+}  // namespace
+
+double spread_kernel(double FA, double FB, double K, double vA, double vB, double rho, double D, int OptType,
+                     double out[3]) {
+  const double all = FA + FB + K + vA + vB + rho + D;
+  if (std::isnan(all)) return out[0] = out[1] = out[2] = all;
+  rho = std::min(std::max(rho, -1.0), 1.0);
+  const double alone = std::sqrt((1.0 - rho) * (1.0 + rho));
+
+  // The integrand is smooth where the strike given z stays positive, over B for K >= 0 and over A for K < 0,
+  // and also over a price that moves little next to the other. The limits are no likely volatilities or
+  // ratios of them: a step in one should not change the choice.
+  const auto moves_little = [](double v, double other) { return v < 0.37 && other > 2.61 * v; };
+  const bool over_B = K >= 0.0 ? !moves_little(vA, vB) : moves_little(vB, vA);
+
+  // A call on A - B - K is a put on B - A + K. From here on A is the optioned price.
+  double sign = OptType == 0 ? -1.0 : 1.0;
+  if (!over_B) {
+    std::swap(FA, FB);
+    std::swap(vA, vB);
+    K = -K;
+    sign = -sign;
+  }
+  const double m = rho * vA;
+  const Conditional c = {FA, m, FB, vB, K, std::min({0.0, m, vB}), std::max({0.0, m, vB})};
+  // The least deviation prices the exercise decision itself.
+  constexpr double least_deviation = 1e-10;
+  integrate(c, std::max(alone * vA, least_deviation), sign, out);
+  if (!over_B) std::swap(out[1], out[2]);
+  for (int i = 0; i < 3; ++i) out[i] *= D;
+  return out[0];
+}
+
+}  // namespace kestran
