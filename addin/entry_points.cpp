@@ -11,28 +11,27 @@
 #include "addin/system.h"
 
 // The frames that function_list.h names.
-#define Scalar(function, pointers) ScalarFrame<worksheet::function>
-#define BasketRanges(function, pointers) \
-  RangeFrame<worksheet::function, Length::shortest, FirstCell::uncounted>
-#define StripRanges(function, pointers) RangeFrame<worksheet::function, Length::last, FirstCell::uncounted>
-#define CapRanges(function, pointers) \
-  RangeFrame<worksheet::function, Length::last, FirstCell::error_passed_on>
-#define SwapRanges(function, pointers) \
+#define Scalar(function) ScalarFrame<worksheet::function>
+#define BasketRanges(function) RangeFrame<worksheet::function, Length::shortest, FirstCell::uncounted>
+#define StripRanges(function) RangeFrame<worksheet::function, Length::last, FirstCell::uncounted>
+#define CapRanges(function) RangeFrame<worksheet::function, Length::last, FirstCell::error_passed_on>
+#define SwapRanges(function) \
   SparePointer<RangeFrame<worksheet::function, Length::last, FirstCell::error_passed_on, Singles::refused>>
-#define EqualRanges(function, pointers) RangeFrame<worksheet::function, Length::equal, FirstCell::refused>
-#define LooseScalars(function, pointers) RangeFrame<worksheet::function, Length::equal, FirstCell::refused>
-#define Blocks(function, pointers) BlockFrame<worksheet::function>
-#define Unavailable(function, pointers) UnavailableFrame<pointers>
+#define EqualSwapRanges(function) \
+  SparePointer<RangeFrame<worksheet::function, Length::equal, FirstCell::refused>>
+#define EqualRanges(function) RangeFrame<worksheet::function, Length::equal, FirstCell::refused>
+#define LooseScalars(function) RangeFrame<worksheet::function, Length::equal, FirstCell::refused>
+#define Blocks(function) BlockFrame<worksheet::function>
 
 namespace kestran {
 
-#define FUNCTION(name, function, frame, pointers, description, names)                         \
-  static_assert(frame(function, pointers)::arguments == pointers, "arguments of " #function); \
-  extern "C" KESTRAN_EXPORT XLOPER* EXCEL_STDCALL name(XLOPER_PARAMETERS_##pointers) {        \
-    static XLOPER result;                                                                     \
-    XLOPER* const given[] = {XLOPER_ARGUMENTS_##pointers};                                    \
-    frame(function, pointers)::call(given, result);                                           \
-    return &result;                                                                           \
+#define FUNCTION(name, function, frame, pointers, description, names)                  \
+  static_assert(frame(function)::arguments == pointers, "arguments of " #function);    \
+  extern "C" KESTRAN_EXPORT XLOPER* EXCEL_STDCALL name(XLOPER_PARAMETERS_##pointers) { \
+    static XLOPER result;                                                              \
+    XLOPER* const given[] = {XLOPER_ARGUMENTS_##pointers};                             \
+    frame(function)::call(given, result);                                              \
+    return &result;                                                                    \
   }
 #include "addin/function_list.h"
 

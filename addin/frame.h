@@ -39,9 +39,6 @@ struct Answer {
   }
 };
 
-/// The answer of a function whose model is not there yet.
-inline Answer no_model() { return Answer::failure(xlerrValue); }
-
 /// Puts an answer into a result record.
 void give(const Answer& answer, XLOPER& result);
 
@@ -143,13 +140,6 @@ struct ScalarFrame<function> {
     const bool accepted = (accept(numbers[position], std::get<position>(parameters)) && ...);
     give(accepted ? std::apply(function, parameters) : Answer::failure(missing_code), result);
   }
-};
-
-/// The frame of a function whose arguments are ranges and whose model is not there yet.
-template <int count>
-struct UnavailableFrame {
-  static constexpr int arguments = count;
-  static void call(XLOPER* const*, XLOPER& result) { give(no_model(), result); }
 };
 
 }  // namespace kestran

@@ -36,7 +36,7 @@ FUNCTION(xBOST, BOST, Scalar, 7, "Boston Option",
          "Price, Breakeven, IntRt, Yield, Vol, ExpDays, OptType")
 FUNCTION(BOST, BOST, Scalar, 7, "Boston Option",
          "Price, Breakeven, IntRt,Yield, Vol, ExpDays, OptType")
-FUNCTION(CMPASN, CMPASN, Unavailable, 17, "Compound Option on Asian",
+FUNCTION(CMPASN, CMPASN, LooseScalars, 17, "Compound Option on Asian",
          "Price, IntRt, Vol1, Vol2, SetPrice, TotDays, SetDays, toNext, ExpDays, CmpVol, AsnStrike, CompStrike, CmpExpDays, CmpIntRt, CmpOptType, RetType, Tsteps")
 TWINS(CMPDV, Scalar, 11, "Compound Option",
       "Price, StrOver,StrUnder, TimeOver, TimeUnder, IntRt,Yield, FwdVol, Vol, OptType, RetType")
@@ -88,37 +88,37 @@ TWINS(BASVOL, BasketRanges, 6, "Basket Volatility",
       "Forward_Price, Annual_Vol, Drift, Weight, Correl_Matrix, ExpTime")
 FUNCTION(BASVOLT, BASVOLT, Blocks, 7, "Bskt Vol with Diff. Maturities",
          "Fwd_rng, Vol_rng, Weight_rng, Tset_rng, Correl_rng, ExpTime, RetType")
-FUNCTION(BASCORR, BASCORR, Unavailable, 10, "Basket Correlation",
+FUNCTION(BASCORR, BASCORR, Blocks, 10, "Basket Correlation",
          "Fwd1_rng, Fwd2_rng, Vol1_rng, Vol2_rng, Weight1_rng, Weight2_rng, Tset1_rng, Tset2_rng, Correl_rng, ExpTime")
 TWINS(XCAP, CapRanges, 13, "Option on Cap / Floor",
       "Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, Qty_rng, StripVol, CfStrike, CompStrike, OptExpDays, OptIntRt, OptType, RetType, Tsteps")
-TWINS(XCOL, Unavailable, 11, "Option on Collar (premium only)",
+TWINS(XCOL, EqualRanges, 11, "Option on Collar (premium only)",
       "Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap, Floor, OptIntRt, Tsteps")
-TWINS(XCOL2, Unavailable, 12, "Option on Collar",
+TWINS(XCOL2, EqualRanges, 12, "Option on Collar",
       "Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap, Floor, OptIntRt, Tsteps, RetType")
-FUNCTION(XCOL3, XCOL3, Unavailable, 13, "Call or Put Option on Collar",
+FUNCTION(XCOL3, XCOL3, EqualRanges, 13, "Call or Put Option on Collar",
          "Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap, Floor, OptIntRt, Tsteps, OptType, RetType")
-TWINS(YRSTRIP, Unavailable, 11, "Annual Strip of Daily Options",
+TWINS(YRSTRIP, EqualRanges, 11, "Annual Strip of Daily Options",
       "Price_rng, Strike_rng, IntRt_rng, Vol_rng, ToSet_rng, BegDays_rng, EndDays_rng, Qty_rng, AnnualQty, Opttype, RetType")
 TWINS(ASTRIP, StripRanges, 14, "Asian Option on a Strip",
       "Price_rng, Vol_rng, Next_rng, End_rng, Settles_rng, SetDays, Strike, IntRt,Correl, SetPrice, ToExp, Opttype, RetType, RetMonth")
-FUNCTION(ASTRIPMV, ASTRIPMV, Unavailable, 15, "Asian Option on a Strip with Daily Volume",
+FUNCTION(ASTRIPMV, ASTRIPMV, StripRanges, 15, "Asian Option on a Strip with Daily Volume",
          "Price_rng, Vol_rng, Volume_rng, Next_rng, End_rng, Settles_rng, SetDays, Strike, IntRt,Correl, SetPrice, ToExp, Opttype, RetType, RetMonth")
 TWINS(BASVOL2d, Scalar, 10, "Basket Vol  of 2 assets",
       "Price1, Price2, Vol1, Vol2, Drift1, Drift2, Weight1, Weight2, Correl, ExpTime")
-TWINS(ASTRIP2m, Unavailable, 19, "Asian Option on a Strip of 2 assets",
+TWINS(ASTRIP2m, LooseScalars, 19, "Asian Option on a Strip of 2 assets",
       "Price1, Price2, Vol1, Vol2, Next1, Next2, End1, End2, Settle1, Settle2, SetDays, Strike, IntRt, Correl, SetPrice, ToExp, Opttype, RetType, RetMonth")
-FUNCTION(xAdjASTRIP2m, AdjASTRIP2m, Unavailable, 21, "Crude Asian Option on a Strip of 2 assets",
+FUNCTION(xAdjASTRIP2m, AdjASTRIP2m, LooseScalars, 21, "Crude Asian Option on a Strip of 2 assets",
          "Price1, Price2, Vol1, Vol2, Sig1, Sig2, Next1, Next2, End1, End2, Settle1, Settle2, SetDays, Strike, IntRt, Correl, SetPrice, ToExp, Opttype, RetType, RetMonth")
-FUNCTION(xCrudeAPO, xCrudeAPO, Unavailable, 19, "Crude Asian Option on a Strip of 2 assets",
+FUNCTION(xCrudeAPO, xCrudeAPO, LooseScalars, 19, "Crude Asian Option on a Strip of 2 assets",
          "Price1, Price2, Vol1, Vol2, Sig1, Sig2, AvgStart, AvgEnd, Settle1, Settle2, SetDays, Strike, IntRt, Correl, SetPrice, ToExp, Opttype, RetType, RetMonth")
-FUNCTION(PPLUS, PPLUS, Unavailable, 23, "PPlus Option Pricing Model",
+FUNCTION(PPLUS, PPLUS, LooseScalars, 23, "PPlus Option Pricing Model",
          "SA1, SA2, SB1, SB2, DaysSB1, DaysSB2, VolA1, VolA2, VolB1, VolB2, CorrA1A2, CorrB1B2, CorrA1B1, CorrA2B1, CorrA1B2, CorrA2B2, Strike, IR, Tmat, Opttype, Risk, Aflag, Bflag")
-FUNCTION(AdjASTRIP2m, AdjASTRIP2m, Unavailable, 21, "Crude Asian Option on a Strip of 2 assets",
+FUNCTION(AdjASTRIP2m, AdjASTRIP2m, LooseScalars, 21, "Crude Asian Option on a Strip of 2 assets",
          "Price1, Price2, Vol1, Vol2, Sig1, Sig2, Next1, Next2, End1, End2, Settle1, Settle2, SetDays, Strike, IntRt, Correl, SetPrice, ToExp, Opttype, RetType, RetMonth")
 TWINS(SWAPTION, SwapRanges, 12, "Option to enter a swap",
       "Fwd, Qty, Swaptime, Rates, Swapvol, Strike, IntRt, Expiry, Opttype, RetType, RetMonth")
-FUNCTION(SWAPTION1, SWAPTION1, Unavailable, 12, "Option to enter a swap with different fixed prices",
+FUNCTION(SWAPTION1, SWAPTION1, EqualSwapRanges, 12, "Option to enter a swap with different fixed prices",
          "Fwd, Qty, Swaptime, Rates, Strike, Swapvol, IntRt, Expiry, Opttype, RetType, RetMonth")
 // clang-format on
 

@@ -2,6 +2,7 @@
 // parameters say how each argument is taken:
 //
 //   Range&           a row or column of up to 256 numbers, or a single number
+//   RangeOrNumber&   the same, and beside ranges a single number may stand for as many cells as they have
 //   SquareMatrix&    a square block of numbers
 //   Basket&          in a BlockFrame: a block of up to 256 numbers
 //   LowerTriangle&   in a BlockFrame: a block of up to 32,640 correlations
@@ -9,6 +10,7 @@
 //   column
 #pragma once
 
+#include <algorithm>
 #include <type_traits>
 
 #include "addin/frame.h"
@@ -26,11 +28,15 @@ enum class Length {
 /// Whether a call in which every range is a single number is priced.
 enum class Singles { priced, refused };
 
+struct RangeOrNumber : Range {};
 struct Basket : NumberBlock {};
 struct LowerTriangle : NumberBlock {};
 
 template <class Parameter>
-constexpr bool is_range = std::is_same_v<Parameter, Range&> || std::is_same_v<Parameter, SquareMatrix&>;
+constexpr bool is_line = std::is_base_of_v<Range, std::remove_reference_t<Parameter>>;
+
+template <class Parameter>
+constexpr bool is_range = is_line<Parameter> || std::is_same_v<Parameter, SquareMatrix&>;
 
 // Where an argument waits between its reading and the call: ranges and blocks as such, scalars as plain
 // numbers.
@@ -71,18 +77,21 @@ bool fit_ranges(Length length, int shortest, std::tuple<Argument...>& slots) {
   int last = 1;
   int longest = 1;
   const auto look = [&](auto& slot) {
-    if constexpr (std::is_same_v<std::remove_reference_t<decltype(slot)>, Range>) {
-      last = slot.count;
+    if constexpr (is_line<decltype(slot)>) {
+      last = slot.count > 1 ? slot.count : last;
       longest = slot.count > longest ? slot.count : longest;
     }
   };
   std::apply([&](auto&... slot) { (look(slot), ...); }, slots);
   const int count = length == Length::last ? last : shortest;
   if (shortest < count || (length == Length::equal && longest > shortest)) return false;
-  const auto cut = [&](auto& slot) {
-    if constexpr (std::is_same_v<std::remove_reference_t<decltype(slot)>, Range>) slot.count = count;
+  const auto cut_or_fill = [&](auto& slot) {
+    if constexpr (is_line<decltype(slot)>) {
+      if (slot.count == 1) std::fill_n(slot.values, count, slot.values[0]);
+      slot.count = count;
+    }
   };
-  std::apply([&](auto&... slot) { (cut(slot), ...); }, slots);
+  std::apply([&](auto&... slot) { (cut_or_fill(slot), ...); }, slots);
   return true;
 }
 
@@ -106,6 +115,14 @@ struct RangeFrame<function, length, first_cell, singles> {
   static int take(XLOPER* argument, Range& range, IntakeCounts& counts) {
     return read_range(argument, range, counts);
   }
+  static int take(XLOPER* argument, RangeOrNumber& range, IntakeCounts& counts) {
+    const int error = read_range(argument, range, counts);
+    if (error == go_on && range.count == 1) {
+      --counts.singles;
+      ++counts.standing;
+    }
+    return error;
+  }
   static int take(XLOPER* argument, SquareMatrix& matrix, IntakeCounts& counts) {
     return read_matrix(argument, matrix, counts);
   }
@@ -120,8 +137,8 @@ struct RangeFrame<function, length, first_cell, singles> {
     int error = go_on;
     const bool taken = (((error = take(given[position], std::get<position>(slots), counts)) == go_on) && ...);
     if (!taken) return Answer::failure(error);
-    const bool several = counts.ranges == ranges && counts.singles == arguments - ranges;
-    const bool one_each = singles == Singles::priced && counts.singles == arguments;
+    const bool several = counts.ranges + counts.standing == ranges && counts.singles == arguments - ranges;
+    const bool one_each = singles == Singles::priced && counts.singles + counts.standing == arguments;
     if ((!several && !one_each) || !fit_ranges(length, counts.shortest, slots))
       return Answer::failure(xlerrValue);
     return call_with(function, slots, positions);

@@ -55,6 +55,7 @@ struct SquareMatrix : NumberBlock {};
 struct IntakeCounts {
   int ranges = 0;    // rows, columns and matrices of several cells
   int singles = 0;   // numbers, and cells that hold one
+  int standing = 0;  // the same that may stand for each cell of a range; not counted among the singles
   int shortest = 1;  // cells of the shortest row or column; 1 before the first
 };
 

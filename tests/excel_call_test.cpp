@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "addin/commands.h"
+#include "addin/registration_table.h"
 
 namespace kestran {
 namespace {
@@ -56,6 +57,18 @@ TEST(TemporaryPool, BuildsEveryKindOfOperand) {
   EXPECT_EQ(areas.area.first_column, 3);
   EXPECT_EQ(TempActiveRow(9)->value.reference.areas->area.last_column, 255);
   FreeAllTempMemory();
+}
+
+TEST(Tables, ToolsAreCountedTexts) {
+  const char* const expected[tool_rows][tool_columns] = {
+      {"\003211", "\014KESTRAN_Help", "\005FALSE", "\004TRUE", "\001 ", "\014KESTRAN Help", "\001 ", "\001 "},
+      {"\0010", "\001 ", "\001 ", "\001 ", "\001 ", "\001 ", "\001 ", "\001 "},
+      {"\003212", "\014KESTRAN_Exit", "\005FALSE", "\004TRUE", "\001 ", "\020Exit KESTRAN.XLL", "\001 ",
+       "\001 "}};
+  prepare_tables();
+  for (int row = 0; row < tool_rows; ++row)
+    for (int column = 0; column < tool_columns; ++column)
+      EXPECT_STREQ(tool_table[row][column], expected[row][column]);
 }
 
 TEST(HelpPath, ReplacesTheFileNameBehindTheFolder) {

@@ -4,7 +4,9 @@
 #include "addin/frame.h"
 #include "models/asian/asian_fast.h"
 #include "models/asian/asian_geo_cond.h"
+#include "models/asian/asian_spread.h"
 #include "models/asian/asian_vol_approx.h"
+#include "models/asian/compound_asian.h"
 
 namespace kestran::worksheet {
 
@@ -28,14 +30,49 @@ inline Answer ASV(double Price, double Strike, double IntRt, double Vol, double 
   return results[RetType];
 }
 
-inline Answer ASNSPRD(double, double, double, double, double, double, double, double, double, int, int, int,
-                      Selector<0, 12>) {
-  return no_model();
+inline Answer ASNSPRD2(double PriceA, double PriceB, double Strike, double IntRt, double q1, double q2,
+                       double VolAf, double VolBf, double VolA, double VolB, double Correl, double SetAvgA,
+                       double SetAvgB, int ExpDays, int AvgBegDaysA, int AvgBegDaysB, int OptType,
+                       Selector<0, 13> RetType) {
+  if (asian_spread_days(ExpDays, AvgBegDaysA, AvgBegDaysB) > asian_spread_most_days)
+    return Answer::failure(xlerrValue);
+  return asian_spread_greek({PriceA, PriceB, Strike, IntRt, q1, q2, VolAf, VolBf, VolA, VolB, Correl, SetAvgA,
+                             SetAvgB, ExpDays, AvgBegDaysA, AvgBegDaysB, OptType},
+                            RetType);
 }
 
-inline Answer ASNSPRD2(double, double, double, double, double, double, double, double, double, double, double,
-                       double, double, int, int, int, int, Selector<0, 13>) {
-  return no_model();
+/// On futures, whose yield is the interest rate.
+inline Answer ASNSPRD(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
+                      double Correl, double SetAvgA, double SetAvgB, int ExpDays, int AvgBegDays, int OptType,
+                      Selector<0, 12> RetType) {
+  return ASNSPRD2(PriceA, PriceB, Strike, IntRt, IntRt, IntRt, VolA, VolB, VolA, VolB, Correl, SetAvgA,
+                  SetAvgB, ExpDays, AvgBegDays, AvgBegDays, OptType, {RetType});
+}
+
+/// More than ten years of fixings still to be made are #VALUE!: no cell may hang Excel.
+inline Answer CMPASN(double Price, double IntRt, double Vol1, double Vol2, double SetPrice, int TotDays,
+                     int SetDays, double toNext, double ExpDays, double CmpVol, double AsnStrike,
+                     double CompStrike, double CmpExpDays, double CmpIntRt, int CmpOptType, int RetType,
+                     int Tsteps) {
+  CompoundAsian option;
+  option.S0 = Price;
+  option.r = IntRt;
+  option.sigma1 = Vol1;
+  option.sigma2 = Vol2;
+  option.A = SetPrice;
+  option.N = TotDays;
+  option.m = SetDays;
+  option.toNext = toNext;
+  option.ExpDays = ExpDays;
+  option.sigma_c = CmpVol;
+  option.K = AsnStrike;
+  option.X = CompStrike;
+  option.CmpExpDays = CmpExpDays;
+  option.rc = CmpIntRt;
+  option.CmpOptType = CmpOptType;
+  option.steps = Tsteps;
+  if (!compound_asian_is_bounded(option)) return Answer::failure(xlerrValue);
+  return compound_asian_greek(option, RetType);
 }
 
 }  // namespace kestran::worksheet

@@ -4,6 +4,7 @@
 #include "addin/range_frame.h"
 #include "models/rates/swaption.h"
 #include "models/rates/xcap.h"
+#include "models/rates/xcol.h"
 
 namespace kestran::worksheet {
 
@@ -31,10 +32,55 @@ inline Answer XCAP(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& Ex
   return xcap_greeks(option, RetType);
 }
 
-/// The results of one period are asked for by RetMonth, counted from 1.
-inline Answer SWAPTION(Range& Fwd, Range& Qty, Range& Swaptime, Range& Rates, double Swapvol, double Strike,
-                       double IntRt, double Expiry, int Opttype, int RetType, int RetMonth) {
-  const int n = Rates.count;
+inline CollarOption collar_option(const Range& Price_rng, const Range& IntRt_rng, const Range& Vol_rng,
+                                  Range& ExpDays_rng, double SwapVol, double VolSpread, double OptExpDays,
+                                  double Cap, double Floor, double OptIntRt, int Tsteps, int OptType) {
+  for (int i = 0; i < ExpDays_rng.count; ++i) ExpDays_rng.values[i] /= days_per_year;
+  CollarOption option;
+  option.Price = Price_rng.values;
+  option.IntRt = IntRt_rng.values;
+  option.Vol = Vol_rng.values;
+  option.ExpDays = ExpDays_rng.values;
+  option.n = ExpDays_rng.count;
+  option.SwapVol = SwapVol;
+  option.VolSpread = VolSpread;
+  option.T = OptExpDays;
+  option.Cap = Cap;
+  option.Floor = Floor;
+  option.r = OptIntRt;
+  option.N = Tsteps;
+  option.OptType = OptType;
+  return option;
+}
+
+inline Answer XCOL3(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& ExpDays_rng, double SwapVol,
+                    double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt, int Tsteps,
+                    int OptType, int RetType) {
+  return xcol_greeks(collar_option(Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays,
+                                   Cap, Floor, OptIntRt, Tsteps, OptType),
+                     RetType);
+}
+
+/// The call alone.
+inline Answer XCOL2(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& ExpDays_rng, double SwapVol,
+                    double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt, int Tsteps,
+                    int RetType) {
+  return XCOL3(Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap, Floor,
+               OptIntRt, Tsteps, 1, RetType);
+}
+
+/// The call's premium alone.
+inline Answer XCOL(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& ExpDays_rng, double SwapVol,
+                   double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt,
+                   int Tsteps) {
+  return XCOL3(Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap, Floor,
+               OptIntRt, Tsteps, 1, 0);
+}
+
+/// The result of a swaption of n periods that `model` puts into a record; those of one period are asked for
+/// by RetMonth, counted from 1.
+template <class Model>
+Answer swaption_result(int n, int RetType, int RetMonth, const Model& model) {
   const bool by_period = RetType == 1 || RetType == 2 || RetType == 6 || RetType == 7;
   if (RetType < 0 || RetType > 7 || (by_period && (RetMonth < 1 || RetMonth > n)))
     return Answer::failure(xlerrValue);
@@ -44,8 +90,7 @@ inline Answer SWAPTION(Range& Fwd, Range& Qty, Range& Swaptime, Range& Rates, do
   record.gamma_by_period = periods[1];
   record.decay_by_period = periods[2];
   record.vanna_by_period = periods[3];
-  swaption_model(Fwd.values, Qty.values, Swaptime.values, Rates.values, Swapvol, Strike, IntRt, Expiry, n,
-                 Opttype, record);
+  model(record);
   const int period = by_period ? RetMonth - 1 : 0;
   const double results[8] = {record.price,
                              record.delta_by_period[period],
@@ -56,6 +101,22 @@ inline Answer SWAPTION(Range& Fwd, Range& Qty, Range& Swaptime, Range& Rates, do
                              record.vanna_by_period[period],
                              record.decay_by_period[period]};
   return results[RetType];
+}
+
+inline Answer SWAPTION(Range& Fwd, Range& Qty, Range& Swaptime, Range& Rates, double Swapvol, double Strike,
+                       double IntRt, double Expiry, int Opttype, int RetType, int RetMonth) {
+  return swaption_result(Rates.count, RetType, RetMonth, [&](SwaptionRecord& record) {
+    swaption_model(Fwd.values, Qty.values, Swaptime.values, Rates.values, Swapvol, Strike, IntRt, Expiry,
+                   Rates.count, Opttype, record);
+  });
+}
+
+inline Answer SWAPTION1(Range& Fwd, Range& Qty, Range& Swaptime, Range& Rates, RangeOrNumber& Strike,
+                        double Swapvol, double IntRt, double Expiry, int Opttype, int RetType, int RetMonth) {
+  return swaption_result(Rates.count, RetType, RetMonth, [&](SwaptionRecord& record) {
+    swaption1_model(Fwd.values, Qty.values, Swaptime.values, Rates.values, Strike.values, Swapvol, IntRt,
+                    Expiry, Rates.count, Opttype, record);
+  });
 }
 
 }  // namespace kestran::worksheet

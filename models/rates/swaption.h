@@ -1,4 +1,4 @@
-// Options to enter a swap of a strip of forward prices against one fixed price.
+// Options to enter a swap of a strip of forward prices against fixed prices.
 #pragma once
 
 namespace kestran {
@@ -39,5 +39,14 @@ double log1p_half(double x);
 void swaption_model(const double* Fwd, const double* Qty, const double* Swaptime, const double* Rates,
                     double Swapvol, double Strike, double IntRt, double Expiry, int n, int Opttype,
                     SwaptionRecord& record);
+
+/// The same with a fixed price for each period, Strike: the option is struck at their average, weighted like
+/// the forward prices with quantity and discount factor, since the fixed and the floating leg are then one
+/// amount each. Exact when one lognormal factor moves all forwards. The average strike is held constant in
+/// the sensitivities to rates and time, as the average forward is; a negative one makes the results not a
+/// number. Everything else is as in swaption_model.
+void swaption1_model(const double* Fwd, const double* Qty, const double* Swaptime, const double* Rates,
+                     const double* Strike, double Swapvol, double IntRt, double Expiry, int n, int Opttype,
+                     SwaptionRecord& record);
 
 }  // namespace kestran

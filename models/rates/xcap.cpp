@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "models/rates/black_strip.h"
+#include "models/trees/log_tree.h"
 #include "numerics/arrays.h"
 #include "numerics/elementary.h"
 
@@ -12,79 +14,16 @@ namespace {
 
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
-__m128d both(double x) { return _mm_set1_pd(x); }
-
-__m128d select(__m128d condition, __m128d when_true, __m128d when_false) {
-  return _mm_or_pd(_mm_and_pd(condition, when_true), _mm_andnot_pd(condition, when_false));
-}
-
-// The polynomial that turns the density at x into the tail beyond |x|, as in cnorm.
-__m128d tail_polynomial(__m128d x) {
-  const __m128d magnitude = _mm_andnot_pd(both(-0.0), x);
-  const __m128d t = both(1.0) / (both(1.0) + both(0.2316419) * magnitude);
-  const __m128d inner = both(1.781477937) + t * (both(-1.821255978) + t * both(1.330274429));
-  return t * (both(0.31938153) + t * (both(-0.356563782) + t * inner));
-}
-
-// N(x) or N(-x) times `amount` from the tail beyond |x| times `amount`.
-__m128d amount_below(__m128d x, __m128d amount, __m128d tail) {
-  return select(_mm_cmpge_pd(x, both(0.0)), amount - tail, tail);
-}
-
-// value[k] = the strip's value at factor[k] = e^log_factor[k]; `nodes` is even.
-void strip_values(const CapOption& strip, const double* log_factor, const double* factor, int nodes,
+// value[k] = the strip's value per unit of quantity at factor[k] = e^log_factor[k]; `nodes` is even.
+void strip_values(const CapOption& option, const double* log_factor, const double* factor, int nodes,
                   double* value) {
-  const bool is_cap = strip.OptType < 3;
-  const __m128d K = both(strip.CfStrike);
+  const BlackStrip strip{option.Price, option.IntRt, option.Vol, option.ExpDays,
+                         option.Qty,   option.n,     option.T,   option.r};
   std::fill_n(value, nodes, 0.0);
+  add_strip_values(strip, option.CfStrike, option.OptType < 3, 1.0, log_factor, factor, nodes, value);
   double Qsum = 0.0;
-  for (int i = 0; i < strip.n; ++i) {
-    const double tau = strip.ExpDays[i] - strip.T;
-    const double forward_rate = (strip.IntRt[i] * strip.ExpDays[i] - strip.r * strip.T) / tau;
-    const __m128d weight = both(strip.Qty[i] * exponential(-forward_rate * tau));
-    const __m128d deviation = both(strip.Vol[i] * std::sqrt(tau));
-    const __m128d per_deviation = both(1.0) / deviation;
-    const __m128d moneyness =
-        both(natural_log(strip.Price[i] / strip.CfStrike) + strip.Vol[i] * strip.Vol[i] / 2.0 * tau);
-    for (int k = 0; k < nodes; k += 2) {
-      const __m128d F = _mm_loadu_pd(factor + k) * both(strip.Price[i]);
-      const __m128d d1 = (moneyness + _mm_loadu_pd(log_factor + k)) * per_deviation;
-      const __m128d d2 = d1 - deviation;
-      // F n(d1) = K n(d2), so one density serves both normals; cnorm's divisor is a root of 2 pi to ten
-      // digits.
-      const __m128d density = F * exponential(d1 * d1 * both(-0.5)) / both(2.506628275);
-      const __m128d F_tail = density * tail_polynomial(d1);
-      const __m128d K_tail = density * tail_polynomial(d2);
-      const __m128d option = is_cap ? amount_below(d1, F, F_tail) - amount_below(d2, K, K_tail)
-                                    : amount_below(-d2, K, K_tail) - amount_below(-d1, F, F_tail);
-      _mm_storeu_pd(value + k, _mm_loadu_pd(value + k) + weight * option);
-    }
-    Qsum += strip.Qty[i];
-  }
+  for (int i = 0; i < option.n; ++i) Qsum += option.Qty[i];
   for (int k = 0; k < nodes; ++k) value[k] /= Qsum;
-}
-
-// The mean of x[0..N] under the binomial distribution with up-probability p, which lies in 0 .. 1. The
-// weights follow from the largest one outwards, relative to it, so that rounding stays far below 1e-12 for
-// any N.
-double binomial_mean(const double* x, int N, double p) {
-  const double odds = p / (1.0 - p);
-  const int top = std::min(N, static_cast<int>((N + 1) * p));
-  double total = x[top];
-  double weight_sum = 1.0;
-  double weight = 1.0;
-  for (int k = top; k < N; ++k) {
-    weight *= (N - k) / (k + 1.0) * odds;
-    weight_sum += weight;
-    total += weight * x[k + 1];
-  }
-  weight = 1.0;
-  for (int k = top; k > 0; --k) {
-    weight *= k / ((N - k + 1.0) * odds);
-    weight_sum += weight;
-    total += weight * x[k - 1];
-  }
-  return total / weight_sum;
 }
 
 // Results 1, 2, 5 and 11 + k with the move h. `input` has room for the strip.
@@ -138,25 +77,21 @@ double capfloor_strip_value(double m, const double* Price, const double* IntRt, 
 double xcap_tree(const CapOption& option) {
   const int N = option.N;
   if (N < 1 || N > xcap_most_steps) return not_a_number;
-  const double step = option.T / N;
-  const double v = option.StripVol * option.StripVol * step;
   const double nu = (option.r - option.r_carry) / (option.StripVol * option.StripVol) - 0.5;
-  const double dx = std::sqrt(nu * nu * v * v + v);
-  const double p = 0.5 * (1.0 + nu * v / dx);
-  if (!(v > 0.0 && p >= 0.0 && p <= 1.0)) return not_a_number;
+  const LogTree tree = log_tree(option.StripVol, nu, option.T, N);
+  if (std::isnan(tree.p)) return not_a_number;
 
-  const int nodes = N / 2 * 2 + 2;  // N + 1 made even
+  const int nodes = padded_nodes(N);
   double* log_factor = dvector(0, nodes - 1);
   double* factor = dvector(0, nodes - 1);
   double* value = dvector(0, nodes - 1);
   double price = not_a_number;
   if (log_factor && factor && value) {
-    for (int k = 0; k < nodes; ++k) log_factor[k] = (2 * k - N) * dx;
-    for (int k = 0; k < nodes; k += 2) _mm_storeu_pd(factor + k, exponential(_mm_loadu_pd(log_factor + k)));
+    tree_factors(tree, N, log_factor, factor);
     strip_values(option, log_factor, factor, nodes, value);
     const double sign = option.OptType & 1 ? 1.0 : -1.0;
     for (int k = 0; k <= N; ++k) value[k] = positive_part(sign * (value[k] - option.CompStrike));
-    price = binomial_mean(value, N, p) * exponential(-option.r * option.T);
+    price = binomial_mean(value, N, tree.p) * exponential(-option.r * option.T);
   }
   free_dvector(value, 0, nodes - 1);
   free_dvector(factor, 0, nodes - 1);

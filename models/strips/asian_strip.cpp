@@ -19,10 +19,24 @@ double discounted_payoff(const AsianStrip& strip, double K, double average) {
   return strip.ToExp < 0.0 ? payoff : payoff * exponential(-strip.r * strip.ToExp);
 }
 
-// What a strip of N fixings with m made pays when none can follow: the last month's price stands for the
-// others.
-double settled_price(const AsianStrip& strip, double K, double N, double m) {
-  const double average = (positive_part(N - m) * strip.F[strip.L - 1] + std::min(m, N) * strip.A) / N;
+double fixing_volume(const AsianStrip& strip, int month) { return strip.u ? strip.u[month] : 1.0; }
+
+double made_volume(const AsianStrip& strip) {
+  if (!strip.u) return strip.m;
+  double volume = 0.0;
+  double earlier = 0.0;
+  for (int i = 0; i < strip.L; ++i) {
+    volume += std::min(positive_part(strip.m - earlier), strip.n[i]) * strip.u[i];
+    earlier += strip.n[i];
+  }
+  return volume;
+}
+
+// What a strip of volume W with Wm of it fixed pays when no fixing can follow: the last month's price stands
+// for the others.
+double settled_price(const AsianStrip& strip, double K, double W, double Wm) {
+  const double made = std::min(Wm, W);
+  const double average = ((W - made) * strip.F[strip.L - 1] + made * strip.A) / W;
   return discounted_payoff(strip, K, average);
 }
 
@@ -55,23 +69,27 @@ double correlated_variance(const AsianStrip& strip, int first, const double* w) 
   return variance;
 }
 
-// Premium per outstanding fixing when those are the fixings of the months from `first` on, `first_count` of
-// them in that month. `w` has room for the strip.
+// Premium per volume outstanding when that is the volume of the months from `first` on, with `first_count`
+// fixings in that month. `w` has room for the strip.
 double outstanding_price(const AsianStrip& strip, int first, double first_count, double K, double* w) {
   double count = 0.0;
+  double volume = 0.0;
   double sum = 0.0;
   for (int i = first; i < strip.L; ++i) {
     const double n = i == first ? first_count : strip.n[i];
+    const double month_volume = n * fixing_volume(strip, i);
     const double Next = count + n > 0.0 && strip.Next[i] < 0.0 ? 0.0 : strip.Next[i];
-    w[i] = n * strip.F[i] * strip.sigma[i] * std::sqrt((strip.End[i] - Next) * ((n - 0.5) / n) / 3.0 + Next);
+    w[i] = month_volume * strip.F[i] * strip.sigma[i] *
+           std::sqrt((strip.End[i] - Next) * ((n - 0.5) / n) / 3.0 + Next);
     count += n;
-    sum += n * strip.F[i];
+    volume += month_volume;
+    sum += month_volume * strip.F[i];
   }
   const double T = latest_fixing(strip, first);
-  if (T <= 0.0 || count < 1.0) return settled_price(strip, K, count, 0.0);
+  if (T <= 0.0 || count < 1.0) return settled_price(strip, K, volume, 0.0);
 
-  const double average = sum / count;
-  const double sigma = std::sqrt(correlated_variance(strip, first, w) / T) / (count * average);
+  const double average = sum / volume;
+  const double sigma = std::sqrt(correlated_variance(strip, first, w) / T) / (volume * average);
   const double premium = bs_general(average, K, T, strip.r, strip.r, sigma, strip.OptType == 0 ? 0 : 1, 0);
   return strip.ToExp == T ? premium : premium * exponential(-strip.r * (strip.ToExp - T));
 }
@@ -90,7 +108,9 @@ double price_one_day_on(const AsianStrip& strip, bool with_fixing, double* Next,
     moved.m = strip.m + 1.0;
     int month = 0;
     for (double count = strip.n[0]; month < strip.L - 1 && !(count >= moved.m);) count += strip.n[++month];
-    moved.A = (strip.m * strip.A + strip.F[month]) / moved.m;
+    const double Wm = made_volume(strip);
+    const double added = fixing_volume(strip, month);
+    if (Wm + added != 0.0) moved.A = (Wm * strip.A + added * strip.F[month]) / (Wm + added);
   }
   return asian_strip_price(moved);
 }
@@ -99,31 +119,33 @@ bool is_per_month(int RetType) {
   return RetType == 1 || RetType == 2 || RetType == 3 || RetType == 7 || RetType == 9;
 }
 
-// Results 1, 2, 3 and 9. F and sigma have room for the strip.
+// Results 1, 2, 3, 7 and 9. F and `other` have room for the strip.
 void month_sensitivities(const AsianStrip& strip, int RetType, int first_month, int last_month, double* F,
-                         double* sigma, double* out) {
-  std::copy(strip.F, strip.F + strip.L, F);
-  std::copy(strip.sigma, strip.sigma + strip.L, sigma);
+                         double* other, double* out) {
+  const bool to_price = RetType == 1 || RetType == 2;
+  const bool to_volume = RetType == 7;
   AsianStrip moved = strip;
   moved.F = F;
-  moved.sigma = sigma;
+  (to_volume ? moved.u : moved.sigma) = other;
+  std::copy(strip.F, strip.F + strip.L, F);
+  const double* unmoved_other = to_volume ? strip.u : strip.sigma;
+  std::copy(unmoved_other, unmoved_other + strip.L, other);
   double price_sum = 0.0;
   for (int i = 0; i < strip.L; ++i) price_sum += F[i];
   const double h = 0.0001 * (price_sum / strip.L);
 
-  const bool to_volatility = RetType == 3 || RetType == 9;
   const auto sensitivity = [&](int i, double base_price) {
-    double& input = to_volatility ? sigma[i] : F[i];
+    double& input = to_price ? F[i] : other[i];
     const double unmoved = input;
-    input = to_volatility ? unmoved * 1.0001 : unmoved + h;
+    input = to_price ? unmoved + h : unmoved * 1.0001;
     const double change = asian_strip_price(moved) - base_price;
     input = unmoved;
-    return change / (to_volatility ? unmoved * 0.0001 : h);
+    return change / (to_price ? h : unmoved * 0.0001);
   };
 
   double base_price = asian_strip_price(moved);
   for (int i = first_month; i <= last_month; ++i) out[i - first_month] = sensitivity(i - 1, base_price);
-  if (RetType == 1 || RetType == 3) return;
+  if (RetType != 2 && RetType != 9) return;
   for (int i = 0; i < strip.L; ++i) F[i] += h;
   base_price = asian_strip_price(moved);
   for (int i = first_month; i <= last_month; ++i) {
@@ -138,8 +160,13 @@ double asian_strip_price(const AsianStrip& strip) {
   if (strip.L < 1 || !(strip.m >= 0.0)) return not_a_number;
   const double m = strip.m;
   double N = 0.0;
-  for (int i = 0; i < strip.L; ++i) N += strip.n[i];
-  if (latest_fixing(strip, 0) <= 0.0 || N - m < 1.0) return settled_price(strip, strip.K, N, m);
+  double W = 0.0;
+  for (int i = 0; i < strip.L; ++i) {
+    N += strip.n[i];
+    W += strip.n[i] * fixing_volume(strip, i);
+  }
+  const double Wm = made_volume(strip);
+  if (latest_fixing(strip, 0) <= 0.0 || N - m < 1.0 || W == Wm) return settled_price(strip, strip.K, W, Wm);
 
   int first = 0;
   double count = strip.n[0];
@@ -149,12 +176,12 @@ double asian_strip_price(const AsianStrip& strip) {
   double K = strip.K;
   double share = 1.0;
   if (m > 0.0) {
-    K = (N * strip.K - m * strip.A) / (N - m);
-    share = (N - m) / N;
+    K = (W * strip.K - Wm * strip.A) / (W - Wm);
+    share = (W - Wm) / W;
     if (!(K >= 0.0)) {
-      double sum = first_count * strip.F[first];
-      for (int i = first + 1; i < strip.L; ++i) sum += strip.n[i] * strip.F[i];
-      return strip.ToExp < 0.0 ? 0.0 : discounted_payoff(strip, strip.K, (m * strip.A + sum) / N);
+      double sum = first_count * fixing_volume(strip, first) * strip.F[first];
+      for (int i = first + 1; i < strip.L; ++i) sum += strip.n[i] * fixing_volume(strip, i) * strip.F[i];
+      return strip.ToExp < 0.0 ? 0.0 : discounted_payoff(strip, strip.K, (Wm * strip.A + sum) / W);
     }
   }
 
@@ -185,6 +212,7 @@ void asian_strip_sens(const AsianStrip& strip, int RetType, int first_month, int
       out[0] = (asian_strip_price(moved) - asian_strip_price(strip)) / 0.0001;
       return;
     case 7:
+      if (strip.u) break;
       std::fill_n(out, last_month - first_month + 1, 0.0);
       return;
   }

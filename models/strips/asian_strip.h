@@ -4,14 +4,15 @@
 namespace kestran {
 
 /// The terms of an average-price option on a strip, month 1 at index 0 of each array. The fixings run through
-/// the months in order; every fixing counts the same in the average.
+/// the months in order. In the average a fixing counts by its month's daily volume, or all fixings the same
+/// where no volumes are given.
 struct AsianStrip {
   const double* F = nullptr;      // futures price of each month
   double K = 0.0;                 // strike of the average
   double r = 0.0;                 // interest rate, continuous, per year
   const double* sigma = nullptr;  // volatility of each month, per year
   double rho = 0.0;               // correlation between months
-  double A = 0.0;                 // average of the fixings made
+  double A = 0.0;                 // average of the fixings made, weighted by volume
   const double* n = nullptr;      // number of fixings of each month, made or not: whole numbers
   double m = 0.0;                 // number of fixings made over the whole strip: a whole number
   const double* Next = nullptr;   // years to each month's next outstanding fixing
@@ -19,6 +20,7 @@ struct AsianStrip {
   double ToExp = 0.0;             // years to payment
   int OptType = 0;                // 0 put, any other value call
   int L = 0;                      // number of months
+  const double* u = nullptr;      // daily volume of each month, in any unit; null: all the same
 };
 
 /// Premium of the option. The average of the outstanding fixings is taken as one lognormal variable, its
@@ -26,15 +28,16 @@ struct AsianStrip {
 /// sqrt(Next + (End - Next)(n - 0.5) / (3 n)) and is correlated with an earlier month j by rho sqrt(End(j) /
 /// End(i)). Fixings made move the strike. The premium at the last fixing is carried to the payment at r,
 /// before it as well as after it. Calls near the money on strips of two to twelve months at volatilities of
-/// 30 to 60 % lay within 0.3 % above and 1.3 % below a simulation of the fixings.
+/// 30 to 60 % lay within 0.3 % above and 1.3 % below a simulation of the fixings, with uneven volumes up to
+/// 1.7 % below.
 ///
 /// With nothing left to fix the result is the payoff of the settled average, the last month's price
 /// standing for fixings that are missing; with an average set so high that the call cannot end worthless, the
 /// payoff of the expected average. Both are discounted over ToExp; when that is negative the former is not
-/// discounted and the latter is 0.
+/// discounted and the latter is 0. Fixings without volume leave nothing to fix.
 ///
 /// Nothing is checked: a month without fixings or a last fixing at End = 0 give not a number where they
-/// enter, and so do L < 1, m < 0 and a lack of memory.
+/// enter, and so do L < 1, m < 0, no volume at all and a lack of memory.
 double asian_strip_price(const AsianStrip& strip);
 
 /// Premium or sensitivities by repricing with small moves (h is 0.0001 of the mean of the L prices):
@@ -45,7 +48,8 @@ double asian_strip_price(const AsianStrip& strip);
 ///   4 rho: rate up by 0.0001, per 1.00 of rate
 ///   5 theta per year from one calendar day, with today's fixing made at its month's price when one is due
 ///   6 theta per year from one calendar day, time passing only
-///   7 0 for each month
+///   7 sensitivity to each month's volume, per unit of it: up by 0.01 % (not a number for no volume); 0 for
+///     each month where no volumes are given
 ///   8 sensitivity to the correlation: up by 0.0001, per 1.00
 ///   9 change of each month's vega as all prices rise by h, per 1.00 of price
 /// Results 1, 2, 3, 7 and 9 are worked out for the months first_month .. last_month (1 is the first) and

@@ -1,0 +1,114 @@
+#include "models/strips/ostrip.h"
+
+#include <emmintrin.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "models/exotics/spread_kernel.h"
+#include "models/strips/strip_days.h"
+#include "numerics/elementary.h"
+#include "numerics/normal.h"
+
+namespace kestran {
+namespace {
+
+constexpr double one_day = 0.0027378507871321013;
+
+double premium(const OptionStrip& strip, int age = 0) {
+  double out[2];
+  ostrip_price(strip, age, out);
+  return out[0];
+}
+
+double delta(const OptionStrip& strip) {
+  OptionStrip moved = strip;
+  moved.F *= 1.001;
+  return (premium(moved) - premium(strip)) / (0.001 * strip.F);
+}
+
+}  // namespace
+
+double black_variance(double F, double K, double v, double D, int OptType) {
+  const double sign = OptType == 0 ? -1.0 : 1.0;
+  if (K <= 0.0 || v <= 0.0) return D * positive_part(sign * (F - K));
+  const double deviation = std::sqrt(v);
+  const double d1 = natural_log(F / K) / deviation + deviation / 2.0;
+  double N[2];
+  _mm_storeu_pd(N, cnorm(_mm_set_pd(sign * (d1 - deviation), sign * d1)));
+  return sign * D * (F * N[0] - K * N[1]);
+}
+
+void ostrip_price(const OptionStrip& strip, int age, double out[2]) {
+  const bool forward_start = strip.FwdStFlag != 0 && strip.NowToSet > 0.0;
+  const double set_time = positive_part(strip.NowToSet - age) * one_day;
+  const bool still_to_set = forward_start && set_time > 0.0;
+  const double fixed_strike = strip.pct * (forward_start ? strip.F : strip.K) + strip.basis;
+
+  const auto value = [&](double t, double D) {
+    const double until_set = std::min(set_time, t);
+    const double variance_before = strip.sigma_before * strip.sigma_before * until_set;
+    const double variance_after = strip.sigma_after * strip.sigma_after * (t - until_set);
+    const double variance = variance_before + variance_after;
+    if (!still_to_set || variance == 0.0)
+      return black_variance(strip.F, fixed_strike, variance, D, strip.OptType);
+    if (strip.basis == 0.0)
+      return black_variance(strip.F, strip.pct * strip.F, variance_after, D, strip.OptType);
+    const double v = std::sqrt(variance);
+    const double v_set = std::sqrt(variance_before);
+    double kernel[3];
+    return spread_kernel(strip.F, strip.pct * strip.F, strip.basis, v, v_set, v_set / v, D, strip.OptType,
+                         kernel);
+  };
+  average_over_days(strip.B, strip.E, age, strip.r, ostrip_most_days, value, out);
+}
+
+double ostrip_greek(const OptionStrip& strip, int RetType) {
+  OptionStrip moved = strip;
+  const auto change = [&](double step) { return (premium(moved) - premium(strip)) / step; };
+  const double h = 0.0001;
+  switch (RetType) {
+    case 0:
+      return premium(strip);
+    case 1:
+      return delta(strip);
+    case 2: {
+      moved.F = 1.001 * strip.F;
+      OptionStrip down = strip;
+      down.F = 0.999 * strip.F;
+      const double step = 0.001 * strip.F;
+      return (premium(moved) + premium(down) - 2.0 * premium(strip)) / (step * step);
+    }
+    case 3:
+      moved.sigma_before += h;
+      moved.sigma_after += h;
+      return change(h);
+    case 4: {
+      double out[2];
+      ostrip_price(strip, 0, out);
+      return -out[1];
+    }
+    case 5:
+      return (premium(strip, 1) - premium(strip)) * 365.25;
+    case 6:
+      moved.sigma_before += h;
+      moved.sigma_after += h;
+      return (delta(moved) - delta(strip)) / h;
+    case 7:
+      moved.sigma_before += h;
+      return change(h);
+    case 8:
+      moved.sigma_after += h;
+      return change(h);
+    case 9:
+      moved.basis += 0.001 * strip.F;
+      return change(0.001 * strip.F);
+    case 10:
+      moved.pct += 0.001;
+      return change(0.001);
+    default:
+      return 99.0;
+  }
+}
+
+}  // namespace kestran

@@ -1,0 +1,211 @@
+#include "models/strips/ostripsprd.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "models/exotics/spread_kernel.h"
+#include "models/strips/strip_days.h"
+#include "numerics/elementary.h"
+#include "numerics/gauss_hermite.h"
+
+namespace kestran {
+namespace {
+
+constexpr double one_day = 0.0027378507871321013;
+constexpr int nodes = 25;
+
+double floored(double sigma) { return sigma <= 0.0 ? 1e-5 : sigma; }
+
+// Both prices on the setting day and the probability of the pair.
+struct PricePair {
+  double S1, S2, weight;
+};
+
+void prices_at_nodes(const SpreadStrip& strip, double set_time, PricePair pair[nodes]) {
+  const double v1 = strip.sigma1_m * std::sqrt(set_time);
+  const double v2 = strip.sigma2_m * std::sqrt(set_time);
+  const double alone = std::sqrt(positive_part(1.0 - strip.rho_m * strip.rho_m));
+  for (int i = 0; i < nodes; ++i) {
+    const WeightedNode& z1 = gauss_hermite_5[i / 5];
+    const WeightedNode& z2 = gauss_hermite_5[i % 5];
+    const double y = strip.rho_m * z1.node + alone * z2.node;
+    pair[i].S1 = strip.F1 * exponential(v1 * z1.node - v1 * v1 / 2.0);
+    pair[i].S2 = strip.F2 * exponential(v2 * y - v2 * v2 / 2.0);
+    pair[i].weight = z1.weight * z2.weight;
+  }
+}
+
+double intrinsic(double F1, double F2, double K, double D, int OptType) {
+  return D * positive_part(OptType == 0 ? K - (F1 - F2) : F1 - F2 - K);
+}
+
+// Value of an option with a fixed strike when the rates of variance before and after the setting day last for
+// the given years.
+double fixed_strike_value(const SpreadStrip& strip, double K, double until_set, double after, double D) {
+  const double w1 = strip.sigma1_m * strip.sigma1_m * until_set + strip.sigma1_d * strip.sigma1_d * after;
+  const double w2 = strip.sigma2_m * strip.sigma2_m * until_set + strip.sigma2_d * strip.sigma2_d * after;
+  const double w12 = strip.rho_m * strip.sigma1_m * strip.sigma2_m * until_set +
+                     strip.rho_d * strip.sigma1_d * strip.sigma2_d * after;
+  double out[3];
+  return spread_kernel(strip.F1, strip.F2, K, std::sqrt(w1), std::sqrt(w2), w12 / std::sqrt(w1 * w2), D,
+                       strip.OptType, out);
+}
+
+// Value of an option whose strike is set from one of the pairs of prices and which has `after` years left
+// then.
+double forward_start_value(const SpreadStrip& strip, const PricePair pair[nodes], double after, double D) {
+  const double v1 = strip.sigma1_d * std::sqrt(after);
+  const double v2 = strip.sigma2_d * std::sqrt(after);
+  double mean = 0.0;
+  for (int i = 0; i < nodes; ++i) {
+    const double K = strip.pct * (pair[i].S1 - pair[i].S2) + strip.basis;
+    double out[3];
+    mean +=
+        pair[i].weight * spread_kernel(pair[i].S1, pair[i].S2, K, v1, v2, strip.rho_d, D, strip.OptType, out);
+  }
+  return mean;
+}
+
+// Value of an option that expires, in t years, by the day its strike is set: it pays by (1 - pct) times the
+// difference of the prices less the basis.
+double value_before_setting(const SpreadStrip& strip, double t, double D) {
+  const double share = 1.0 - strip.pct;
+  if (share == 0.0) return intrinsic(0.0, 0.0, strip.basis, D, strip.OptType);
+  const double v1 = strip.sigma1_m * std::sqrt(t);
+  const double v2 = strip.sigma2_m * std::sqrt(t);
+  const int opposite = strip.OptType == 0 ? 1 : 0;
+  double out[3];
+  return spread_kernel(std::fabs(share) * strip.F1, std::fabs(share) * strip.F2,
+                       share < 0.0 ? -strip.basis : strip.basis, v1, v2, strip.rho_m, D,
+                       share < 0.0 ? opposite : strip.OptType, out);
+}
+
+double premium(const SpreadStrip& strip, int age = 0) {
+  double out[2];
+  ostripsprd_price(strip, age, out);
+  return out[0];
+}
+
+double delta(const SpreadStrip& strip, double SpreadStrip::*price, int age) {
+  SpreadStrip moved = strip;
+  moved.*price *= 1.001;
+  return (premium(moved, age) - premium(strip, age)) / (0.001 * strip.*price);
+}
+
+double gamma(const SpreadStrip& strip, double SpreadStrip::*price) {
+  SpreadStrip up = strip;
+  SpreadStrip down = strip;
+  up.*price *= 1.001;
+  down.*price *= 0.999;
+  const double step = 0.001 * strip.*price;
+  return (premium(up) + premium(down) - 2.0 * premium(strip)) / (step * step);
+}
+
+double cross_gamma(const SpreadStrip& strip) {
+  const auto moved = [&](double factor1, double factor2) {
+    SpreadStrip both = strip;
+    both.F1 *= factor1;
+    both.F2 *= factor2;
+    return premium(both);
+  };
+  return (moved(1.001, 1.001) + moved(0.999, 0.999) - moved(1.001, 0.999) - moved(0.999, 1.001)) /
+         (4.0 * (0.001 * strip.F1) * (0.001 * strip.F2));
+}
+
+double change_of_delta(const SpreadStrip& strip, double SpreadStrip::*price) {
+  return (delta(strip, price, 1) - delta(strip, price, 0)) * 365.25;
+}
+
+}  // namespace
+
+void ostripsprd_price(const SpreadStrip& given, int age, double out[2]) {
+  SpreadStrip strip = given;
+  strip.sigma1_m = floored(strip.sigma1_m);
+  strip.sigma1_d = floored(strip.sigma1_d);
+  strip.sigma2_m = floored(strip.sigma2_m);
+  strip.sigma2_d = floored(strip.sigma2_d);
+  strip.rho_m = std::clamp(strip.rho_m, -1.0, 1.0);
+  strip.rho_d = std::clamp(strip.rho_d, -1.0, 1.0);
+  const bool forward_start = strip.FwdStFlag != 0 && strip.NowToSet > 0.0;
+  const double set_time = positive_part(strip.NowToSet - age) * one_day;
+  const bool still_to_set = forward_start && set_time > 0.0;
+  const double fixed_strike = strip.pct * (forward_start ? strip.F1 - strip.F2 : strip.K) + strip.basis;
+
+  PricePair pair[nodes];
+  if (still_to_set) prices_at_nodes(strip, set_time, pair);
+  const auto value = [&](double t, double D) {
+    const double until_set = std::min(set_time, t);
+    const double after = t - until_set;
+    if (t <= 0.0) return intrinsic(strip.F1, strip.F2, fixed_strike, D, strip.OptType);
+    if (still_to_set && after <= 0.0) return value_before_setting(strip, t, D);
+    if (still_to_set) return forward_start_value(strip, pair, after, D);
+    return fixed_strike_value(strip, fixed_strike, until_set, after, D);
+  };
+  average_over_days(strip.B, strip.E, age, strip.r, ostripsprd_most_days, value, out);
+}
+
+double ostripsprd_greek(const SpreadStrip& strip, int RetType) {
+  SpreadStrip moved = strip;
+  const auto change = [&](double step) { return (premium(moved) - premium(strip)) / step; };
+  const double h = 0.0001;
+  double step = 0.001;
+  switch (RetType) {
+    case 0:
+      return premium(strip);
+    case 1:
+      return delta(strip, &SpreadStrip::F1, 0);
+    case 2:
+      return delta(strip, &SpreadStrip::F2, 0);
+    case 3:
+      return gamma(strip, &SpreadStrip::F1);
+    case 4:
+      return gamma(strip, &SpreadStrip::F2);
+    case 5:
+      moved.sigma1_m += h;
+      moved.sigma1_d += h;
+      return change(h);
+    case 6:
+      moved.sigma2_m += h;
+      moved.sigma2_d += h;
+      return change(h);
+    case 7:
+      if (strip.rho_m > 0.0 || strip.rho_d > 0.0) step = -step;
+      moved.rho_m += step;
+      moved.rho_d += step;
+      return change(step);
+    case 8: {
+      double out[2];
+      ostripsprd_price(strip, 0, out);
+      return -out[1];
+    }
+    case 9:
+      return (premium(strip, 1) - premium(strip)) * 365.25;
+    case 10:
+      return change_of_delta(strip, &SpreadStrip::F1);
+    case 11:
+      return change_of_delta(strip, &SpreadStrip::F2);
+    case 12:
+      return cross_gamma(strip);
+    case 13:
+      moved.sigma1_d += h;
+      return change(h);
+    case 14:
+      moved.sigma2_d += h;
+      return change(h);
+    case 15:
+      if (strip.rho_d > 0.0) step = -step;
+      moved.rho_d += step;
+      return change(step);
+    case 16:
+      step *= (strip.F1 + strip.F2) / 2.0;
+      moved.basis += step;
+      return change(step);
+    case 17:
+      moved.pct += step;
+      return change(step);
+    default:
+      return 99.0;
+  }
+}
+
+}  // namespace kestran
