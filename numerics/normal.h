@@ -14,6 +14,15 @@ double cnorm(double x);
 /// Both lanes' N(x), each with exactly the bits of the one-value form.
 __m128d cnorm(__m128d x);
 
+/// 1 / sqrt(2 pi): the density is e^(-x^2 / 2) times this.
+constexpr double over_root_2_pi = 0.3989422804014327;
+
+/// Both lanes' N(x), with the bits of cnorm, and bell = e^(-x^2 / 2).
+struct NormalPair {
+  __m128d N, bell;
+};
+NormalPair cnorm_and_bell(__m128d x);
+
 /// Polynomial of the three-term approximation (Abramowitz and Stegun 1964, 26.2.16), taken at |x|.
 double cnorm3_poly(double x);
 

@@ -134,5 +134,12 @@ TEST(CompoundAsian, DegenerateInput) {
   set_allocation_limit(0);
 }
 
+TEST(CompoundAsian, NodeNeverFallsBelowTheForwardValue) {
+  // 360 of 362 fixings made at 90 leave a strike of 2443, of which the price of 100 falls short for certain.
+  const double put = 2.0 / 362.0 * std::exp(-0.05 / 365.25) * (2443.0 - 100.0);
+  EXPECT_NEAR(compound_asian_node(100, 90, 360, 362, 103, 0.05, 0.25, 0.35, 0, 1, false), put, 1e-12);
+  EXPECT_EQ(compound_asian_node(100, 90, 360, 362, 103, 0.05, 0.25, 0.35, 0, 1, true), 0.0);
+}
+
 }  // namespace
 }  // namespace kestran

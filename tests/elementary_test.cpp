@@ -95,10 +95,10 @@ TEST(Elementary, MillionArgumentsAgainstExtendedPrecision) {
     if (i % 5 == 0 && y != 1.0) record(2, y, power(y, p), std::pow(static_cast<long double>(y), p));
   }
   const char* const names[3] = {"exponential", "natural_log", "power"};
-  const double limits[3] = {0.57, 0.9, 0.7};
+  const double limits[3] = {0.52, 0.76, 0.52};
   for (int k = 0; k < 3; ++k) {
     EXPECT_LE(worst[k], limits[k]) << names[k] << " worst near " << at[k];
-    EXPECT_LE(worst_subnormal[k], 0.78) << names[k] << " worst near " << at[k];
+    EXPECT_LE(worst_subnormal[k], 0.76) << names[k] << " worst near " << at[k];
   }
 }
 #endif
@@ -119,7 +119,7 @@ TEST(Elementary, LanesAndEveryBuildGiveTheSameBits) {
     last_y = y;
   }
   // Printed by the Linux build of the code that passes the comparison with extended precision.
-  EXPECT_EQ(hash, 0x570931b2ab648d2u) << std::hex << hash;
+  EXPECT_EQ(hash, 0xdd4ae8bbe3080b10u) << std::hex << hash;
 }
 
 // Ordinary values worked with mpmath at 200 bits.

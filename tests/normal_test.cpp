@@ -6,6 +6,8 @@
 #include <limits>
 #include <vector>
 
+#include "numerics/elementary.h"
+
 namespace kestran {
 namespace {
 
@@ -50,14 +52,19 @@ TEST(Normal, PairsHaveTheBitsOfSingleValues) {
   for (double x = -26.0; x <= 26.0; x += 0.0037) points.push_back(x);
   for (std::size_t i = 0; i < points.size(); ++i) {
     const double x[2] = {points[i], points[(i * 7 + 3) % points.size()]};
-    double pair[2];
+    double pair[2], with_bell[2], bell[2];
     _mm_storeu_pd(pair, cnorm(_mm_loadu_pd(x)));
+    const NormalPair normal = cnorm_and_bell(_mm_loadu_pd(x));
+    _mm_storeu_pd(with_bell, normal.N);
+    _mm_storeu_pd(bell, normal.bell);
     for (int lane = 0; lane < 2; ++lane) {
       const double single = cnorm(x[lane]);
       if (std::isnan(single))
-        EXPECT_TRUE(std::isnan(pair[lane]));
+        EXPECT_TRUE(std::isnan(pair[lane]) && std::isnan(with_bell[lane]) && std::isnan(bell[lane]));
       else
-        EXPECT_EQ(pair[lane], single) << x[lane];
+        EXPECT_TRUE(pair[lane] == single && with_bell[lane] == single &&
+                    bell[lane] == exponential(-x[lane] * x[lane] / 2.0))
+            << x[lane];
     }
   }
 }

@@ -62,6 +62,7 @@ double price(double S, double K, double A, double r, double q, double sigma1, do
         return drift * (t0 + i * one_day) + c * (slope - c * half_inverse_VG);
       },
       [&](int, double term) { expected += term; });
+  // The least boundary makes exercise certain where the linear one fails, far out of the money; intended.
   double boundary = 2.0 * K_left - S / n * expected;
   if (boundary <= 0.0) boundary = 1e-16;
 

@@ -13,7 +13,7 @@ namespace kestran {
 /// days to the first, negative once averaging has begun: -B fixings are made, that of today is not. OptType 0
 /// put, any other value call. RetType selects the result:
 ///   0 price   1 delta   2 gamma   3 and 7 vega by sigma1 and sigma2, per 1.00 of volatility
-///   4 sensitivity to r and q moving in proportion, per 1.00 of r; not a number at r = 0
+///   4 sensitivity to r and q moving in proportion, per 1.00 of r; not finite at r = 0
 ///   5 theta, change over one day per year; today's fixing is taken to come in at A
 ///   6 and 8 change of delta with sigma1 and sigma2   9 and any other: -1e17, no such sensitivity
 /// Sensitivities are differences of repriced values: relative steps of 0.001, theta one day.
@@ -30,7 +30,9 @@ namespace kestran {
 ///   |r - q| = 0.05          9e-5     4.5e-5   6e-5     1.4e-4   3.5e-4   9e-4     3.6e-3   1.8e-2
 ///   |r - q| = 0.1           1.6e-3   7e-4     4.5e-4   6e-4     1e-3     1.7e-3   5e-3     2.5e-2
 /// With r away from q the error comes from a drift that is not scaled by time. A sigma2 of 1.5 times sigma1
-/// doubles or triples the error; from about sigma sqrt(T) = 2.5 on the price is no longer usable.
+/// doubles or triples the error; from about sigma sqrt(T) = 2.5 on the price is no longer usable. Neither is
+/// it for a strike many times the price, as fixings made can leave it near the end of averaging (from about 8
+/// times with a few fixings to come): there the call is the forward value, below 0, and the put 0.
 double asian_geo_cond(double S, double K, double A, double r, double q, double sigma1, double sigma2, int E,
                       int B, int OptType, int RetType);
 

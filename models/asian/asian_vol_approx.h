@@ -13,8 +13,11 @@ namespace kestran {
 /// whole: with averaging begun toEnd - toStart + 1 fixings are counted in all and toEnd rounded up to come.
 /// OptType 0 put, any other value call. On return out holds
 ///   0 price   1 delta   2 gamma   3 vega, per 1.00 of volatility
-///   4 -years times the price without the correction: the sensitivity to the rate, as for futures
-///   5 theta, change of value as time passes: per year while the payoff is open, per day once it is certain
+///   4 -years to the last fixing times the price without the correction: the sensitivity to the rate, as for
+///     futures
+///   5 theta, change of value as time passes: per year while the payoff is open (once averaging has begun,
+///   less
+///     the price over the number of fixings), per day once it is certain
 ///   6 change of delta with volatility
 /// Results below 1e-20 are 0, and so is a call below 1e-7 of S before discounting to payment.
 ///

@@ -176,9 +176,11 @@ double compound_asian_node(double S, double A, double m, double N, double K, dou
   const double B = std::clamp(rounded_first, 0.0, E);
   const double days = E - B + 1.0;
   const double same_variance = std::sqrt((2.0 * n - 1.0) * days / (n * (2.0 * days - 1.0)));
-  return n / N *
-         asian_geo_cond(S, K_left, 0.0, f, f, sigma1, sigma2 * same_variance, static_cast<int>(E),
-                        static_cast<int>(B), is_call ? 1 : 0, 0);
+  const double value = asian_geo_cond(S, K_left, 0.0, f, f, sigma1, sigma2 * same_variance,
+                                      static_cast<int>(E), static_cast<int>(B), is_call ? 1 : 0, 0);
+  // With a strike far from the price that approximation can fall below the forward value.
+  const double least = exponential(-f * E * one_day) * positive_part(is_call ? S - K_left : K_left - S);
+  return n / N * (value < least ? least : value);
 }
 
 double compound_asian_tree(const CompoundAsian& option) {

@@ -38,8 +38,8 @@ bool compound_asian_is_bounded(const CompoundAsian& option);
 /// ones with sigma2 scaled so that the geometric average has the same variance. f interest rate from then to
 /// payment, first and last days from then to the next and the last fixing, rounded to whole days; K, sigma1
 /// and sigma2 as in CompoundAsian. No fixing left: the discounted payoff. Fixings made that leave a call
-/// nothing but to pay: its discounted forward value, and 0 for the put. A day count that is not a number or
-/// beyond 1e9 gives not a number, as does what asian_geo_cond refuses.
+/// nothing but to pay: its discounted forward value, and 0 for the put. Never less than the forward value or
+/// 0. A day count that is not a number or beyond 1e9 gives not a number, as does what asian_geo_cond refuses.
 double compound_asian_node(double S, double A, double m, double N, double K, double f, double sigma1,
                            double sigma2, double first, double last, bool is_call);
 

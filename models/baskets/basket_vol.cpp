@@ -10,31 +10,36 @@ namespace kestran {
 
 double basket_vol_moment_match(const double* F, const double* sigma, const double* mu, const double* w,
                                const double* rho, int n, double T) {
-  double* grown = n < 1 ? nullptr : dvector(0, n - 1);
-  if (!grown) return std::numeric_limits<double>::quiet_NaN();
+  // Small baskets need no memory from the heap.
+  constexpr int few = 16;
+  double few_grown[few];
+  double* const allocated = n > few ? dvector(0, n - 1) : nullptr;
+  double* const grown = n > few ? allocated : few_grown;
+  if (n < 1 || !grown) return std::numeric_limits<double>::quiet_NaN();
 
   const auto correlation = [&](int i, int j) { return rho[static_cast<std::ptrdiff_t>(i) * n + j]; };
   double mean = 0.0;
   double variance = 0.0;
   for (int i = 0; i < n; ++i) {
-    grown[i] = w[i] * F[i] * exponential(mu[i] * T);
-
     const double scale = T * sigma[i];
     const auto row_exponent = [&](int j) { return scale * sigma[j] * correlation(i, j); };
     const auto column_exponent = [&](int j) { return scale * sigma[j] * correlation(j, i); };
+    const __m128d growth_and_own = exponential(_mm_set_pd(row_exponent(i), mu[i] * T));
+    grown[i] = w[i] * F[i] * growth_and_own[0];
+
     bool symmetric = true;
     for (int j = 0; j < i; ++j) symmetric = symmetric && correlation(i, j) == correlation(j, i);
     const double row = exponential_sum(grown, i, row_exponent);
     const double column = symmetric ? row : exponential_sum(grown, i, column_exponent);
 
     // The excess over the squared mean is added up pair by pair: without volatility it is exactly 0.
-    variance += grown[i] * ((row - mean) + (column - mean)) +
-                grown[i] * grown[i] * (exponential(row_exponent(i)) - 1.0);
+    variance += grown[i] * ((row - mean) + (column - mean)) + grown[i] * grown[i] * (growth_and_own[1] - 1.0);
     mean += grown[i];
   }
-  free_dvector(grown, 0, n - 1);
+  free_dvector(allocated, 0, n - 1);
   const double mean_squared = mean * mean;
-  return std::sqrt((natural_log(mean_squared + variance) - natural_log(mean_squared)) / T);
+  const __m128d logs = natural_log(_mm_set_pd(mean_squared, mean_squared + variance));
+  return std::sqrt((logs[0] - logs[1]) / T);
 }
 
 }  // namespace kestran

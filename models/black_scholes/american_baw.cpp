@@ -20,6 +20,20 @@ struct BawResult {
 
 double sign_of(int OptType) { return OptType == 0 ? -1.0 : 1.0; }
 
+// The European option's three at once, which share all their costly parts.
+BawResult european_option(double S, double K, double T, double r, double q, double sigma, int OptType) {
+  const double sign = sign_of(OptType);
+  const double v = sigma * std::sqrt(T);
+  const double over_v = 1.0 / v;
+  const double d1 = (natural_log(S / K) + (r - q + sigma * sigma / 2.0) * T) * over_v;
+  const NormalPair normal = cnorm_and_bell(_mm_set_pd(sign * (d1 - v), sign * d1));
+  // As bs_general works its premium out, so that no rounding puts an American price below it.
+  const __m128d discount = exponential(_mm_set_pd(-r * T, -q * T));
+  const __m128d parts = discount * _mm_set_pd(K, S) * normal.N;
+  return {sign * (parts[0] - parts[1]), sign * discount[0] * normal.N[0],
+          discount[0] * normal.bell[0] * over_root_2_pi * over_v / S};
+}
+
 // Exponent of the early exercise premium as a power of the price: above 1 for a call, negative for a put.
 double baw_power(double T, double r, double q, double sigma, int OptType) {
   const double variance = sigma * sigma;
@@ -55,6 +69,7 @@ double critical_price_seed(double K, double T, double r, double q, double sigma,
 double critical_price(double K, double T, double r, double q, double sigma, int OptType, double power_of_S) {
   const double sign = sign_of(OptType);
   const double v = sigma * std::sqrt(T);
+  const double over_v = 1.0 / v;
   const double drift = (r - q + sigma * sigma / 2.0) * T;
   const double Dq = exponential(-q * T);
   const double Dr = exponential(-r * T);
@@ -64,12 +79,13 @@ double critical_price(double K, double T, double r, double q, double sigma, int 
     double value, slope;
   };
   const auto gain = [&](double x) -> Gain {
-    const double d1 = (natural_log(x / K) + drift) / v;
-    const double delta = Dq * cnorm(sign * d1);
-    const double european = sign * (x * delta - Dr * K * cnorm(sign * (d1 - v)));
-    const double density = exponential(-d1 * d1 / 2.0) / std::sqrt(6.283185307179586);
+    const double d1 = (natural_log(x / K) + drift) * over_v;
+    const NormalPair normal = cnorm_and_bell(_mm_set_pd(sign * (d1 - v), sign * d1));
+    const double delta = Dq * normal.N[0];
+    const double european = sign * (x * delta - Dr * K * normal.N[1]);
+    const double density = normal.bell[0] * over_root_2_pi;
     return {sign * (x - K) - european - sign * (1.0 - delta) * x / power_of_S,
-            sign * (1.0 - delta) * (1.0 - 1.0 / power_of_S) + Dq * density / (v * power_of_S)};
+            sign * (1.0 - delta) * (1.0 - 1.0 / power_of_S) + Dq * density * over_v / power_of_S};
   };
 
   double inner = K;
@@ -99,9 +115,8 @@ double critical_price(double K, double T, double r, double q, double sigma, int 
 
 BawResult baw_core(double S, double K, double T, double r, double q, double sigma, int OptType) {
   const double sign = sign_of(OptType);
-  const auto european = [&](int RetType) { return bs_general(S, K, T, r, q, sigma, OptType, RetType); };
   const BawResult exercised = {sign * (S - K), sign, 0.0};
-  BawResult result = {european(0), european(1), european(2)};
+  BawResult result = european_option(S, K, T, r, q, sigma, OptType);
 
   const EarlyExercise rule = early_exercise_rule(r, q, OptType);
   if (rule == EarlyExercise::never) return result;
@@ -110,7 +125,7 @@ BawResult baw_core(double S, double K, double T, double r, double q, double sigm
     const double critical = critical_price(K, T, r, q, sigma, OptType, p);
     if (sign * (S - critical) >= 0.0) return exercised;
     if (!std::isnan(critical)) {
-      const double delta = bs_general(critical, K, T, r, q, sigma, OptType, 1);
+      const double delta = european_option(critical, K, T, r, q, sigma, OptType).delta;
       const double premium = (sign - delta) * critical / p * power(S / critical, p);
       result.price += premium;
       result.delta += premium * p / S;

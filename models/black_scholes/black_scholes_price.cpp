@@ -11,9 +11,12 @@ namespace {
 // sign: 1 call, -1 put.
 double premium(double sign, double S, double K, double T, double r, double q, double sigma) {
   const double v = sigma * std::sqrt(T);
-  const double d1 = (natural_log(S / K) + (r - q + sigma * sigma / 2.0) * T) / v;
-  const double d2 = d1 - v;
-  return sign * (S * exponential(-q * T) * cnorm(sign * d1) - K * exponential(-r * T) * cnorm(sign * d2));
+  // Divided while the logarithm is still under way.
+  const double over_v = 1.0 / v;
+  const double d1 = (natural_log(S / K) + (r - q + sigma * sigma / 2.0) * T) * over_v;
+  const __m128d discounted = _mm_set_pd(K, S) * exponential(_mm_set_pd(-r * T, -q * T));
+  const __m128d expected = discounted * cnorm(_mm_set_pd(sign * (d1 - v), sign * d1));
+  return sign * (expected[0] - expected[1]);
 }
 
 }  // namespace

@@ -16,24 +16,23 @@ double premium_and_sens(double sign, double S, double K, double days, double r, 
   const double T = days / 365.25;
   const double root_T = std::sqrt(T);
   const double v = sigma * root_T;
-  const double d1 = (natural_log(S / K) + (r - q + sigma * sigma / 2.0) * T) / v;
-  const double d2 = d1 - v;
-  double discount[2];
-  _mm_storeu_pd(discount, exponential(_mm_set_pd(-r * T, -q * T)));
-  const double Dq = discount[0];
-  const double Dr = discount[1];
-  const double density = exponential(-d1 * d1 / 2.0) / std::sqrt(6.283185307179586);
-  const double N1 = cnorm(sign * d1);
-  const double N2 = cnorm(sign * d2);
+  // Divided while the logarithm is still under way.
+  const double over_v = 1.0 / v;
+  const double d1 = (natural_log(S / K) + (r - q + sigma * sigma / 2.0) * T) * over_v;
+  const __m128d discount = exponential(_mm_set_pd(-r * T, -q * T));
+  const NormalPair normal = cnorm_and_bell(_mm_set_pd(sign * (d1 - v), sign * d1));
+  const double Dq_density = discount[0] * (normal.bell[0] * over_root_2_pi);
+  const double delta = discount[0] * normal.N[0];
+  const double cash = K * discount[1] * normal.N[1];
 
-  const double premium = sign * (S * Dq * N1 - K * Dr * N2);
-  out[0] = sign * Dq * N1;
-  out[1] = Dq * density / (S * v);
-  out[2] = root_T * S * Dq * density;
-  out[3] = sign * T * K * Dr * N2;
-  out[4] = -S * density * sigma * Dq / (2.0 * root_T) + sign * (q * S * Dq * N1 - r * K * Dr * N2);
+  const double premium = sign * (S * delta - cash);
+  out[0] = sign * delta;
+  out[1] = Dq_density * over_v / S;
+  out[2] = root_T * S * Dq_density;
+  out[3] = sign * T * cash;
+  out[4] = -S * Dq_density * (sigma * sigma * over_v / 2.0) + sign * (q * S * delta - r * cash);
   out[5] = -T * premium;
-  out[6] = (root_T - d1 / sigma) * Dq * density;
+  out[6] = root_T * (1.0 - d1 * over_v) * Dq_density;
   return premium;
 }
 

@@ -9,7 +9,7 @@
 namespace kestran {
 namespace {
 
-double normal_density(double x) { return exponential(-x * x / 2.0) / std::sqrt(6.283185307179586); }
+double normal_density(double x) { return exponential(-x * x / 2.0) * over_root_2_pi; }
 
 // The upper tail of the normal distribution over its density (Mills' ratio); from 1 upwards by Laplace's
 // continued fraction, exact where cnorm has too few digits left for a quotient.
@@ -33,8 +33,10 @@ double digital_option(double Cash, double S, double K, double T, double r, doubl
   if (sigma <= 0.0) sigma = 1e-5;
 
   const double v = sigma * std::sqrt(T);
+  // Divided while the logarithm is still under way.
+  const double over_v = 1.0 / v;
   const double moneyness = natural_log(S / K);
-  const double d1 = (moneyness + ((r - q) + sigma * sigma / 2.0) * T) / v;
+  const double d1 = (moneyness + ((r - q) + sigma * sigma / 2.0) * T) * over_v;
   const double d2 = d1 - v;
   const double cash_today = Cash * exponential(-r * T);
   const auto premium = [&] { return cash_today * cnorm(sign * d2); };

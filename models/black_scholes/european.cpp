@@ -15,36 +15,46 @@ double bs_general(double S, double K, double T, double r, double q, double sigma
 
   const double root_T = std::sqrt(T);
   const double v = sigma * root_T;
+  // Divided while the logarithm is still under way.
+  const double over_v = 1.0 / v;
   const double moneyness = natural_log(S / K);
   const double drift = (r - q) + sigma * sigma / 2.0;
-  const double d1 = (moneyness + drift * T) / v;
-  const double d2 = d1 - v;
-  const double Dq = exponential(-q * T);
-  const auto Dr = [&] { return exponential(-r * T); };
+  const double d1 = (moneyness + drift * T) * over_v;
+  const auto Dq = [&] { return exponential(-q * T); };
   const auto N1 = [&] { return cnorm(sign * d1); };
-  const auto N2 = [&] { return cnorm(sign * d2); };
-  const auto density = [&] { return exponential(-d1 * d1 / 2.0) / std::sqrt(6.283185307179586); };
-  const auto premium = [&] { return sign * (Dq * S * N1() - Dr() * K * N2()); };
+  const auto density = [&] { return exponential(-d1 * d1 / 2.0) * over_root_2_pi; };
+  // S and K after discounting, times their probabilities, without the sign.
+  const auto asset_and_cash = [&] {
+    const __m128d discounted = exponential(_mm_set_pd(-r * T, -q * T)) * _mm_set_pd(K, S);
+    return discounted * cnorm(_mm_set_pd(sign * (d1 - v), sign * d1));
+  };
+  const auto cash = [&] { return exponential(-r * T) * K * cnorm(sign * (d1 - v)); };
+  const auto premium = [&] {
+    const __m128d parts = asset_and_cash();
+    return sign * (parts[0] - parts[1]);
+  };
 
   switch (RetType) {
     case 0:
       return premium();
     case 1:
-      return sign * Dq * N1();
+      return sign * Dq() * N1();
     case 2:
-      return Dq * density() / (S * v);
+      return Dq() * density() * over_v / S;
     case 3:
-      return Dq * S * density() * root_T;
+      return Dq() * S * density() * root_T;
     case 4:
       return -T * premium();
-    case 5:
-      return -S * density() * sigma * Dq / (2.0 * root_T) + sign * (q * S * N1() * Dq - r * K * Dr() * N2());
+    case 5: {
+      const __m128d parts = asset_and_cash();
+      return -S * density() * sigma * Dq() / (2.0 * root_T) + sign * (q * parts[0] - r * parts[1]);
+    }
     case 6:
-      return sign * T * K * Dr() * N2();
+      return sign * T * cash();
     case 7:
-      return (root_T - d1 / sigma) * Dq * density();
+      return (root_T - d1 / sigma) * Dq() * density();
     case 8:
-      return -Dq * ((drift - moneyness / T) * density() / (2.0 * v) - sign * q * N1());
+      return -Dq() * ((drift - moneyness / T) * density() * over_v / 2.0 - sign * q * N1());
     default:
       return 99.0;
   }

@@ -17,12 +17,16 @@ namespace kestran {
 /// time, price or barrier gives the infinities and NaN of the arithmetic. With a rebate of exactly 0 the
 /// rebate's terms are 0 even where they could not be worked out, so that knock-in and knock-out add up to the
 /// European option.
+///
+/// The error of cnorm is multiplied by powers of H / S that grow as the volatility falls: for S = 100 up to
+/// 5e-5 at 20 %, 6e-4 at 10 %, 5e-3 at 5 % and 2e-2 at 3 %; at about 1 % and below a far barrier can make a
+/// power infinite and the price not a number.
 double barrier_price(double S, double K, double sigma, double r, double q, double days, double H, double R,
                      int OptType, int KnockType);
 
 /// Price or a sensitivity by repricing, arguments as in barrier_price. RetType:
 ///   0 price   1 delta   2 gamma   3 vega, per 1.00 of volatility   4 rho, per 1.00 of rate
-///   5 theta, loss of value per year as time passes
+///   5 theta, change of value per year as time passes: negative when value decays
 /// Each moves its argument up by 0.1 %, gamma also down. Rho of a zero rate is 0; otherwise it moves both
 /// rates to 1.001 r. Any other RetType gives -99.
 double barrier_greek(double S, double K, double sigma, double r, double q, double days, double H, double R,

@@ -17,17 +17,24 @@ double heat_rate_option(double SA, double SB, double K, double r, double sigma_A
   const double sigma = std::sqrt(sigma_B * sigma_B + sigma_A * sigma_A - 2.0 * rho * sigma_A * sigma_B);
   const double root_T = std::sqrt(T);
   const double v = sigma * root_T;
+  // Divided while the logarithm is still under way.
+  const double over_v = 1.0 / v;
   const double D = exponential(-r * T);
   const double moneyness = natural_log(SA / (SB * K));
-  const double d1 = (moneyness + sigma * sigma * T / 2.0) / v;
-  const double d2 = d1 - v;
+  const double d1 = (moneyness + sigma * sigma * T / 2.0) * over_v;
   const auto N1 = [&] { return cnorm(sign * d1); };
-  const auto N2 = [&] { return cnorm(sign * d2); };
-  const auto density = [&] { return exponential(-d1 * d1 / 2.0) / std::sqrt(6.283185307179586); };
-  const auto premium = [&] { return sign * (R * N1() - K * N2()) * D; };
+  const auto density = [&] { return exponential(-d1 * d1 / 2.0) * over_root_2_pi; };
+  // R and K times their probabilities.
+  const auto ratio_and_strike = [&] {
+    return _mm_set_pd(K, R) * cnorm(_mm_set_pd(sign * (d1 - v), sign * d1));
+  };
+  const auto premium = [&] {
+    const __m128d parts = ratio_and_strike();
+    return sign * (parts[0] - parts[1]) * D;
+  };
   // Of the delta in SA with time, before discounting. The put's has the opposite sign, which is intended.
   const auto delta_decay = [&] {
-    return r * N1() / SB - sign * (density() / SB) * (sigma * sigma / 2.0 - moneyness / T) / (2.0 * v);
+    return r * N1() / SB - sign * (density() / SB) * (sigma * sigma / 2.0 - moneyness / T) * over_v / 2.0;
   };
 
   switch (RetType) {
@@ -38,9 +45,9 @@ double heat_rate_option(double SA, double SB, double K, double r, double sigma_A
     case 2:
       return -sign * D * N1() * SA / (SB * SB);
     case 3:
-      return D * density() / (SA * SB * v);
+      return D * density() / (SA * SB) * over_v;
     case 4:
-      return (sign * 2.0 * SA * N1() + SA * density() / v) / (SB * SB * SB) * D;
+      return (sign * 2.0 * SA * N1() + SA * density() * over_v) / (SB * SB * SB) * D;
     case 5:
       return (sigma_A - rho * sigma_B) * R * D * density() * root_T / sigma;
     case 6:
@@ -49,15 +56,17 @@ double heat_rate_option(double SA, double SB, double K, double r, double sigma_A
       return -(sigma_A * sigma_B / sigma) * R * D * density() * root_T;
     case 8:
       return -T * premium();
-    case 9:
+    case 9: {
       // For the put, too, the price's interest is added and the strike's taken off: intended.
-      return R * r * N1() * D - R * density() * sigma * D / (2.0 * root_T) - D * r * K * N2();
+      const __m128d parts = ratio_and_strike();
+      return parts[0] * r * D - R * density() * sigma * D / (2.0 * root_T) - D * r * parts[1];
+    }
     case 10:
       return delta_decay() * D;
     case 11:
       return delta_decay() * -R * D;
     case 12:
-      return (-density() / v - sign * N1()) * D / (SB * SB);
+      return (-density() * over_v - sign * N1()) * D / (SB * SB);
     default:
       return 99.0;
   }

@@ -14,23 +14,28 @@ double lookback_price(double S, double K, double r, double q, double sigma, doub
   const double complement = OptType == 0 ? 1.0 : 0.0;
   const double T = days / daysPerYear;
   const double v = sigma * std::sqrt(T);
+  // Divided while the logarithm is still under way.
+  const double over_v = 1.0 / v;
   const double moneyness = natural_log(S / K);
-  const double d1 = (moneyness + (r - q + sigma * sigma / 2.0) * T) / v;
+  const double d1 = (moneyness + (r - q + sigma * sigma / 2.0) * T) * over_v;
   const double d2 = d1 - v;
-  double Dr_Dq[2];
-  _mm_storeu_pd(Dr_Dq, exponential(_mm_set_pd(-q * T, -r * T)));
+  const __m128d Dr_Dq = exponential(_mm_set_pd(-q * T, -r * T));
   const double Dr = Dr_Dq[0], Dq = Dr_Dq[1];
-  const double N_minus_d1 = cnorm(-d1) - complement;
+  const __m128d N_d1 = cnorm(_mm_set_pd(-d1, d1)) - complement;
+  const double N_minus_d1 = N_d1[1];
 
-  double L;
+  double N_d2, L;
   if (r == q) {
-    const double density = exponential(-d1 * d1 / 2.0) / std::sqrt(6.283185307179586);
+    const double density = exponential(-d1 * d1 / 2.0) * over_root_2_pi;
+    N_d2 = cnorm(d2) - complement;
     L = (-d1 * N_minus_d1 + density) * S * v * Dr;
   } else {
     const double B = 2.0 * (r - q) / (sigma * sigma);
-    L = ((cnorm(B * v - d1) - complement) * exponential(-B * moneyness) * Dr - N_minus_d1 * Dq) * S / B;
+    const __m128d N = cnorm(_mm_set_pd(B * v - d1, d2)) - complement;
+    N_d2 = N[0];
+    L = (N[1] * exponential(-B * moneyness) * Dr - N_minus_d1 * Dq) * (S / B);
   }
-  return S * Dq * (cnorm(d1) - complement) - K * Dr * (cnorm(d2) - complement) + L;
+  return S * Dq * N_d1[0] - K * Dr * N_d2 + L;
 }
 
 double lookback_greek(double S, double K, double r, double q, double sigma, double days, int OptType,

@@ -17,13 +17,17 @@ double rainbow_price(double S1, double S2, double X, double r, double q1, double
   const double variance = sigma1 * sigma1 + sigma2 * sigma2 - 2.0 * rho * sigma1 * sigma2;
   const double sigma = std::sqrt(variance);
   const double v = sigma * root_T;
+  // Divided while the logarithm is still under way.
+  const double over_v = 1.0 / v;
   const double moneyness = natural_log(S1 / S2);
-  const double d = (moneyness + (q2 - q1 + variance / 2.0) * T) / v;
-  const double asset1 = S1 * exponential(-q1 * T);
-  const double asset2 = S2 * exponential(-q2 * T);
-  const double N1 = cnorm(d);
+  const double d = (moneyness + (q2 - q1 + variance / 2.0) * T) * over_v;
+  const __m128d assets = _mm_set_pd(S2, S1) * exponential(_mm_set_pd(-q2 * T, -q1 * T));
+  const double asset1 = assets[0];
+  const double asset2 = assets[1];
+  const __m128d N = cnorm(_mm_set_pd(d - v, d));
+  const double N1 = N[0];
 
-  const auto exchange = [&] { return asset1 * N1 - asset2 * cnorm(d - v); };
+  const auto exchange = [&] { return asset1 * N1 - asset2 * N[1]; };
   if (OptType == 5) return exchange();
 
   const double cash = X * exponential(-r * T);

@@ -6,13 +6,19 @@
 #include "numerics/normal.h"
 
 namespace kestran {
+namespace {
+
+// The density's factor with 2 pi as published with this formula.
+const double over_root_of_6_2832 = 1.0 / std::sqrt(6.2832);
+
+}  // namespace
 
 double wilcox_spread(double F, double K, double r, double sigma, double T, int OptType, int RetType) {
   const bool call = OptType == 1;
   const double root_T = std::sqrt(T);
-  const double d = (F - K) / sigma / root_T;
+  const double d = (F - K) / (sigma * root_T);
   const double D = exponential(-r * T);
-  const auto density = [&] { return exponential(-d * d / 2.0) / std::sqrt(6.2832); };
+  const auto density = [&] { return exponential(-d * d / 2.0) * over_root_of_6_2832; };
   const auto N = [&] { return cnorm(d); };
   const auto call_premium = [&] { return (root_T * sigma * density() + (F - K) * N()) * D; };
   const auto premium = [&] { return call ? call_premium() : (K - F) * D + call_premium(); };

@@ -8,7 +8,7 @@ namespace kestran {
 struct SwaptionRecord {
   double price = 0.0;
   double vega = 0.0;       // per 1.00 of Swapvol
-  double rate_sens = 0.0;  // all zero rates moving together, per 1.00 of rate
+  double rate_sens = 0.0;  // all zero rates moving together, the average forward held
   double theta = 0.0;      // change of value per year as time passes
   double* delta_by_period = nullptr;
   double* gamma_by_period = nullptr;  // change of the period's delta as the average forward rises by 1.00
@@ -33,9 +33,9 @@ double log1p_half(double x);
 /// call. IntRt discounts semi-annually in the scale of the result and stands unchanged for the continuous
 /// rate and yield of Black's formula: intended.
 ///
-/// Nothing is checked: a period of quantity 0 has results per period that are no numbers, Expiry = 0 or a
-/// total quantity of 0 make the whole-strip results not finite. n < 1 or a lack of memory: every result is
-/// not a number.
+/// Nothing is checked: a period of quantity 0 has results per period that are no numbers, Expiry = 0 leaves
+/// the intrinsic value but a gamma and theta that are no numbers, and a total quantity of 0 makes the
+/// whole-strip results not finite. n < 1 or a lack of memory: every result is not a number.
 void swaption_model(const double* Fwd, const double* Qty, const double* Swaptime, const double* Rates,
                     double Swapvol, double Strike, double IntRt, double Expiry, int n, int Opttype,
                     SwaptionRecord& record);
