@@ -453,6 +453,7 @@ void reset_standin() { standin() = Standin(); }
 std::string load_addin(const std::string& path) {
   if (standin().find_entry) return "an add-in is loaded already";
   const std::string file = full_path(path);
+  if (file.size() > 255) return file + ": a path of more than 255 characters, which Excel cannot name";
   std::string error;
   void* const library = open_library(file, error);
   if (library == nullptr) return error;

@@ -104,7 +104,18 @@ void answer_input(Outcome& outcome) {
   std::ios::sync_with_stdio(false);
   std::string line;
   if (!input_is_terminal()) {
-    while (std::getline(std::cin, line)) answer(line, outcome);
+    // Editors of Windows begin a file with this mark of its encoding.
+    const std::string byte_order_mark = "\xEF\xBB\xBF";
+    bool first = true;
+    while (std::getline(std::cin, line)) {
+      if (first && line.compare(0, 3, byte_order_mark) == 0) line.erase(0, 3);
+      first = false;
+      answer(line, outcome);
+    }
+    if (std::cin.bad()) {
+      std::fputs("kestran: the input cannot be read\n", stderr);
+      outcome.unreadable = true;
+    }
     return;
   }
   while (read_prompted(line)) {
