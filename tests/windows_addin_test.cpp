@@ -9,6 +9,7 @@
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
 #include "host/library.h"
+#include "tests/case_files.h"
 
 namespace kestran {
 namespace {
@@ -106,15 +107,14 @@ TEST_F(WindowsAddin, HelpLiesBesideTheLibrary) {
 void set_x87_control_word(unsigned short word) { __asm__ volatile("fldcw %0" : : "m"(word)); }
 
 TEST_F(WindowsAddin, NumbersDoNotDependOnTheProcessorState) {
-  for (const char* formula : {"EURO(100,95,0.05,0.02,0.25,90,1,0)", "EURO(100,95,0.05,0.02,0.25,90,0,5)",
-                              "EURO(3,95,0.05,0.02,2.5,9000,1,8)"}) {
-    const std::string usual = evaluate_line(formula).text;
-    constexpr unsigned short words[] = {0x027F, 0x037F, 0x007F};
+  for (const FormulaCase& one : read_case_files()) {
+    const std::string usual = evaluate_line(one.formula).text;
+    constexpr unsigned short words[] = {0x027F, 0x007F};
     for (const unsigned short word : words) {
       set_x87_control_word(word);
-      const std::string answer = evaluate_line(formula).text;
+      const std::string answer = evaluate_line(one.formula).text;
       set_x87_control_word(0x037F);
-      EXPECT_EQ(answer, usual) << formula << " with control word " << std::hex << word;
+      EXPECT_EQ(answer, usual) << one.place << " with control word " << std::hex << word;
     }
   }
 }
