@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <limits>
 #include <set>
@@ -150,6 +151,23 @@ TEST_F(Addin, HelpLiesBesideTheLibrary) {
   EXPECT_EQ(standin().help_calls[0].command, 11u);
   EXPECT_EQ(standin().help_calls[1].path, path);
   EXPECT_EQ(standin().help_calls[1].command, 2u);
+}
+
+TEST(HelpCommand, TellsWhenTheLibraryCannotBeFound) {
+  reset_standin();
+  const std::string copy = program_folder() + "moved_away.so";
+  std::filesystem::copy_file(program_folder() + KESTRAN_ADDIN, copy,
+                             std::filesystem::copy_options::overwrite_existing);
+  ASSERT_EQ(load_addin(copy), "");
+  std::filesystem::remove(copy);
+  EXPECT_TRUE(run_command("KESTRAN_Help"));
+  EXPECT_TRUE(standin().help_calls.empty());
+  ASSERT_EQ(standin().alerts.size(), 1u);
+  EXPECT_EQ(
+      standin().alerts[0].text,
+      "Could not found the help file for Kestran.\nPlease contact the Tarnwell Group x40102 or x40101\n");
+  EXPECT_EQ(standin().alerts[0].kind, 2.0);
+  unload_addin();
 }
 #endif
 
