@@ -91,6 +91,7 @@ void add_black_scholes_cases();
 void add_exotics_cases();
 void add_asian_cases();
 void add_basket_cases();
+void add_strips_cases();
 void add_rates_cases();
 
 }  // namespace kestran::bench

@@ -2,7 +2,9 @@
 #include "bench/straight.h"
 #include "models/asian/asian_fast.h"
 #include "models/asian/asian_geo_cond.h"
+#include "models/asian/asian_spread.h"
 #include "models/asian/asian_vol_approx.h"
+#include "models/asian/compound_asian.h"
 
 namespace kestran::bench {
 namespace {
@@ -61,12 +63,67 @@ void add_volatility_approximation() {
   });
 }
 
+void add_spread(int fixings) {
+  constexpr double PriceB = 95.0, strike = 4.0, VolB = 0.3, rho = 0.7;
+  AsianSpread spread;
+  spread.PriceB = PriceB;
+  spread.K = strike;
+  spread.r = spread.q1 = spread.q2 = r;
+  spread.VolA = spread.VolAf = sigma;
+  spread.VolB = spread.VolBf = VolB;
+  spread.rho = rho;
+  spread.E = fixings;
+  spread.BA = spread.BB = 1;
+  spread.OptType = 1;
+
+  Case& option = add_case("ASNSPRD/" + std::to_string(fixings), S, S);
+  add_worksheet(option, "ASNSPRD", {S, PriceB, strike, r, sigma, VolB, rho, 0, 0, double(fixings), 1, 1, 0},
+                0);
+  add_model(option, [spread](double price) {
+    AsianSpread priced = spread;
+    priced.PriceA = price;
+    return asian_spread_price(priced);
+  });
+}
+
+// Averaging over a month that starts after the option on the average-price option expires.
+void add_compound(int steps) {
+  constexpr double Vol1 = 0.35, CmpVol = 0.3, strike = 5.0, CmpExpDays = 60.0, toNext = 91.0, ExpDays = 120.0;
+  constexpr int TotDays = 30;
+  CompoundAsian compound;
+  compound.r = compound.rc = r;
+  compound.sigma1 = Vol1;
+  compound.sigma2 = sigma;
+  compound.N = TotDays;
+  compound.toNext = toNext;
+  compound.ExpDays = ExpDays;
+  compound.sigma_c = CmpVol;
+  compound.K = K;
+  compound.X = strike;
+  compound.CmpExpDays = CmpExpDays;
+  compound.CmpOptType = 1;
+  compound.steps = steps;
+
+  Case& option = add_case("CMPASN/" + std::to_string(steps), S, S);
+  add_worksheet(option, "CMPASN",
+                {S, r, Vol1, sigma, 0, TotDays, 0, toNext, ExpDays, CmpVol, K, strike, CmpExpDays, r, 1, 0,
+                 double(steps)},
+                0);
+  add_model(option, [compound](double price) {
+    CompoundAsian priced = compound;
+    priced.S0 = price;
+    return compound_asian_tree(priced);
+  });
+}
+
 }  // namespace
 
 void add_asian_cases() {
   for (int fixings : {30, 252}) add_fast(fixings);
   for (int fixings : {30, 252, 365}) add_geometric_conditioning(fixings);
   add_volatility_approximation();
+  add_spread(60);
+  add_compound(100);
 }
 
 }  // namespace kestran::bench

@@ -6,6 +6,7 @@
 #include "models/baskets/basket_correl.h"
 #include "models/baskets/basket_vol.h"
 #include "models/baskets/basket_vol_tset.h"
+#include "models/baskets/pplus.h"
 
 namespace kestran::bench {
 namespace {
@@ -97,6 +98,37 @@ void add_basket_correlation(int n) {
   });
 }
 
+// Baskets of two prices each, the first one an average, the second one weighted with days.
+void add_difference_of_baskets() {
+  constexpr double K = 5.0, r = 0.05;
+  const TwoBaskets difference = {{100.0, 101.0, 95.0, 96.0},
+                                 {0.35, 0.34, 0.4, 0.39},
+                                 {0.95, 0.95, 0.7, 0.68, 0.68, 0.7},
+                                 {10.0, 20.0},
+                                 K,
+                                 r,
+                                 years,
+                                 1,
+                                 1,
+                                 1};
+  Case& option = add_case("PPLUS", K, 100.0);
+  std::vector<Argument> arguments;
+  const auto append = [&arguments](const auto& numbers) {
+    for (double number : numbers) arguments.push_back(number);
+  };
+  append(difference.S);
+  append(difference.days_B);
+  append(difference.sigma);
+  append(difference.rho);
+  for (double number : {K, r, years, 1.0, 0.0, 1.0, 1.0}) arguments.push_back(number);
+  add_worksheet(option, "PPLUS", arguments, 16);
+  add_model(option, [difference](double strike) {
+    TwoBaskets struck = difference;
+    struck.K = strike;
+    return pplus_price(struck);
+  });
+}
+
 }  // namespace
 
 void add_basket_cases() {
@@ -104,6 +136,7 @@ void add_basket_cases() {
   add_two_assets();
   add_basket_of_fixings(50);
   add_basket_correlation(25);
+  add_difference_of_baskets();
 }
 
 }  // namespace kestran::bench

@@ -3,6 +3,7 @@
 #include "models/black_scholes/american_baw.h"
 #include "models/black_scholes/american_tree.h"
 #include "models/black_scholes/boston.h"
+#include "models/black_scholes/combo.h"
 #include "models/black_scholes/digital.h"
 #include "models/black_scholes/european.h"
 #include "models/black_scholes/implied_vol.h"
@@ -107,6 +108,20 @@ void add_cash_on_delivery() {
   add_model(option, [](double price) { return cod_option(price, K, T, r, q, sigma, due, 1, 0); });
   add_straight(option,
                [](double price) { return straight::cash_on_delivery(price, K, T, r, q, sigma, due); });
+
+  Case& premium = add_case("CODPREM", S, S);
+  add_worksheet(premium, "CODPREM", {S, K, r, q, sigma, days, 1}, 0);
+  add_model(premium, [](double price) { return cod_premium(price, K, T, r, q, sigma, 1); });
+  add_straight(premium, [](double price) { return straight::contingent_premium(price, K, T, r, q, sigma); });
+}
+
+void add_combination() {
+  constexpr double KA = 95.0, sigmaA = 0.28;
+  Case& strangle = add_case("COMBOPT", S, S);
+  add_worksheet(strangle, "COMBOPT", {S, KA, K, r, q, sigmaA, sigma, days, 0, 0}, 0);
+  add_model(strangle, [](double price) { return combo_option(price, KA, K, T, r, q, sigmaA, sigma, 0, 0); });
+  add_straight(strangle,
+               [](double price) { return straight::strangle(price, KA, K, T, r, q, sigmaA, sigma); });
 }
 
 void add_boston() {
@@ -145,6 +160,7 @@ void add_black_scholes_cases() {
   add_implied_volatilities();
   add_digital();
   add_cash_on_delivery();
+  add_combination();
   add_boston();
   add_bivariate_normals();
 }

@@ -1,11 +1,11 @@
-// Strips, caps and swaptions.
+// Caps, collars and swaptions.
 #include <memory>
 
 #include "bench/cases.h"
 #include "bench/straight.h"
 #include "models/rates/swaption.h"
 #include "models/rates/xcap.h"
-#include "models/strips/asian_strip.h"
+#include "models/rates/xcol.h"
 
 namespace kestran::bench {
 namespace {
@@ -13,57 +13,27 @@ namespace {
 constexpr double days_per_year = 365.25;
 constexpr int most_periods = 256;
 
-// Monthly periods; the first ends `first_days` from now.
+// Monthly periods; the first ends four months from now.
 struct Periods {
-  std::vector<double> forward, rate, sigma, quantity, fixings, start, end, end_days;
+  std::vector<double> forward, rate, sigma, quantity, end, end_days;
 };
 
-std::shared_ptr<const Periods> periods(int n, double first_days) {
+std::shared_ptr<const Periods> periods(int n) {
   const auto p = std::make_shared<Periods>();
   for (int i = 0; i < n; ++i) {
     p->forward.push_back(20.0 + 0.1 * (i % 12));
     p->rate.push_back(0.05 + 0.0001 * i);
     p->sigma.push_back(0.35 - 0.0005 * i);
     p->quantity.push_back(1.0 + i % 3);
-    p->fixings.push_back(20.0 + i % 3);
-    p->end_days.push_back(first_days + 30.0 * i);
+    p->end_days.push_back(120.0 + 30.0 * i);
     p->end.push_back(p->end_days.back() / days_per_year);
-    p->start.push_back(p->end.back() - 29.0 / days_per_year);
   }
   return p;
 }
 
-void add_average_strip(int n) {
-  constexpr double K = 20.5, r = 0.05, rho = 0.9;
-  const auto p = periods(n, 30.0);
-  AsianStrip strip;
-  strip.F = p->forward.data();
-  strip.r = r;
-  strip.sigma = p->sigma.data();
-  strip.rho = rho;
-  strip.n = p->fixings.data();
-  strip.Next = p->start.data();
-  strip.End = p->end.data();
-  strip.ToExp = p->end.back() + 0.02;
-  strip.OptType = 1;
-  strip.L = n;
-
-  Case& option = add_case("ASTRIP/" + std::to_string(n), K, 20.0);
-  add_worksheet(option, "ASTRIP",
-                {p->forward, p->sigma, p->start, p->end, p->fixings, 0, K, r, rho, 0, strip.ToExp, 1, 0, 1},
-                6);
-  const auto struck_at = [p, strip](double strike) {
-    AsianStrip struck = strip;
-    struck.K = strike;
-    return struck;
-  };
-  add_model(option, [=](double strike) { return asian_strip_price(struck_at(strike)); });
-  add_straight(option, [=](double strike) { return straight::asian_strip(struck_at(strike)); });
-}
-
 constexpr double option_days = 90.0, cap_strike = 21.0;
 
-// The option on a cap whose first period expires four months from now; without drift of the common factor.
+// The option on a cap; without drift of the common factor.
 CapOption cap_option(const Periods& p, int steps) {
   CapOption option;
   option.Price = p.forward.data();
@@ -84,7 +54,7 @@ CapOption cap_option(const Periods& p, int steps) {
 }
 
 void add_cap(int n) {
-  const auto p = periods(n, 120.0);
+  const auto p = periods(n);
   const CapOption terms = cap_option(*p, 1);
   Case& cap = add_case("cap/" + std::to_string(n), 1.0, 20.0);
   add_model(cap, [p, terms](double factor) {
@@ -97,7 +67,7 @@ void add_cap(int n) {
 }
 
 void add_option_on_cap(int steps, int n) {
-  const auto p = periods(n, 120.0);
+  const auto p = periods(n);
   const CapOption terms = cap_option(*p, steps);
   Case& option = add_case("XCAP/" + std::to_string(steps) + "x" + std::to_string(n), cap_strike, 20.0);
   add_worksheet(option, "XCAP",
@@ -113,6 +83,35 @@ void add_option_on_cap(int steps, int n) {
   add_straight(option, [=](double strike) { return straight::option_on_cap(struck_at(strike)); });
   if constexpr (quantlib::available)
     add_quantlib(option, "blackFormula in the nodes of a tree", same_option, quantlib::option_on_cap(terms));
+}
+
+void add_option_on_collar(int steps, int n) {
+  constexpr double SwapVol = 0.3, VolSpread = 0.02, floor = 19.5, r = 0.05;
+  const auto p = periods(n);
+  CollarOption collar;
+  collar.Price = p->forward.data();
+  collar.IntRt = p->rate.data();
+  collar.Vol = p->sigma.data();
+  collar.ExpDays = p->end.data();
+  collar.n = n;
+  collar.SwapVol = SwapVol;
+  collar.VolSpread = VolSpread;
+  collar.T = option_days / days_per_year;
+  collar.Floor = floor;
+  collar.r = r;
+  collar.N = steps;
+  collar.OptType = 1;
+
+  Case& option = add_case("XCOL/" + std::to_string(steps) + "x" + std::to_string(n), cap_strike, 20.0);
+  add_worksheet(option, "XCOL",
+                {p->forward, p->rate, p->sigma, p->end_days, SwapVol, VolSpread, option_days, cap_strike,
+                 floor, r, double(steps)},
+                7);
+  add_model(option, [p, collar](double strike) {
+    CollarOption struck = collar;
+    struck.Cap = strike;
+    return xcol_tree(struck);
+  });
 }
 
 // All results of the swaption, of which the price counts.
@@ -131,7 +130,7 @@ double swaption_price(const Model& model) {
 
 void add_swaption(int n) {
   constexpr double K = 20.5, r = 0.05, sigma = 0.3, expiry = 0.25;
-  const auto p = periods(n, 120.0);
+  const auto p = periods(n);
   Case& option = add_case("SWAPTION/" + std::to_string(n), K, 20.0);
   add_worksheet(option, "SWAPTION", {p->forward, p->quantity, p->end, p->rate, sigma, K, r, expiry, 1, 0, 1},
                 5);
@@ -143,8 +142,8 @@ void add_swaption(int n) {
   });
   add_straight(option, [=](double strike) {
     return swaption_price([&](SwaptionRecord& record) {
-      straight::swaption(p->forward.data(), p->quantity.data(), p->end.data(), p->rate.data(), sigma, strike,
-                         r, expiry, n, record);
+      straight::swaption(p->forward.data(), p->quantity.data(), p->end.data(), p->rate.data(), nullptr,
+                         strike, sigma, r, expiry, n, record);
     });
   });
   if constexpr (quantlib::available)
@@ -154,14 +153,38 @@ void add_swaption(int n) {
                                        sigma, r, expiry, n)](double strike) { return price(strike); });
 }
 
+// The fixed price of each period is a tenth above its forward price.
+void add_swaption_with_strikes(int n) {
+  constexpr double r = 0.05, sigma = 0.3, expiry = 0.25;
+  const auto p = periods(n);
+  std::vector<double> strikes = p->forward;
+  for (double& strike : strikes) strike *= 1.1;
+  Case& option = add_case("SWAPTION1/" + std::to_string(n), sigma, 20.0);
+  add_worksheet(option, "SWAPTION1",
+                {p->forward, p->quantity, p->end, p->rate, strikes, sigma, r, expiry, 1, 0, 1}, 5);
+  add_model(option, [=](double volatility) {
+    return swaption_price([&](SwaptionRecord& record) {
+      swaption1_model(p->forward.data(), p->quantity.data(), p->end.data(), p->rate.data(), strikes.data(),
+                      volatility, r, expiry, n, 1, record);
+    });
+  });
+  add_straight(option, [=](double volatility) {
+    return swaption_price([&](SwaptionRecord& record) {
+      straight::swaption(p->forward.data(), p->quantity.data(), p->end.data(), p->rate.data(), strikes.data(),
+                         0.0, volatility, r, expiry, n, record);
+    });
+  });
+}
+
 }  // namespace
 
 void add_rates_cases() {
-  for (int n : {12, 256}) add_average_strip(n);
   for (int n : {12, 120}) add_cap(n);
   add_option_on_cap(200, 12);
   add_option_on_cap(1000, 60);
+  add_option_on_collar(100, 12);
   for (int n : {12, 120}) add_swaption(n);
+  add_swaption_with_strikes(12);
 }
 
 }  // namespace kestran::bench

@@ -105,6 +105,7 @@ int run() {
   add_exotics_cases();
   add_asian_cases();
   add_basket_cases();
+  add_strips_cases();
   add_rates_cases();
   if (!all_agree()) {
     std::fputs("Nothing was measured: a benchmark must not compare different things.\n", stderr);

@@ -9,6 +9,8 @@
 #include "models/rates/swaption.h"
 #include "models/rates/xcap.h"
 #include "models/strips/asian_strip.h"
+#include "models/strips/ostrip.h"
+#include "models/strips/yrstrip.h"
 
 namespace kestran::straight {
 
@@ -41,6 +43,10 @@ double implied_vol_american(double Premium, double S, double K, double T, double
 /// digital_option and cod_option, premium of the call
 double digital(double Cash, double S, double K, double T, double r, double q, double sigma);
 double cash_on_delivery(double S, double K, double T, double r, double q, double sigma, double Premium);
+/// cod_premium of the call
+double contingent_premium(double S, double K, double T, double r, double q, double sigma);
+/// combo_option, premium of a put struck at KA with a call struck at KB (OptType 0)
+double strangle(double S, double KA, double KB, double T, double r, double q, double sigmaA, double sigmaB);
 /// boston_strike of the call type: bisection
 double boston_strike(double S, double B, double T, double r, double q, double sigma);
 
@@ -77,8 +83,13 @@ double asian_geo_cond(double S, double K, double r, double q, double sigma1, dou
 /// asian_vol_approx of a call without fixings made
 void asian_vol_approx(double S, double K, double r, double sigma, double toExp, double toStart, double toEnd,
                       double TradeDays, double out[7]);
+
 /// asian_strip_price of a call without fixings made
 double asian_strip(const AsianStrip& strip);
+/// ostrip_price of calls with a fixed strike, none past or of today
+double option_strip(const OptionStrip& strip);
+/// yrstrip_value of calls with fixed strikes, none past or of today
+void year_strip(const YearStrip& strip, double out[7]);
 
 /// basket_vol_moment_match
 double basket_vol(const double* F, const double* sigma, const double* mu, const double* w, const double* rho,
@@ -95,8 +106,9 @@ double basket_correl(const double* F, const double* sigma, const double* w, cons
 double cap(double m, const CapOption& option);
 /// xcap_tree of a call on a cap: the whole tree rolled back
 double option_on_cap(const CapOption& option);
-/// swaption_model of a call
+/// swaption_model of a call, or swaption1_model where Strikes are given instead of Strike
 void swaption(const double* Fwd, const double* Qty, const double* Swaptime, const double* Rates,
-              double Swapvol, double Strike, double IntRt, double Expiry, int n, SwaptionRecord& record);
+              const double* Strikes, double Strike, double Swapvol, double IntRt, double Expiry, int n,
+              SwaptionRecord& record);
 
 }  // namespace kestran::straight

@@ -1,5 +1,4 @@
 #include <cmath>
-#include <vector>
 
 #include "bench/straight.h"
 #include "models/asian/asian_correction_table.h"
@@ -89,30 +88,6 @@ void asian_vol_approx(double S, double K, double r, double sigma, double toExp, 
   out[4] = D * black.rates_together;
   out[5] = D * ((f - 1.0 / f) * black.vega * sigma / (2.0 * T) + black.theta);
   out[6] = D * black.vanna * f;
-}
-
-double asian_strip(const AsianStrip& strip) {
-  const int L = strip.L;
-  std::vector<double> w(static_cast<std::size_t>(L));
-  double count = 0.0;
-  double sum = 0.0;
-  double variance = 0.0;
-  for (int i = 0; i < L; ++i) {
-    const double n = strip.n[i];
-    double& w_i = w[static_cast<std::size_t>(i)];
-    w_i = n * strip.sigma[i] * strip.F[i] *
-          std::sqrt(strip.Next[i] + (strip.End[i] - strip.Next[i]) * (n - 0.5) / (3.0 * n));
-    count += n;
-    sum += n * strip.F[i];
-    variance += w_i * w_i;
-    for (int j = 0; j < i; ++j)
-      variance +=
-          2.0 * strip.rho * std::sqrt(strip.End[j] / strip.End[i]) * w_i * w[static_cast<std::size_t>(j)];
-  }
-  const double T = strip.End[L - 1];
-  const double sigma = std::sqrt(variance / T) / sum;
-  return european(sum / count, strip.K, T, strip.r, strip.r, sigma, 1, 0) *
-         std::exp(-strip.r * (strip.ToExp - T));
 }
 
 }  // namespace kestran::straight

@@ -175,6 +175,15 @@ double cash_on_delivery(double S, double K, double T, double r, double q, double
   return european(S, K, T, r, q, sigma, 1, 0) - digital(Premium, S, K, T, r, q, sigma);
 }
 
+double contingent_premium(double S, double K, double T, double r, double q, double sigma) {
+  const double d2 = (std::log(S / K) + (r - q - sigma * sigma / 2.0) * T) / (sigma * std::sqrt(T));
+  return european(S, K, T, r, q, sigma, 1, 0) / (std::exp(-r * T) * cnorm(d2));
+}
+
+double strangle(double S, double KA, double KB, double T, double r, double q, double sigmaA, double sigmaB) {
+  return european(S, KA, T, r, q, sigmaA, 0, 0) + european(S, KB, T, r, q, sigmaB, 1, 0);
+}
+
 double boston_strike(double S, double B, double T, double r, double q, double sigma) {
   double low = 0.0;
   double high = B;

@@ -40,21 +40,23 @@ double option_on_cap(const CapOption& option) {
 }
 
 void swaption(const double* Fwd, const double* Qty, const double* Swaptime, const double* Rates,
-              double Swapvol, double Strike, double IntRt, double Expiry, int n, SwaptionRecord& record) {
+              const double* Strikes, double Strike, double Swapvol, double IntRt, double Expiry, int n,
+              SwaptionRecord& record) {
   const auto discount = [&](int i) { return std::pow(1.0 + Rates[i] / 2.0, -2.0 * Swaptime[i]); };
-  double quantity = 0.0, A = 0.0, FW = 0.0, rate_part = 0.0, decay_part = 0.0;
+  double quantity = 0.0, A = 0.0, FW = 0.0, KW = 0.0, rate_part = 0.0, decay_part = 0.0;
   for (int i = 0; i < n; ++i) {
     const double weight = Qty[i] * discount(i);
     quantity += Qty[i];
     A += weight;
     FW += weight * Fwd[i];
+    if (Strikes) KW += weight * Strikes[i];
     rate_part += weight * Swaptime[i] / (1.0 + Rates[i] / 2.0);
     decay_part += weight * std::log(1.0 + Rates[i] / 2.0);
   }
   const double D0 = std::pow(1.0 + IntRt / 2.0, -2.0 * Expiry);
   const double ratio = A / (quantity * D0);
   const double decay = 2.0 * (decay_part - std::log(1.0 + IntRt / 2.0) * A) / D0;
-  const Greeks black = european_greeks(FW / A, Strike, Expiry, IntRt, IntRt, Swapvol, 1);
+  const Greeks black = european_greeks(FW / A, Strikes ? KW / A : Strike, Expiry, IntRt, IntRt, Swapvol, 1);
   record.price = black.premium * ratio;
   record.vega = black.vega * ratio;
   record.theta = black.theta * ratio + decay * black.premium / quantity;

@@ -76,9 +76,12 @@ for kind in i686:i386 x86_64:x86_64; do
   printf 'Wine builtin DLL\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0' |
     dd of="$place" bs=1 seek=64 conv=notrunc status=none
 done
+mkdir "$target/lib"
+# Where the FreeType library is there but no font, Wine hangs at its first start; without the library it needs no
+# font. This file is found first and is none.
+: >"$target/lib/libfreetype.so.6"
 if ls "$work"/packages/libunwind8_* >/dev/null 2>&1; then
   unpack 'libunwind8_*_amd64.deb' "$work" './usr/lib/x86_64-linux-gnu/libunwind.so.8*'
-  mkdir "$target/lib"
   mv "$work"/usr/lib/x86_64-linux-gnu/libunwind.so.8* "$target/lib/"
 fi
 # The libraries' debug parts are half of the gigabyte; Wine wants its own file alignment kept.
@@ -98,9 +101,9 @@ unset DISPLAY WAYLAND_DISPLAY
 export WINEPREFIX="$target/prefix" WINEDEBUG="\${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES="\${WINEDLLOVERRIDES:-mscoree,mshtml,winhlp32.exe=}"
 export WINELOADER="$target/usr/lib/wine/wine64" WINESERVER="$target/usr/lib/wine/wineserver64"
-[ ! -d "$target/lib" ] || export LD_LIBRARY_PATH="$target/lib\${LD_LIBRARY_PATH:+:\$LD_LIBRARY_PATH}"
+export LD_LIBRARY_PATH="$target/lib\${LD_LIBRARY_PATH:+:\$LD_LIBRARY_PATH}"
 case "\$1 \${2-}" in
-  "server --keep") "\$WINESERVER" -p120; exec "\$WINELOADER" cmd /c exit ;;
+  "server --keep") "\$WINESERVER" -p120; exec "\$WINELOADER" cmd /c exit 2>/dev/null ;;
   "server --stop") exec "\$WINESERVER" -k ;;
 esac
 exec "\$WINELOADER" "\$@"

@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # Sourced by the scripts at the root: makes sure that Debian packages are installed.
 
 # require_packages NAME...: installs what is missing; as root, or through sudo. Where neither is possible, prints the
