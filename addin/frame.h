@@ -19,6 +19,7 @@
 #include <utility>
 
 #include "addin/excel_api.h"
+#include "models/calendar.h"
 
 namespace kestran {
 
@@ -41,8 +42,6 @@ struct Answer {
 
 /// Puts an answer into a result record.
 void give(const Answer& answer, XLOPER& result);
-
-constexpr double days_per_year = 365.25;
 
 /// Truncation toward zero; beyond the range of int the nearest int. `number` is not NaN.
 inline int truncate_to_int(double number) {

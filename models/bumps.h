@@ -1,6 +1,8 @@
 // Sizes of the steps by which models difference a price in its rate and in time.
 #pragma once
 
+#include "models/calendar.h"
+
 namespace kestran {
 
 /// Step in a rate r (per year): 0.1 % of it, but where |r| is below 0.0001, zero included, 0.0001, since a
@@ -12,9 +14,6 @@ inline double rate_step(double r) {
 }
 
 /// Step in the time T (years, above 0) to expiry: one day, but never past the middle of what is left.
-inline double day_step(double T) {
-  constexpr double day = 1.0 / 365.25;
-  return T / 2.0 < day ? T / 2.0 : day;
-}
+inline double day_step(double T) { return T / 2.0 < one_day ? T / 2.0 : one_day; }
 
 }  // namespace kestran

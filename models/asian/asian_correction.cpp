@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "models/asian/asian_correction_table.h"
+#include "models/calendar.h"
 #include "numerics/elementary.h"
 
 namespace kestran {
@@ -56,7 +57,7 @@ double interp3_quadratic(const CorrectionStencil& f, double a, double b, double 
 }
 
 double asian_call_correction(double S, double K, double sigma, double t1_days, double T_days) {
-  const double s = sigma * std::sqrt(T_days / 365.25);
+  const double s = sigma * std::sqrt(T_days / days_per_year);
   const double start = t1_days / T_days;
   const double moneyness = S / K;
   if (s <= 0.0 || moneyness <= 0.0 || start < 0.0) return 0.0;

@@ -4,13 +4,11 @@
 
 #include "models/asian/asian_correction.h"
 #include "models/black_scholes/black_scholes_sens.h"
+#include "models/calendar.h"
 #include "numerics/elementary.h"
 
 namespace kestran {
 namespace {
-
-constexpr double days_per_year = 365.25;
-constexpr double one_day = 0.0027378507871321013;
 
 double negligible_is_zero(double x) { return std::fabs(x) < 1e-20 ? 0.0 : x; }
 

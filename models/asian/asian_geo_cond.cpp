@@ -5,13 +5,12 @@
 #include <cmath>
 #include <limits>
 
+#include "models/calendar.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
 namespace kestran {
 namespace {
-
-constexpr double one_day = 0.0027378507871321013;
 
 // 270 years of daily fixings; what is beyond would keep the caller waiting.
 constexpr double most_fixings = 100000.0;
@@ -110,7 +109,7 @@ double asian_geo_cond(double S, double K, double A, double r, double q, double s
     case 4:
       return (price(S, K, A, r * up, q * up, sigma1, sigma2, E, B, call) - base()) / (step * r);
     case 5:
-      return (price(S, K, A, r, q, sigma1, sigma2, E - 1.0, B - 1.0, call) - base()) * 365.25;
+      return (price(S, K, A, r, q, sigma1, sigma2, E - 1.0, B - 1.0, call) - base()) * days_per_year;
     case 6:
       return (delta(up, 1.0) - delta(1.0, 1.0)) / (step * sigma1);
     case 7:

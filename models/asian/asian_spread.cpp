@@ -6,13 +6,12 @@
 #include <cmath>
 #include <limits>
 
+#include "models/calendar.h"
 #include "models/exotics/spread_kernel.h"
 #include "numerics/elementary.h"
 
 namespace kestran {
 namespace {
-
-constexpr double one_day = 0.0027378507871321013;
 
 double floored(double sigma) { return sigma <= 0.0 ? 1e-5 : sigma; }
 
@@ -200,11 +199,13 @@ double asian_spread_greek(const AsianSpread& option, int RetType) {
     case 8:
       return -option.E * one_day * premium(base);
     case 9:
-      return (premium(tomorrow(option)) - premium(base)) * 365.25;
+      return (premium(tomorrow(option)) - premium(base)) * days_per_year;
     case 10:
-      return (delta(tomorrow(option), Leg::A, option.PriceA) - delta(base, Leg::A, option.PriceA)) * 365.25;
+      return (delta(tomorrow(option), Leg::A, option.PriceA) - delta(base, Leg::A, option.PriceA)) *
+             days_per_year;
     case 11:
-      return (delta(tomorrow(option), Leg::B, option.PriceB) - delta(base, Leg::B, option.PriceB)) * 365.25;
+      return (delta(tomorrow(option), Leg::B, option.PriceB) - delta(base, Leg::B, option.PriceB)) *
+             days_per_year;
     case 12:
       return (premium(base, 1.001, 1.001) + premium(base, 0.999, 0.999) - premium(base, 1.001, 0.999) -
               premium(base, 0.999, 1.001)) /

@@ -4,12 +4,11 @@
 
 #include "models/asian/asian_correction.h"
 #include "models/black_scholes/black_scholes_sens.h"
+#include "models/calendar.h"
 #include "numerics/elementary.h"
 
 namespace kestran {
 namespace {
-
-constexpr double days_per_year = 365.25;
 
 void set_negligible_to_zero(double out[7]) {
   for (int i = 0; i < 7; ++i)

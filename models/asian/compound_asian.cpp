@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "models/asian/asian_geo_cond.h"
+#include "models/calendar.h"
 #include "models/trees/log_tree.h"
 #include "numerics/arrays.h"
 #include "numerics/elementary.h"
@@ -14,7 +15,6 @@ namespace kestran {
 namespace {
 
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
-constexpr double one_day = 0.0027378507871321013;
 
 int tree_steps(const CompoundAsian& option) { return std::clamp(option.steps, 1, compound_asian_most_steps); }
 

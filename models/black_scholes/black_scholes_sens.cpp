@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "models/calendar.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
@@ -13,7 +14,7 @@ namespace {
 // sign 1 for a call, -1 for a put.
 double premium_and_sens(double sign, double S, double K, double days, double r, double q, double sigma,
                         double out[7]) {
-  const double T = days / 365.25;
+  const double T = days / days_per_year;
   const double root_T = std::sqrt(T);
   const double v = sigma * root_T;
   // Divided while the logarithm is still under way.

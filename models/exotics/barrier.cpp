@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/calendar.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
@@ -14,7 +15,7 @@ double barrier_price(double S, double K, double sigma, double r, double q, doubl
   const double phi = OptType == 1 ? 1.0 : -1.0;
   const double eta = H <= S ? 1.0 : -1.0;
 
-  const double T = days / 365.25;
+  const double T = days / days_per_year;
   const double v = sigma * std::sqrt(T);
   const double variance_rate = sigma * sigma;
   const double m = natural_log((1.0 + r) / (1.0 + q)) - variance_rate / 2.0;
@@ -94,7 +95,7 @@ double barrier_greek(double S, double K, double sigma, double r, double q, doubl
       return (value(S, sigma, moved_rate, moved_rate, days) - V()) / (moved_rate * 0.001);
     }
     case 5:
-      return (V() - value(S, sigma, r, q, days * 1.001)) / (days * 0.001 / 365.25);
+      return (V() - value(S, sigma, r, q, days * 1.001)) / (days * 0.001 / days_per_year);
     default:
       return -99.0;
   }

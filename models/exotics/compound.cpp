@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/calendar.h"
 #include "numerics/bivariate_normal.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
@@ -19,7 +20,7 @@ struct ForwardOption {
 };
 
 ForwardOption forward_option(double sign, double X, double days, double r, double sigma) {
-  const double T = days / 365.25;
+  const double T = days / days_per_year;
   return {sign, X, sigma * std::sqrt(T), sigma * sigma * T / 2.0, exponential(-r * T)};
 }
 
@@ -82,9 +83,9 @@ struct Compound {
 
 Compound compound(double X1, double X, double days1, double days2, double r, double q, double sigma_f,
                   double sigma, int OptType) {
-  constexpr double days_per_year = 365.35;  // intended; Black 76 below takes 365.25
-  const double t1 = days1 / days_per_year;
-  const double T2 = days2 / days_per_year;
+  constexpr double compound_year = 365.35;  // intended; Black 76 takes days_per_year
+  const double t1 = days1 / compound_year;
+  const double T2 = days2 / compound_year;
   const double variance1 = (T2 * sigma * sigma - (T2 - t1) * sigma_f * sigma_f) / t1;
 
   Compound result;
@@ -196,7 +197,7 @@ double compound_greek(double S, double X1, double X, double days1, double days2,
       return r == 0.0 ? 0.0 : (value(changed(0.0, up, 1.0), S) - base) / (r * step);
     case 5: {
       const double days = days1 <= 0.001 ? 1e-6 : 0.001;
-      return (value(changed(days, 1.0, 1.0), S) - base) / days * 365.25;
+      return (value(changed(days, 1.0, 1.0), S) - base) / days * days_per_year;
     }
     default:
       return std::numeric_limits<double>::quiet_NaN();

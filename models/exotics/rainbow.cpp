@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "models/black_scholes/black_scholes_price.h"
+#include "models/calendar.h"
 #include "numerics/bivariate_normal.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
@@ -56,7 +57,7 @@ double rainbow_price(double S1, double S2, double X, double r, double q1, double
 double rainbow_greek(double S1, double S2, double X, double r, double q1, double q2, double days,
                      double sigma1, double sigma2, double rho, int OptType, int RetType) {
   constexpr double step = 0.001, up = 1.001, down = 0.999;
-  const double T = days / 365.25;
+  const double T = days / days_per_year;
   const double h1 = S1 * step;
   const double h2 = S2 * step;
   const auto at_prices = [&](double factor1, double factor2) {

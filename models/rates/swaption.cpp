@@ -5,6 +5,7 @@
 
 #include "models/black_scholes/black_scholes_sens.h"
 #include "models/black_scholes/european.h"
+#include "models/calendar.h"
 #include "numerics/arrays.h"
 #include "numerics/elementary.h"
 
@@ -52,7 +53,7 @@ void price_swaption(const double* Fwd, const double* Qty, const double* Swaptime
   const double ratio = A / (Qsum * D0);
 
   double g[7];
-  const double days = 365.25 * Expiry;
+  const double days = days_per_year * Expiry;
   const double P = Opttype == 0 ? bs_put_sens(F, K, days, IntRt, IntRt, Swapvol, g)
                                 : bs_call_sens(F, K, days, IntRt, IntRt, Swapvol, g);
   const double delta_decay = bs_general(F, K, Expiry, IntRt, IntRt, Swapvol, Opttype, 8);

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "models/black_scholes/european.h"
+#include "models/calendar.h"
 #include "numerics/arrays.h"
 #include "numerics/elementary.h"
 
@@ -12,7 +13,6 @@ namespace kestran {
 namespace {
 
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
-constexpr double one_day = 1.0 / 365.25;
 
 double discounted_payoff(const AsianStrip& strip, double K, double average) {
   const double payoff = positive_part(strip.OptType == 0 ? K - average : average - K);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "models/calendar.h"
 #include "models/exotics/spread_kernel.h"
 #include "models/strips/strip_days.h"
 #include "numerics/elementary.h"
@@ -12,8 +13,6 @@
 
 namespace kestran {
 namespace {
-
-constexpr double one_day = 0.0027378507871321013;
 
 double premium(const OptionStrip& strip, int age = 0) {
   double out[2];
@@ -89,7 +88,7 @@ double ostrip_greek(const OptionStrip& strip, int RetType) {
       return -out[1];
     }
     case 5:
-      return (premium(strip, 1) - premium(strip)) * 365.25;
+      return (premium(strip, 1) - premium(strip)) * days_per_year;
     case 6:
       moved.sigma_before += h;
       moved.sigma_after += h;

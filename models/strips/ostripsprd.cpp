@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "models/calendar.h"
 #include "models/exotics/spread_kernel.h"
 #include "models/strips/strip_days.h"
 #include "numerics/elementary.h"
@@ -11,7 +12,6 @@
 namespace kestran {
 namespace {
 
-constexpr double one_day = 0.0027378507871321013;
 constexpr int nodes = 25;
 
 double floored(double sigma) { return sigma <= 0.0 ? 1e-5 : sigma; }
@@ -113,7 +113,7 @@ double cross_gamma(const SpreadStrip& strip) {
 }
 
 double change_of_delta(const SpreadStrip& strip, double SpreadStrip::*price) {
-  return (delta(strip, price, 1) - delta(strip, price, 0)) * 365.25;
+  return (delta(strip, price, 1) - delta(strip, price, 0)) * days_per_year;
 }
 
 }  // namespace
@@ -179,7 +179,7 @@ double ostripsprd_greek(const SpreadStrip& strip, int RetType) {
       return -out[1];
     }
     case 9:
-      return (premium(strip, 1) - premium(strip)) * 365.25;
+      return (premium(strip, 1) - premium(strip)) * days_per_year;
     case 10:
       return change_of_delta(strip, &SpreadStrip::F1);
     case 11:

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/calendar.h"
 #include "numerics/elementary.h"
 
 namespace kestran {
@@ -20,7 +21,6 @@ inline double strip_days_ahead(int B, int E) {
 /// no days is worth 0. With more than `most_days` to come both are not a number.
 template <class Value>
 void average_over_days(int B, int E, int age, double r, double most_days, const Value& value, double out[2]) {
-  constexpr double one_day = 0.0027378507871321013;
   out[0] = out[1] = 0.0;
   const double ahead = strip_days_ahead(B, E);
   if (ahead > most_days) {

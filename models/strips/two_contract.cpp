@@ -7,13 +7,13 @@
 #include <limits>
 
 #include "models/black_scholes/european.h"
+#include "models/calendar.h"
 #include "numerics/elementary.h"
 
 namespace kestran {
 namespace {
 
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
-constexpr double one_day = 1.0 / 365.25;
 
 // The outstanding fixings of a contract, at even steps from the first; those in the past count as today's.
 struct Fixings {

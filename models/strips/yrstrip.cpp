@@ -5,12 +5,11 @@
 #include <limits>
 
 #include "models/black_scholes/black_scholes_sens.h"
+#include "models/calendar.h"
 #include "numerics/elementary.h"
 
 namespace kestran {
 namespace {
-
-constexpr double one_day = 0.0027378507871321013;
 
 // The days of a month that the calendar holds and those of them that lie ahead, at least today's.
 struct MonthDays {
