@@ -18,13 +18,13 @@ static char command_macro[] = COUNTED "2";
   static char name##_type[] = COUNTED TYPE_TEXT_##pointers;               \
   static char name##_arguments[] = COUNTED arguments;                     \
   static char name##_description[] = COUNTED description;
-#include "addin/function_list.h"
+#include "functions/function_list.h"
 
 char* const function_table[function_count][function_columns] = {
 #define FUNCTION(name, function, frame, pointers, description, arguments)              \
   {name##_name,      name##_type, name##_name, name##_arguments,   worksheet_function, \
    product_category, blank,       blank,       name##_description, blank},
-#include "addin/function_list.h"
+#include "functions/function_list.h"
 };
 
 static char help_command[] = COUNTED "KESTRAN_Help";

@@ -4,7 +4,10 @@
 
 namespace kestran {
 
-constexpr int function_count = 81;
+constexpr int function_count = 0
+#define FUNCTION(name, function, frame, pointers, description, arguments) +1
+#include "functions/function_list.h"
+    ;
 constexpr int command_count = 2;
 constexpr int menu_rows = 3;
 constexpr int tool_rows = 3;

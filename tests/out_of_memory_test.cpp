@@ -1,11 +1,10 @@
-// Whichever allocation of a model fails, its answer is not a number; a range that finds no memory is #VALUE!.
+// Whichever allocation of a model fails, its answer is not a number.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <functional>
 #include <vector>
 
-#include "addin/range_intake.h"
 #include "models/asian/compound_asian.h"
 #include "models/baskets/basket_correl.h"
 #include "models/baskets/basket_vol.h"
@@ -143,24 +142,6 @@ TEST(OutOfMemory, EveryFailingAllocationMakesTheAnswerNotANumber) {
     }
     EXPECT_GT(failing, 1) << row.name << " allocates nothing";
   }
-}
-
-TEST(OutOfMemory, RangesAreRefused) {
-  XLOPER number;
-  number.type = xltypeNum;
-  number.value.number = 1.0;
-  IntakeCounts counts;
-  SquareMatrix matrix;
-  NumberBlock block;
-  int error = go_on;
-  testing::internal::CaptureStderr();
-  set_allocation_limit(1);
-  EXPECT_EQ(read_matrix(&number, matrix, counts), xlerrValue);
-  set_allocation_limit(1);
-  EXPECT_EQ(read_block(&number, range_cells, block, error, counts), xlerrValue);
-  set_allocation_limit(0);
-  EXPECT_NE(testing::internal::GetCapturedStderr().find("allocation failure in dvector()"),
-            std::string::npos);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <climits>
 #include <cmath>
 
-#include "addin/functions/strips.h"
+#include "functions/strips.h"
 #include "models/black_scholes/european.h"
 
 namespace kestran {
@@ -143,7 +143,7 @@ TEST(TwoContracts, OnTheWorksheet) {
   const auto refused = [](int Settle1, int SetDays, int RetType, int RetMonth) {
     return worksheet::xCrudeAPO(25, 25.5, .35, .33, .45, .4, .1, .2, Settle1, 8, SetDays, 25, .05, .98, 0, .2,
                                 1, RetType, RetMonth)
-               .error == xlerrValue;
+               .error == value_code;
   };
   EXPECT_TRUE(refused(INT_MAX, 0, 0, 1) && refused(-1, 0, 0, 1) && refused(14, -1, 0, 1));
   EXPECT_TRUE(refused(14, 0, -1, 1) && refused(14, 0, 10, 1) && refused(14, 0, 9, 3));

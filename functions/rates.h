@@ -1,7 +1,8 @@
 // Worksheet functions of the rate options: argument by argument as on the worksheet.
 #pragma once
 
-#include "addin/range_frame.h"
+#include "functions/answer.h"
+#include "functions/parameters.h"
 #include "models/rates/swaption.h"
 #include "models/rates/xcap.h"
 #include "models/rates/xcol.h"
@@ -9,10 +10,10 @@
 namespace kestran::worksheet {
 
 /// Tsteps below 0 or above 10,000 is #VALUE!: no cell may hang Excel.
-inline Answer XCAP(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& ExpDays_rng, Range& Qty_rng,
+inline Answer XCAP(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng, Range Qty_rng,
                    double StripVol, double CfStrike, double CompStrike, Years OptExpDays, double OptIntRt,
                    int OptType, int RetType, int Tsteps) {
-  if (Tsteps < 0 || Tsteps > xcap_most_steps) return Answer::failure(xlerrValue);
+  if (Tsteps < 0 || Tsteps > xcap_most_steps) return Answer::failure(value_code);
   for (int i = 0; i < ExpDays_rng.count; ++i) ExpDays_rng.values[i] /= days_per_year;
   CapOption option;
   option.Price = Price_rng.values;
@@ -32,9 +33,9 @@ inline Answer XCAP(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& Ex
   return xcap_greeks(option, RetType);
 }
 
-inline CollarOption collar_option(const Range& Price_rng, const Range& IntRt_rng, const Range& Vol_rng,
-                                  Range& ExpDays_rng, double SwapVol, double VolSpread, double OptExpDays,
-                                  double Cap, double Floor, double OptIntRt, int Tsteps, int OptType) {
+inline CollarOption collar_option(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng,
+                                  double SwapVol, double VolSpread, double OptExpDays, double Cap,
+                                  double Floor, double OptIntRt, int Tsteps, int OptType) {
   for (int i = 0; i < ExpDays_rng.count; ++i) ExpDays_rng.values[i] /= days_per_year;
   CollarOption option;
   option.Price = Price_rng.values;
@@ -53,7 +54,7 @@ inline CollarOption collar_option(const Range& Price_rng, const Range& IntRt_rng
   return option;
 }
 
-inline Answer XCOL3(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& ExpDays_rng, double SwapVol,
+inline Answer XCOL3(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng, double SwapVol,
                     double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt, int Tsteps,
                     int OptType, int RetType) {
   return xcol_greeks(collar_option(Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays,
@@ -62,7 +63,7 @@ inline Answer XCOL3(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& E
 }
 
 /// The call alone.
-inline Answer XCOL2(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& ExpDays_rng, double SwapVol,
+inline Answer XCOL2(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng, double SwapVol,
                     double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt, int Tsteps,
                     int RetType) {
   return XCOL3(Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap, Floor,
@@ -70,7 +71,7 @@ inline Answer XCOL2(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& E
 }
 
 /// The call's premium alone.
-inline Answer XCOL(Range& Price_rng, Range& IntRt_rng, Range& Vol_rng, Range& ExpDays_rng, double SwapVol,
+inline Answer XCOL(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng, double SwapVol,
                    double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt,
                    int Tsteps) {
   return XCOL3(Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap, Floor,
@@ -83,7 +84,7 @@ template <class Model>
 Answer swaption_result(int n, int RetType, int RetMonth, const Model& model) {
   const bool by_period = RetType == 1 || RetType == 2 || RetType == 6 || RetType == 7;
   if (RetType < 0 || RetType > 7 || (by_period && (RetMonth < 1 || RetMonth > n)))
-    return Answer::failure(xlerrValue);
+    return Answer::failure(value_code);
   double periods[4][range_cells];
   SwaptionRecord record;
   record.delta_by_period = periods[0];
@@ -103,7 +104,7 @@ Answer swaption_result(int n, int RetType, int RetMonth, const Model& model) {
   return results[RetType];
 }
 
-inline Answer SWAPTION(Range& Fwd, Range& Qty, Range& Swaptime, Range& Rates, double Swapvol, double Strike,
+inline Answer SWAPTION(Range Fwd, Range Qty, Range Swaptime, Range Rates, double Swapvol, double Strike,
                        double IntRt, double Expiry, int Opttype, int RetType, int RetMonth) {
   return swaption_result(Rates.count, RetType, RetMonth, [&](SwaptionRecord& record) {
     swaption_model(Fwd.values, Qty.values, Swaptime.values, Rates.values, Swapvol, Strike, IntRt, Expiry,
@@ -111,7 +112,7 @@ inline Answer SWAPTION(Range& Fwd, Range& Qty, Range& Swaptime, Range& Rates, do
   });
 }
 
-inline Answer SWAPTION1(Range& Fwd, Range& Qty, Range& Swaptime, Range& Rates, RangeOrNumber& Strike,
+inline Answer SWAPTION1(Range Fwd, Range Qty, Range Swaptime, Range Rates, RangeOrNumber Strike,
                         double Swapvol, double IntRt, double Expiry, int Opttype, int RetType, int RetMonth) {
   return swaption_result(Rates.count, RetType, RetMonth, [&](SwaptionRecord& record) {
     swaption1_model(Fwd.values, Qty.values, Swaptime.values, Rates.values, Strike.values, Swapvol, IntRt,

@@ -1,7 +1,8 @@
 // Worksheet functions of the European and American options: argument by argument as on the worksheet.
 #pragma once
 
-#include "addin/frame.h"
+#include "functions/answer.h"
+#include "functions/parameters.h"
 #include "models/black_scholes/american_baw.h"
 #include "models/black_scholes/american_tree.h"
 #include "models/black_scholes/boston.h"

@@ -1,7 +1,8 @@
 // Worksheet functions of the strips of options: argument by argument as on the worksheet.
 #pragma once
 
-#include "addin/range_frame.h"
+#include "functions/answer.h"
+#include "functions/parameters.h"
 #include "models/strips/asian_strip.h"
 #include "models/strips/ostrip.h"
 #include "models/strips/ostripsprd.h"
@@ -14,7 +15,7 @@ namespace kestran::worksheet {
 inline Answer OSTRIP2(double Price, double Strike, double NowToSet, int BegDays, int EndDays, int FwdStFlag,
                       double IntRt, double Vol_before, double Vol_after, double PctIndex, double BasisOffset,
                       int OptType, Selector<0, 10> RetType) {
-  if (strip_days_ahead(BegDays, EndDays) > ostrip_most_days) return Answer::failure(xlerrValue);
+  if (strip_days_ahead(BegDays, EndDays) > ostrip_most_days) return Answer::failure(value_code);
   return ostrip_greek({Price, Strike, NowToSet, BegDays, EndDays, FwdStFlag, IntRt, Vol_before, Vol_after,
                        PctIndex, BasisOffset, OptType},
                       RetType);
@@ -31,7 +32,7 @@ inline Answer OSTRIPSPRD(double Price1, double Price2, double Vol1m, double Vol1
                          double Correlm, double Correld, double Strike, double NowToSet, int BegDays,
                          int EndDays, double IntRt, double PctIndex, double BasisOffset, int FwdStFlag,
                          int OptType, Selector<0, 17> RetType) {
-  if (strip_days_ahead(BegDays, EndDays) > ostripsprd_most_days) return Answer::failure(xlerrValue);
+  if (strip_days_ahead(BegDays, EndDays) > ostripsprd_most_days) return Answer::failure(value_code);
   return ostripsprd_greek({Price1, Price2, Vol1m, Vol1d, Vol2m, Vol2d, Correlm, Correld, Strike, NowToSet,
                            BegDays, EndDays, IntRt, PctIndex, BasisOffset, FwdStFlag, OptType},
                           RetType);
@@ -45,7 +46,7 @@ inline bool is_of_one_month(int RetType) {
 inline Answer asian_strip_result(const AsianStrip& strip, int RetType, int RetMonth) {
   if (RetType < 0 || RetType > 9 || strip.m < 0.0 ||
       (is_of_one_month(RetType) && (RetMonth < 1 || RetMonth > strip.L)))
-    return Answer::failure(xlerrValue);
+    return Answer::failure(value_code);
   return asian_strip(strip, RetType, RetMonth);
 }
 
@@ -72,7 +73,7 @@ inline AsianStrip asian_strip_terms(const double* Price, const double* Vol, cons
 
 /// Times are in years. RetType outside 0..9, SetDays below 0, and a RetMonth that is no month of the strip
 /// where the result is one of a month, are #VALUE!.
-inline Answer ASTRIP(Range& Price_rng, Range& Vol_rng, Range& Next_rng, Range& End_rng, Range& Settles_rng,
+inline Answer ASTRIP(Range Price_rng, Range Vol_rng, Range Next_rng, Range End_rng, Range Settles_rng,
                      int SetDays, double Strike, double IntRt, double Correl, double SetPrice, double ToExp,
                      int Opttype, int RetType, int RetMonth) {
   return asian_strip_result(
@@ -82,8 +83,8 @@ inline Answer ASTRIP(Range& Price_rng, Range& Vol_rng, Range& Next_rng, Range& E
 }
 
 /// As ASTRIP, each month with its daily volume.
-inline Answer ASTRIPMV(Range& Price_rng, Range& Vol_rng, Range& Volume_rng, Range& Next_rng, Range& End_rng,
-                       Range& Settles_rng, int SetDays, double Strike, double IntRt, double Correl,
+inline Answer ASTRIPMV(Range Price_rng, Range Vol_rng, Range Volume_rng, Range Next_rng, Range End_rng,
+                       Range Settles_rng, int SetDays, double Strike, double IntRt, double Correl,
                        double SetPrice, double ToExp, int Opttype, int RetType, int RetMonth) {
   AsianStrip strip =
       asian_strip_terms(Price_rng.values, Vol_rng.values, Next_rng.values, End_rng.values, Settles_rng.values,
@@ -137,7 +138,7 @@ inline Answer two_contract_result(const TwoContracts& option, int RetType, int R
                            option.n[1] <= two_contract_most_fixings - option.n[0];
   if (RetType < 0 || RetType > 9 || !fixings_fit ||
       (is_of_one_month(RetType) && RetMonth != 1 && RetMonth != 2))
-    return Answer::failure(xlerrValue);
+    return Answer::failure(value_code);
   return two_contract_sens(option, RetType, RetMonth);
 }
 
@@ -169,8 +170,8 @@ inline Answer xCrudeAPO(double Price1, double Price2, double Vol1, double Vol2, 
 }
 
 /// RetType outside 0..6, and a month of more than a century of days, are #VALUE!: no cell may hang Excel.
-inline Answer YRSTRIP(Range& Price_rng, Range& Strike_rng, Range& IntRt_rng, Range& Vol_rng, Range& ToSet_rng,
-                      Range& BegDays_rng, Range& EndDays_rng, Range& Qty_rng, double AnnualQty, int Opttype,
+inline Answer YRSTRIP(Range Price_rng, Range Strike_rng, Range IntRt_rng, Range Vol_rng, Range ToSet_rng,
+                      Range BegDays_rng, Range EndDays_rng, Range Qty_rng, double AnnualQty, int Opttype,
                       int RetType) {
   YearStrip strip;
   strip.Price = Price_rng.values;
@@ -184,7 +185,7 @@ inline Answer YRSTRIP(Range& Price_rng, Range& Strike_rng, Range& IntRt_rng, Ran
   strip.L = Qty_rng.count;
   strip.AnnualQty = AnnualQty;
   strip.OptType = Opttype;
-  if (RetType < 0 || RetType > 6 || !yrstrip_is_bounded(strip)) return Answer::failure(xlerrValue);
+  if (RetType < 0 || RetType > 6 || !yrstrip_is_bounded(strip)) return Answer::failure(value_code);
   double results[7];
   yrstrip_value(strip, results);
   return results[RetType];

@@ -1,7 +1,8 @@
 // Worksheet functions of the average-price options: argument by argument as on the worksheet.
 #pragma once
 
-#include "addin/frame.h"
+#include "functions/answer.h"
+#include "functions/parameters.h"
 #include "models/asian/asian_fast.h"
 #include "models/asian/asian_geo_cond.h"
 #include "models/asian/asian_spread.h"
@@ -35,7 +36,7 @@ inline Answer ASNSPRD2(double PriceA, double PriceB, double Strike, double IntRt
                        double SetAvgB, int ExpDays, int AvgBegDaysA, int AvgBegDaysB, int OptType,
                        Selector<0, 13> RetType) {
   if (asian_spread_days(ExpDays, AvgBegDaysA, AvgBegDaysB) > asian_spread_most_days)
-    return Answer::failure(xlerrValue);
+    return Answer::failure(value_code);
   return asian_spread_greek({PriceA, PriceB, Strike, IntRt, q1, q2, VolAf, VolBf, VolA, VolB, Correl, SetAvgA,
                              SetAvgB, ExpDays, AvgBegDaysA, AvgBegDaysB, OptType},
                             RetType);
@@ -71,7 +72,7 @@ inline Answer CMPASN(double Price, double IntRt, double Vol1, double Vol2, doubl
   option.rc = CmpIntRt;
   option.CmpOptType = CmpOptType;
   option.steps = Tsteps;
-  if (!compound_asian_is_bounded(option)) return Answer::failure(xlerrValue);
+  if (!compound_asian_is_bounded(option)) return Answer::failure(value_code);
   return compound_asian_greek(option, RetType);
 }
 

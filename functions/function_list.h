@@ -1,10 +1,10 @@
-// The worksheet functions, in the order in which Excel learns of them: the one list from which the entry
-// points and the registration table are made.
+// The worksheet functions, in the order in which Excel learns of them: the one list from which the
+// catalogue, the entry points and the registration table are made.
 //
 //   FUNCTION(name, function, frame, pointers, description, argument names)
 //     name      export and name on the worksheet
-//     function  what computes it: worksheet::function in addin/functions/
-//     frame     how it takes its arguments (see entry_points.cpp)
+//     function  what computes it: worksheet::function in a file of this folder
+//     frame     how it takes its arguments together (see catalogue.cpp)
 //     pointers  how many XLOPER pointers Excel passes
 //   TWINS(name, ...) stands for two rows, xname and name, with one function and a result record each.
 //
@@ -118,7 +118,7 @@ FUNCTION(AdjASTRIP2m, AdjASTRIP2m, LooseScalars, 21, "Crude Asian Option on a St
          "Price1, Price2, Vol1, Vol2, Sig1, Sig2, Next1, Next2, End1, End2, Settle1, Settle2, SetDays, Strike, IntRt, Correl, SetPrice, ToExp, Opttype, RetType, RetMonth")
 TWINS(SWAPTION, SwapRanges, 12, "Option to enter a swap",
       "Fwd, Qty, Swaptime, Rates, Swapvol, Strike, IntRt, Expiry, Opttype, RetType, RetMonth")
-FUNCTION(SWAPTION1, SWAPTION1, EqualSwapRanges, 12, "Option to enter a swap with different fixed prices",
+FUNCTION(SWAPTION1, SWAPTION1, EqualRanges, 12, "Option to enter a swap with different fixed prices",
          "Fwd, Qty, Swaptime, Rates, Strike, Swapvol, IntRt, Expiry, Opttype, RetType, RetMonth")
 // clang-format on
 

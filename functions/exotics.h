@@ -1,7 +1,8 @@
 // Worksheet functions of the single- and two-asset exotics: argument by argument as on the worksheet.
 #pragma once
 
-#include "addin/frame.h"
+#include "functions/answer.h"
+#include "functions/parameters.h"
 #include "models/exotics/barrier.h"
 #include "models/exotics/compound.h"
 #include "models/exotics/heat_rate.h"

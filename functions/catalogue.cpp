@@ -1,0 +1,153 @@
+#include "functions/catalogue.h"
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+#include "functions/asian.h"
+#include "functions/baskets.h"
+#include "functions/black_scholes.h"
+#include "functions/exotics.h"
+#include "functions/intake.h"
+#include "functions/rates.h"
+#include "functions/strips.h"
+
+namespace kestran {
+namespace {
+
+// The frames that function_list.h names.
+constexpr Frame Scalar{Intake::scalars};
+constexpr Frame LooseScalars{Intake::lines};
+constexpr Frame EqualRanges{Intake::lines};
+constexpr Frame BasketRanges{Intake::lines, Length::shortest, FirstCell::uncounted};
+constexpr Frame StripRanges{Intake::lines, Length::last, FirstCell::uncounted};
+constexpr Frame CapRanges{Intake::lines, Length::last, FirstCell::error_passed_on};
+constexpr Frame SwapRanges{Intake::lines, Length::last, FirstCell::error_passed_on, Singles::refused};
+constexpr Frame Blocks{Intake::blocks};
+
+// The worksheet function behind a list of arguments: its kinds, and the call with each argument converted.
+template <auto function>
+struct Signature;
+
+template <class... Parameter, Answer (*function)(Parameter...)>
+struct Signature<function> {
+  static constexpr std::size_t count = sizeof...(Parameter);
+  static constexpr bool takes_ranges = (is_range(Taken<Parameter>::kind) || ...);
+  static_assert(count <= most_arguments);
+  static_assert((int{is_line(Taken<Parameter>::kind)} + ...) <= most_lines);
+  static_assert((int{is_range(Taken<Parameter>::kind)} + ...) <= most_blocks);
+
+  static constexpr std::array<Argument, count> arguments(std::string_view names) {
+    std::array<Argument, count> list{
+        Argument{{}, Taken<Parameter>::kind, Taken<Parameter>::lowest, Taken<Parameter>::highest}...};
+    std::size_t begin = 0;
+    for (Argument& argument : list) {
+      while (names[begin] == ' ') ++begin;
+      const std::size_t end = names.find(',', begin) < names.size() ? names.find(',', begin) : names.size();
+      for (std::size_t i = begin; i < end; ++i) argument.name[i - begin] = names[i];
+      begin = end + 1;
+    }
+    return list;
+  }
+
+  static Answer compute(const double* numbers, const Cells* cells) {
+    return compute(numbers, cells, std::make_index_sequence<count>());
+  }
+
+ private:
+  template <std::size_t... i>
+  static Answer compute(const double* numbers, [[maybe_unused]] const Cells* cells,
+                        std::index_sequence<i...>) {
+    if (!(accepts<Parameter>(numbers[i]) && ...)) return Answer::failure(missing_code);
+    return function(Taken<Parameter>::from(numbers[i], takes_ranges ? cells + i : nullptr)...);
+  }
+  template <class Each>
+  static bool accepts(const double& number) {
+    if constexpr (is_range(Taken<Each>::kind)) {
+      return true;
+    } else {
+      return Taken<Each>::accepts(number);
+    }
+  }
+};
+
+constexpr int commas(std::string_view names) {
+  int count = 0;
+  for (char character : names) count += character == ',';
+  return count;
+}
+
+#define FUNCTION(name, function, frame, pointers, description, names)                    \
+  constexpr auto arguments_of_##name = Signature<worksheet::function>::arguments(names); \
+  static_assert(commas(names) + 1 == Signature<worksheet::function>::count, #name);      \
+  static_assert(pointers >= Signature<worksheet::function>::count, #name);
+#include "functions/function_list.h"
+
+// Operands are read like records; all their cells are there.
+struct OperandReader {
+  using Given = Operand;
+
+  static Holds held(double number) { return number != number ? Holds::nothing : Holds::number; }
+  static Holds holds(const Operand& given) { return given.rows > 0 ? Holds::cells : held(*given.values); }
+  static double number(const Operand& given) { return *given.values; }
+  static int error(const Operand&) { return value_code; }
+
+  class Block {
+   public:
+    explicit Block(const Operand& given) : operand(given) {}
+    bool ready() const { return operand.columns > 0; }
+    int rows() const { return operand.rows; }
+    int columns() const { return operand.columns; }
+    Holds holds(int i) const { return held(operand.values[i]); }
+    double number(int i) const { return operand.values[i]; }
+    int error(int) const { return value_code; }
+
+   private:
+    const Operand& operand;
+  };
+};
+
+char lower(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+bool same_name(const char* name, const char* other) {
+  while (*name != '\0' && lower(*name) == lower(*other)) ++name, ++other;
+  return lower(*name) == lower(*other);
+}
+
+}  // namespace
+
+const Function catalogue[] = {
+#define FUNCTION(name, function, frame, pointers, description, names) \
+  {#name,                                                             \
+   #function,                                                         \
+   description,                                                       \
+   arguments_of_##name.data(),                                        \
+   static_cast<int>(arguments_of_##name.size()),                      \
+   Signature<worksheet::function>::takes_ranges,                      \
+   frame,                                                             \
+   Signature<worksheet::function>::compute},
+#include "functions/function_list.h"
+};
+
+const int catalogue_size = static_cast<int>(std::size(catalogue));
+
+const Function* find_in_catalogue(const char* name) {
+  for (const Function& function : catalogue)
+    if (same_name(function.name, name)) return &function;
+  return nullptr;
+}
+
+Answer price(const Function& function, const Operand* given) {
+  return FrameReader<OperandReader>::evaluate(function, given);
+}
+
+Answer price(const Function& function, const double* numbers) {
+  Operand given[most_arguments];
+  for (int i = 0; i < function.argument_count; ++i) given[i].values = numbers + i;
+  return price(function, given);
+}
+
+}  // namespace kestran

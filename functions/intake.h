@@ -1,0 +1,307 @@
+// How a worksheet function gets its arguments from a host's records: which are taken, what is refused and
+// with which code.
+//
+// A host describes its records by a Reader:
+//   Given                  one argument as the host hands it over
+//   holds, number, error   of an argument
+//   Block                  the cells behind an argument, made from it and released when it goes out of scope:
+//                          ready() (false when they cannot be read now), rows(), columns(), and holds(i),
+//                          number(i), error(i) of cell i, row after row
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "functions/catalogue.h"
+#include "functions/processor_state.h"
+#include "numerics/arrays.h"
+
+namespace kestran {
+
+/// What an argument or a cell holds. Text, logical values and whatever else is no number is `other`.
+enum class Holds { number, error, nothing, cells, other };
+
+constexpr int most_lines = 8;
+constexpr int most_blocks = 9;
+constexpr int go_on = -1;
+
+// Numbers in memory of their own; null when there was none.
+struct OwnedCells : Cells {
+  OwnedCells() = default;
+  ~OwnedCells() { free_dvector(values, 0, count - 1); }
+  OwnedCells(const OwnedCells&) = delete;
+  OwnedCells& operator=(const OwnedCells&) = delete;
+
+  bool allocate(int cells) {
+    values = dvector(0, cells - 1);
+    count = cells;
+    return values != nullptr;
+  }
+};
+
+// The arguments of one call, and what they turned out to be so far.
+struct Taking {
+  double numbers[most_arguments];
+  Cells cells[most_arguments];
+
+  int ranges = 0;          // rows, columns and matrices of several cells
+  int singles = 0;         // numbers, and cells that hold one
+  int standing = 0;        // the same that may stand for each cell of a range; not counted among the singles
+  int shortest = 1;        // cells of the shortest row or column; 1 before the first
+  int remembered = go_on;  // the last error of a frame that reads on
+};
+
+template <class Reader>
+class FrameReader {
+  using Given = typename Reader::Given;
+  using Block = typename Reader::Block;
+
+ public:
+  static Answer evaluate(const Function& function, const Given* given) {
+    const ProcessorState state;
+    switch (function.frame.intake) {
+      case Intake::scalars:
+        return of_scalars(function, given);
+      case Intake::lines:
+        return of_lines(function, given);
+      default:
+        return of_blocks(function, given);
+    }
+  }
+
+ private:
+  static std::int64_t count(const Block& block) { return std::int64_t{block.rows()} * block.columns(); }
+  static bool is_line(const Block& block) { return block.rows() == 1 || block.columns() == 1; }
+
+  // Copies all cells; false when one of them is not a number.
+  static bool copy(const Block& block, double* numbers) {
+    const auto cells = static_cast<int>(count(block));
+    for (int i = 0; i < cells; ++i) {
+      if (block.holds(i) != Holds::number) return false;
+      numbers[i] = block.number(i);
+    }
+    return true;
+  }
+
+  static Answer of_scalars(const Function& function, const Given* given) {
+    double numbers[most_arguments];
+    int last_error = go_on;
+    int counted = 0;
+    for (int i = 0; i < function.argument_count; ++i) {
+      switch (Reader::holds(given[i])) {
+        case Holds::number:
+          numbers[i] = Reader::number(given[i]);
+          ++counted;
+          break;
+        case Holds::nothing:
+          break;
+        case Holds::error:
+          last_error = Reader::error(given[i]);
+          break;
+        case Holds::cells: {
+          const Block block(given[i]);
+          if (!block.ready() || count(block) != 1) return Answer::failure(value_code);
+          const Holds found = block.holds(0);
+          if (found == Holds::number) {
+            numbers[i] = block.number(0);
+            ++counted;
+          } else if (found != Holds::nothing) {
+            last_error = found == Holds::error ? block.error(0) : value_code;
+          }
+          break;
+        }
+        case Holds::other:
+          last_error = value_code;
+      }
+    }
+    if (last_error >= 0 || counted != function.argument_count)
+      return Answer::failure(last_error < 0 ? missing_code : last_error);
+    return function.compute(numbers, nullptr);
+  }
+
+  // The readers of one argument each: go_on, or the code that ends the call at once.
+
+  // A number, a cell, or a row or column of at most 256 cells. A block of several rows and columns is passed
+  // over without counting.
+  static int take_line(const Given& given, ParameterKind kind, Cells& line, Taking& taking) {
+    const Holds held = Reader::holds(given);
+    if (held == Holds::error) return Reader::error(given);
+    if (held == Holds::number) {
+      line.values[0] = Reader::number(given);
+      line.count = 1;
+    } else if (held != Holds::cells) {
+      return value_code;
+    } else {
+      const Block block(given);
+      if (!block.ready() || count(block) > range_cells) return value_code;
+      if (!is_line(block)) return go_on;
+      if (!copy(block, line.values)) return value_code;
+      line.count = static_cast<int>(count(block));
+    }
+    if (line.count > 1) {
+      taking.shortest = taking.ranges == 0 ? line.count : std::min(taking.shortest, line.count);
+      ++taking.ranges;
+    } else {
+      ++(kind == ParameterKind::line_or_number ? taking.standing : taking.singles);
+    }
+    return go_on;
+  }
+
+  // A number, or a row or column, of which the first cell is taken.
+  static int take_first(const Given& given, FirstCell rule, double& number, Taking& taking) {
+    const Holds held = Reader::holds(given);
+    if (held == Holds::error) return Reader::error(given);
+    if (held == Holds::number) {
+      number = Reader::number(given);
+      ++taking.singles;
+      return go_on;
+    }
+    if (held != Holds::cells) return value_code;
+    const Block block(given);
+    if (!block.ready() || !is_line(block)) return value_code;
+    const Holds first = block.holds(0);
+    if (first == Holds::number) {
+      number = block.number(0);
+      ++taking.singles;
+      return go_on;
+    }
+    if (rule == FirstCell::uncounted) return go_on;
+    return rule == FirstCell::error_passed_on && first == Holds::error ? block.error(0) : value_code;
+  }
+
+  // A number, a cell, or a square block with a row for each cell of the ranges so far.
+  static int take_square(const Given& given, OwnedCells& matrix, Taking& taking) {
+    const Holds held = Reader::holds(given);
+    if (held == Holds::error) return Reader::error(given);
+    if (held == Holds::number) {
+      if (!matrix.allocate(1)) return value_code;
+      matrix.values[0] = Reader::number(given);
+      ++taking.singles;
+      return go_on;
+    }
+    if (held != Holds::cells) return value_code;
+    const Block block(given);
+    if (!block.ready() || block.rows() != taking.shortest || block.columns() != taking.shortest)
+      return value_code;
+    if (!matrix.allocate(static_cast<int>(count(block))) || !copy(block, matrix.values)) return value_code;
+    ++(matrix.count == 1 ? taking.singles : taking.ranges);
+    return go_on;
+  }
+
+  // In a frame of blocks an argument that is no number does not count, but lets the reading go on. True when
+  // the argument was dealt with.
+  static bool take_plain(const Given& given, double& number, Taking& taking) {
+    const Holds held = Reader::holds(given);
+    if (held == Holds::cells) return false;
+    if (held == Holds::number) {
+      number = Reader::number(given);
+      ++taking.singles;
+    } else {
+      taking.remembered = held == Holds::error ? Reader::error(given) : value_code;
+    }
+    return true;
+  }
+
+  // A number, a cell, or a block of any shape of at most `capacity` cells.
+  static int take_block(const Given& given, int capacity, OwnedCells& cells, Taking& taking) {
+    if (Reader::holds(given) == Holds::nothing) return value_code;
+    double number = 0.0;
+    if (take_plain(given, number, taking)) {
+      if (!cells.allocate(1)) return value_code;
+      cells.values[0] = number;
+      return go_on;
+    }
+    const Block block(given);
+    if (!block.ready()) return value_code;
+    if (count(block) > capacity) return taking.remembered < 0 ? missing_code : taking.remembered;
+    if (!cells.allocate(static_cast<int>(count(block))) || !copy(block, cells.values)) return value_code;
+    ++taking.singles;
+    return go_on;
+  }
+
+  // The same for an argument that must be a single number or cell.
+  static int take_cell(const Given& given, double& number, Taking& taking) {
+    if (Reader::holds(given) == Holds::nothing) return value_code;
+    if (take_plain(given, number, taking)) return go_on;
+    const Block block(given);
+    if (!block.ready() || count(block) != 1 || !copy(block, &number)) return value_code;
+    ++taking.singles;
+    return go_on;
+  }
+
+  static Answer of_lines(const Function& function, const Given* given) {
+    double storage[most_lines][range_cells];
+    OwnedCells matrix;
+    Taking taking;
+    int lines = 0;
+    int ranges = 0;
+    for (int i = 0; i < function.argument_count; ++i) {
+      const ParameterKind kind = function.arguments[i].kind;
+      int error;
+      ranges += is_range(kind);
+      if (kind == ParameterKind::square) {
+        error = take_square(given[i], matrix, taking);
+        taking.cells[i] = matrix;
+      } else if (is_range(kind)) {
+        taking.cells[i].values = storage[lines++];
+        error = take_line(given[i], kind, taking.cells[i], taking);
+      } else {
+        error = take_first(given[i], function.frame.first_cell, taking.numbers[i], taking);
+      }
+      if (error != go_on) return Answer::failure(error);
+    }
+    const bool several =
+        taking.ranges + taking.standing == ranges && taking.singles == function.argument_count - ranges;
+    const bool one_each = function.frame.singles == Singles::priced &&
+                          taking.singles + taking.standing == function.argument_count;
+    if ((!several && !one_each) || !fit_lines(function, taking)) return Answer::failure(value_code);
+    return function.compute(taking.numbers, taking.cells);
+  }
+
+  // Gives each row and column the number of cells that the function uses; false when they do not fit
+  // together.
+  static bool fit_lines(const Function& function, Taking& taking) {
+    int last = 1;
+    int longest = 1;
+    for (int i = 0; i < function.argument_count; ++i) {
+      if (!kestran::is_line(function.arguments[i].kind)) continue;
+      if (taking.cells[i].count > 1) last = taking.cells[i].count;
+      longest = std::max(longest, taking.cells[i].count);
+    }
+    const Length length = function.frame.length;
+    const int cells = length == Length::last ? last : taking.shortest;
+    if (taking.shortest < cells || (length == Length::equal && longest > taking.shortest)) return false;
+    for (int i = 0; i < function.argument_count; ++i) {
+      if (!kestran::is_line(function.arguments[i].kind)) continue;
+      Cells& line = taking.cells[i];
+      if (line.count == 1) std::fill_n(line.values, cells, line.values[0]);
+      line.count = cells;
+    }
+    return true;
+  }
+
+  static Answer of_blocks(const Function& function, const Given* given) {
+    OwnedCells blocks[most_blocks];
+    Taking taking;
+    int used = 0;
+    for (int i = 0; i < function.argument_count; ++i) {
+      const ParameterKind kind = function.arguments[i].kind;
+      int error;
+      if (is_range(kind)) {
+        OwnedCells& block = blocks[used++];
+        error = take_block(given[i], kind == ParameterKind::triangle ? correlation_cells : range_cells, block,
+                           taking);
+        taking.cells[i] = block;
+      } else {
+        error = take_cell(given[i], taking.numbers[i], taking);
+      }
+      if (error != go_on) return Answer::failure(error);
+    }
+    if (taking.remembered >= 0 || taking.singles != function.argument_count)
+      return Answer::failure(taking.remembered < 0 ? missing_code : taking.remembered);
+    return function.compute(taking.numbers, taking.cells);
+  }
+};
+
+}  // namespace kestran
