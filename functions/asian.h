@@ -36,7 +36,7 @@ inline Answer ASNSPRD2(double PriceA, double PriceB, double Strike, double IntRt
                        double SetAvgB, int ExpDays, int AvgBegDaysA, int AvgBegDaysB, int OptType,
                        Selector<0, 13> RetType) {
   if (asian_spread_days(ExpDays, AvgBegDaysA, AvgBegDaysB) > asian_spread_most_days)
-    return Answer::failure(value_code);
+    return Answer::failure(value_code, Reason::days);
   return asian_spread_greek({PriceA, PriceB, Strike, IntRt, q1, q2, VolAf, VolBf, VolA, VolB, Correl, SetAvgA,
                              SetAvgB, ExpDays, AvgBegDaysA, AvgBegDaysB, OptType},
                             RetType);
@@ -72,7 +72,7 @@ inline Answer CMPASN(double Price, double IntRt, double Vol1, double Vol2, doubl
   option.rc = CmpIntRt;
   option.CmpOptType = CmpOptType;
   option.steps = Tsteps;
-  if (!compound_asian_is_bounded(option)) return Answer::failure(value_code);
+  if (!compound_asian_is_bounded(option)) return Answer::failure(value_code, Reason::fixings);
   return compound_asian_greek(option, RetType);
 }
 

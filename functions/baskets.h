@@ -33,7 +33,7 @@ inline Answer BASVOLT(Basket Fwd_rng, Basket Vol_rng, Basket Weight_rng, Basket 
   const int n = Fwd_rng.count;
   if (Vol_rng.count != n || Weight_rng.count != n || Tset_rng.count != n ||
       Correl_rng.count != n * (n - 1) / 2)
-    return Answer::failure(missing_code);
+    return Answer::failure(missing_code, Reason::sizes);
   return basket_vol_tset(Fwd_rng.values, Vol_rng.values, Weight_rng.values, Tset_rng.values,
                          Correl_rng.values, ExpTime, RetType, n);
 }
@@ -47,7 +47,7 @@ inline Answer BASCORR(Basket Fwd1_rng, Basket Fwd2_rng, Basket Vol1_rng, Basket 
   const int n2 = Fwd2_rng.count;
   if (Vol1_rng.count != n1 || Weight1_rng.count != n1 || Tset1_rng.count != n1 || Vol2_rng.count != n2 ||
       Weight2_rng.count != n2 || Tset2_rng.count != n2 || Correl_rng.count != (n1 + n2) * (n1 + n2 - 1) / 2)
-    return Answer::failure(missing_code);
+    return Answer::failure(missing_code, Reason::sizes);
   return basket_correl_tset(Fwd1_rng.values, Fwd2_rng.values, Vol1_rng.values, Vol2_rng.values,
                             Weight1_rng.values, Weight2_rng.values, Tset1_rng.values, Tset2_rng.values,
                             Correl_rng.values, ExpTime, n1, n2);
@@ -58,7 +58,7 @@ inline Answer PPLUS(double SA1, double SA2, double SB1, double SB2, double DaysS
                     double VolA1, double VolA2, double VolB1, double VolB2, double CorrA1A2, double CorrB1B2,
                     double CorrA1B1, double CorrA2B1, double CorrA1B2, double CorrA2B2, double Strike,
                     double IR, double Tmat, int Opttype, int Risk, int Aflag, int Bflag) {
-  if (Risk < 0 || Risk > 24) return Answer::failure(value_code);
+  if (Risk < 0 || Risk > 24) return Answer::failure(value_code, Reason::result);
   return pplus_greek({{SA1, SA2, SB1, SB2},
                       {VolA1, VolA2, VolB1, VolB2},
                       {CorrA1A2, CorrB1B2, CorrA1B1, CorrA2B1, CorrA1B2, CorrA2B2},

@@ -59,8 +59,16 @@ struct Signature<function> {
   template <std::size_t... i>
   static Answer compute(const double* numbers, [[maybe_unused]] const Cells* cells,
                         std::index_sequence<i...>) {
-    if (!(accepts<Parameter>(numbers[i]) && ...)) return Answer::failure(missing_code);
+    int at = -1;
+    if (!((++at, accepts<Parameter>(numbers[i])) && ...))
+      return Answer::failure(missing_code, refuses_signs(at) ? Reason::wrong_sign : Reason::out_of_range, at);
     return function(Taken<Parameter>::from(numbers[i], takes_ranges ? cells + i : nullptr)...);
+  }
+  static bool refuses_signs(int at) {
+    constexpr bool signs[] = {(Taken<Parameter>::kind == ParameterKind::positive ||
+                               Taken<Parameter>::kind == ParameterKind::not_negative ||
+                               Taken<Parameter>::kind == ParameterKind::not_negative_days)...};
+    return signs[at];
   }
   template <class Each>
   static bool accepts(const double& number) {

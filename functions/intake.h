@@ -24,7 +24,17 @@ enum class Holds { number, error, nothing, cells, other };
 
 constexpr int most_lines = 8;
 constexpr int most_blocks = 9;
-constexpr int go_on = -1;
+
+// Why an argument ends the call, or, remembered, will end it.
+struct Refusal {
+  int code = -1;
+  Reason reason = Reason::none;
+  int argument = -1;
+
+  explicit operator bool() const { return code >= 0; }
+  Answer answer() const { return Answer::failure(code, reason, argument); }
+};
+constexpr Refusal go_on;
 
 // Numbers in memory of their own; null when there was none.
 struct OwnedCells : Cells {
@@ -45,11 +55,12 @@ struct Taking {
   double numbers[most_arguments];
   Cells cells[most_arguments];
 
-  int ranges = 0;          // rows, columns and matrices of several cells
-  int singles = 0;         // numbers, and cells that hold one
-  int standing = 0;        // the same that may stand for each cell of a range; not counted among the singles
-  int shortest = 1;        // cells of the shortest row or column; 1 before the first
-  int remembered = go_on;  // the last error of a frame that reads on
+  int ranges = 0;        // rows, columns and matrices of several cells
+  int singles = 0;       // numbers, and cells that hold one
+  int standing = 0;      // the same that may stand for each cell of a range; not counted among the singles
+  int shortest = 1;      // cells of the shortest row or column; 1 before the first
+  Refusal remembered;    // the last error of a frame that reads on
+  int passed_over = -1;  // a range that did not count, by its place
 };
 
 template <class Reader>
@@ -72,7 +83,7 @@ class FrameReader {
 
  private:
   static std::int64_t count(const Block& block) { return std::int64_t{block.rows()} * block.columns(); }
-  static bool is_line(const Block& block) { return block.rows() == 1 || block.columns() == 1; }
+  static bool is_one_line(const Block& block) { return block.rows() == 1 || block.columns() == 1; }
 
   // Copies all cells; false when one of them is not a number.
   static bool copy(const Block& block, double* numbers) {
@@ -86,57 +97,67 @@ class FrameReader {
 
   static Answer of_scalars(const Function& function, const Given* given) {
     double numbers[most_arguments];
-    int last_error = go_on;
-    int counted = 0;
+    Refusal last_error;
+    int missing = -1;
     for (int i = 0; i < function.argument_count; ++i) {
       switch (Reader::holds(given[i])) {
         case Holds::number:
           numbers[i] = Reader::number(given[i]);
-          ++counted;
           break;
         case Holds::nothing:
+          missing = missing < 0 ? i : missing;
           break;
         case Holds::error:
-          last_error = Reader::error(given[i]);
+          last_error = {Reader::error(given[i]), Reason::error_value, i};
           break;
         case Holds::cells: {
           const Block block(given[i]);
-          if (!block.ready() || count(block) != 1) return Answer::failure(value_code);
+          if (!block.ready()) return Answer::failure(value_code, Reason::unreadable, i);
+          if (count(block) != 1) return Answer::failure(value_code, Reason::several_cells, i);
           const Holds found = block.holds(0);
-          if (found == Holds::number) {
+          if (found == Holds::number)
             numbers[i] = block.number(0);
-            ++counted;
-          } else if (found != Holds::nothing) {
-            last_error = found == Holds::error ? block.error(0) : value_code;
-          }
+          else if (found == Holds::nothing)
+            missing = missing < 0 ? i : missing;
+          else if (found == Holds::error)
+            last_error = {block.error(0), Reason::error_value, i};
+          else
+            last_error = {value_code, Reason::no_number, i};
           break;
         }
         case Holds::other:
-          last_error = value_code;
+          last_error = {value_code, Reason::no_number, i};
       }
     }
-    if (last_error >= 0 || counted != function.argument_count)
-      return Answer::failure(last_error < 0 ? missing_code : last_error);
+    if (last_error) return last_error.answer();
+    if (missing >= 0) return Answer::failure(missing_code, Reason::missing, missing);
     return function.compute(numbers, nullptr);
   }
 
-  // The readers of one argument each: go_on, or the code that ends the call at once.
+  // A number is wanted and is not there.
+  static Refusal no_number(const Given& given) {
+    const Holds held = Reader::holds(given);
+    if (held == Holds::error) return {Reader::error(given), Reason::error_value};
+    return {value_code, held == Holds::nothing ? Reason::missing : Reason::no_number};
+  }
+
+  // The readers of one argument each: go_on, or what ends the call at once.
 
   // A number, a cell, or a row or column of at most 256 cells. A block of several rows and columns is passed
   // over without counting.
-  static int take_line(const Given& given, ParameterKind kind, Cells& line, Taking& taking) {
+  static Refusal take_line(const Given& given, ParameterKind kind, Cells& line, Taking& taking) {
     const Holds held = Reader::holds(given);
-    if (held == Holds::error) return Reader::error(given);
     if (held == Holds::number) {
       line.values[0] = Reader::number(given);
       line.count = 1;
     } else if (held != Holds::cells) {
-      return value_code;
+      return no_number(given);
     } else {
       const Block block(given);
-      if (!block.ready() || count(block) > range_cells) return value_code;
-      if (!is_line(block)) return go_on;
-      if (!copy(block, line.values)) return value_code;
+      if (!block.ready()) return {value_code, Reason::unreadable};
+      if (count(block) > range_cells) return {value_code, Reason::too_many_cells};
+      if (!is_one_line(block)) return go_on;
+      if (!copy(block, line.values)) return {value_code, Reason::bad_cell};
       line.count = static_cast<int>(count(block));
     }
     if (line.count > 1) {
@@ -149,17 +170,17 @@ class FrameReader {
   }
 
   // A number, or a row or column, of which the first cell is taken.
-  static int take_first(const Given& given, FirstCell rule, double& number, Taking& taking) {
+  static Refusal take_first(const Given& given, FirstCell rule, double& number, Taking& taking) {
     const Holds held = Reader::holds(given);
-    if (held == Holds::error) return Reader::error(given);
     if (held == Holds::number) {
       number = Reader::number(given);
       ++taking.singles;
       return go_on;
     }
-    if (held != Holds::cells) return value_code;
+    if (held != Holds::cells) return no_number(given);
     const Block block(given);
-    if (!block.ready() || !is_line(block)) return value_code;
+    if (!block.ready()) return {value_code, Reason::unreadable};
+    if (!is_one_line(block)) return {value_code, Reason::rows_and_columns};
     const Holds first = block.holds(0);
     if (first == Holds::number) {
       number = block.number(0);
@@ -167,24 +188,27 @@ class FrameReader {
       return go_on;
     }
     if (rule == FirstCell::uncounted) return go_on;
-    return rule == FirstCell::error_passed_on && first == Holds::error ? block.error(0) : value_code;
+    if (rule == FirstCell::error_passed_on && first == Holds::error)
+      return {block.error(0), Reason::error_value};
+    return {value_code, Reason::bad_cell};
   }
 
   // A number, a cell, or a square block with a row for each cell of the ranges so far.
-  static int take_square(const Given& given, OwnedCells& matrix, Taking& taking) {
+  static Refusal take_square(const Given& given, OwnedCells& matrix, Taking& taking) {
     const Holds held = Reader::holds(given);
-    if (held == Holds::error) return Reader::error(given);
     if (held == Holds::number) {
-      if (!matrix.allocate(1)) return value_code;
+      if (!matrix.allocate(1)) return {value_code, Reason::no_memory};
       matrix.values[0] = Reader::number(given);
       ++taking.singles;
       return go_on;
     }
-    if (held != Holds::cells) return value_code;
+    if (held != Holds::cells) return no_number(given);
     const Block block(given);
-    if (!block.ready() || block.rows() != taking.shortest || block.columns() != taking.shortest)
-      return value_code;
-    if (!matrix.allocate(static_cast<int>(count(block))) || !copy(block, matrix.values)) return value_code;
+    if (!block.ready()) return {value_code, Reason::unreadable};
+    if (block.rows() != taking.shortest || block.columns() != taking.shortest)
+      return {value_code, Reason::not_square};
+    if (!matrix.allocate(static_cast<int>(count(block)))) return {value_code, Reason::no_memory};
+    if (!copy(block, matrix.values)) return {value_code, Reason::bad_cell};
     ++(matrix.count == 1 ? taking.singles : taking.ranges);
     return go_on;
   }
@@ -198,34 +222,38 @@ class FrameReader {
       number = Reader::number(given);
       ++taking.singles;
     } else {
-      taking.remembered = held == Holds::error ? Reader::error(given) : value_code;
+      taking.remembered = no_number(given);
     }
     return true;
   }
 
   // A number, a cell, or a block of any shape of at most `capacity` cells.
-  static int take_block(const Given& given, int capacity, OwnedCells& cells, Taking& taking) {
-    if (Reader::holds(given) == Holds::nothing) return value_code;
+  static Refusal take_block(const Given& given, int capacity, OwnedCells& cells, Taking& taking) {
+    if (Reader::holds(given) == Holds::nothing) return {value_code, Reason::missing};
     double number = 0.0;
     if (take_plain(given, number, taking)) {
-      if (!cells.allocate(1)) return value_code;
+      if (!cells.allocate(1)) return {value_code, Reason::no_memory};
       cells.values[0] = number;
       return go_on;
     }
     const Block block(given);
-    if (!block.ready()) return value_code;
-    if (count(block) > capacity) return taking.remembered < 0 ? missing_code : taking.remembered;
-    if (!cells.allocate(static_cast<int>(count(block))) || !copy(block, cells.values)) return value_code;
+    if (!block.ready()) return {value_code, Reason::unreadable};
+    if (count(block) > capacity)
+      return taking.remembered ? taking.remembered : Refusal{missing_code, Reason::too_many_cells};
+    if (!cells.allocate(static_cast<int>(count(block)))) return {value_code, Reason::no_memory};
+    if (!copy(block, cells.values)) return {value_code, Reason::bad_cell};
     ++taking.singles;
     return go_on;
   }
 
   // The same for an argument that must be a single number or cell.
-  static int take_cell(const Given& given, double& number, Taking& taking) {
-    if (Reader::holds(given) == Holds::nothing) return value_code;
+  static Refusal take_cell(const Given& given, double& number, Taking& taking) {
+    if (Reader::holds(given) == Holds::nothing) return {value_code, Reason::missing};
     if (take_plain(given, number, taking)) return go_on;
     const Block block(given);
-    if (!block.ready() || count(block) != 1 || !copy(block, &number)) return value_code;
+    if (!block.ready()) return {value_code, Reason::unreadable};
+    if (count(block) != 1) return {value_code, Reason::several_cells};
+    if (!copy(block, &number)) return {value_code, Reason::bad_cell};
     ++taking.singles;
     return go_on;
   }
@@ -238,47 +266,69 @@ class FrameReader {
     int ranges = 0;
     for (int i = 0; i < function.argument_count; ++i) {
       const ParameterKind kind = function.arguments[i].kind;
-      int error;
+      const int counted = taking.ranges + taking.singles + taking.standing;
+      Refusal refusal;
       ranges += is_range(kind);
       if (kind == ParameterKind::square) {
-        error = take_square(given[i], matrix, taking);
+        refusal = take_square(given[i], matrix, taking);
         taking.cells[i] = matrix;
       } else if (is_range(kind)) {
         taking.cells[i].values = storage[lines++];
-        error = take_line(given[i], kind, taking.cells[i], taking);
+        refusal = take_line(given[i], kind, taking.cells[i], taking);
       } else {
-        error = take_first(given[i], function.frame.first_cell, taking.numbers[i], taking);
+        refusal = take_first(given[i], function.frame.first_cell, taking.numbers[i], taking);
       }
-      if (error != go_on) return Answer::failure(error);
+      if (refusal) return Answer::failure(refusal.code, refusal.reason, i);
+      if (taking.ranges + taking.singles + taking.standing == counted) taking.passed_over = i;
     }
     const bool several =
         taking.ranges + taking.standing == ranges && taking.singles == function.argument_count - ranges;
     const bool one_each = function.frame.singles == Singles::priced &&
                           taking.singles + taking.standing == function.argument_count;
-    if ((!several && !one_each) || !fit_lines(function, taking)) return Answer::failure(value_code);
+    if (!several && !one_each) return misfit(function, taking);
+    const int longer = fit_lines(function, taking);
+    if (longer >= 0) return Answer::failure(value_code, Reason::length, longer);
     return function.compute(taking.numbers, taking.cells);
   }
 
-  // Gives each row and column the number of cells that the function uses; false when they do not fit
-  // together.
-  static bool fit_lines(const Function& function, Taking& taking) {
+  // Arguments that are all in order but not of one kind: the reason why not.
+  static Answer misfit(const Function& function, const Taking& taking) {
+    const int over = taking.passed_over;
+    if (over >= 0) {
+      const bool range = is_range(function.arguments[over].kind);
+      return Answer::failure(value_code, range ? Reason::rows_and_columns : Reason::bad_cell, over);
+    }
+    for (int i = 0; i < function.argument_count && taking.ranges > 0; ++i)
+      if (function.arguments[i].kind != ParameterKind::line_or_number &&
+          is_range(function.arguments[i].kind) && taking.cells[i].count == 1)
+        return Answer::failure(value_code, Reason::beside_ranges, i);
+    return Answer::failure(value_code, Reason::single_strip);
+  }
+
+  // Gives each row and column the number of cells that the function uses, and -1; or the place of one whose
+  // length does not fit.
+  static int fit_lines(const Function& function, Taking& taking) {
     int last = 1;
     int longest = 1;
     for (int i = 0; i < function.argument_count; ++i) {
-      if (!kestran::is_line(function.arguments[i].kind)) continue;
+      if (!is_line(function.arguments[i].kind)) continue;
       if (taking.cells[i].count > 1) last = taking.cells[i].count;
       longest = std::max(longest, taking.cells[i].count);
     }
     const Length length = function.frame.length;
     const int cells = length == Length::last ? last : taking.shortest;
-    if (taking.shortest < cells || (length == Length::equal && longest > taking.shortest)) return false;
+    const bool refused = taking.shortest < cells || (length == Length::equal && longest > taking.shortest);
     for (int i = 0; i < function.argument_count; ++i) {
-      if (!kestran::is_line(function.arguments[i].kind)) continue;
+      if (!is_line(function.arguments[i].kind)) continue;
       Cells& line = taking.cells[i];
+      if (refused) {
+        if (line.count > 1 && line.count != (length == Length::last ? cells : longest)) return i;
+        continue;
+      }
       if (line.count == 1) std::fill_n(line.values, cells, line.values[0]);
       line.count = cells;
     }
-    return true;
+    return -1;
   }
 
   static Answer of_blocks(const Function& function, const Given* given) {
@@ -287,19 +337,20 @@ class FrameReader {
     int used = 0;
     for (int i = 0; i < function.argument_count; ++i) {
       const ParameterKind kind = function.arguments[i].kind;
-      int error;
+      Refusal refusal;
       if (is_range(kind)) {
         OwnedCells& block = blocks[used++];
-        error = take_block(given[i], kind == ParameterKind::triangle ? correlation_cells : range_cells, block,
-                           taking);
+        refusal = take_block(given[i], kind == ParameterKind::triangle ? correlation_cells : range_cells,
+                             block, taking);
         taking.cells[i] = block;
       } else {
-        error = take_cell(given[i], taking.numbers[i], taking);
+        refusal = take_cell(given[i], taking.numbers[i], taking);
       }
-      if (error != go_on) return Answer::failure(error);
+      if (taking.remembered && taking.remembered.argument < 0) taking.remembered.argument = i;
+      if (refusal)
+        return Answer::failure(refusal.code, refusal.reason, refusal.argument < 0 ? i : refusal.argument);
     }
-    if (taking.remembered >= 0 || taking.singles != function.argument_count)
-      return Answer::failure(taking.remembered < 0 ? missing_code : taking.remembered);
+    if (taking.remembered) return taking.remembered.answer();
     return function.compute(taking.numbers, taking.cells);
   }
 };

@@ -13,7 +13,7 @@ namespace kestran::worksheet {
 inline Answer XCAP(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng, Range Qty_rng,
                    double StripVol, double CfStrike, double CompStrike, Years OptExpDays, double OptIntRt,
                    int OptType, int RetType, int Tsteps) {
-  if (Tsteps < 0 || Tsteps > xcap_most_steps) return Answer::failure(value_code);
+  if (Tsteps < 0 || Tsteps > xcap_most_steps) return Answer::failure(value_code, Reason::tree_steps);
   for (int i = 0; i < ExpDays_rng.count; ++i) ExpDays_rng.values[i] /= days_per_year;
   CapOption option;
   option.Price = Price_rng.values;
@@ -83,8 +83,8 @@ inline Answer XCOL(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDay
 template <class Model>
 Answer swaption_result(int n, int RetType, int RetMonth, const Model& model) {
   const bool by_period = RetType == 1 || RetType == 2 || RetType == 6 || RetType == 7;
-  if (RetType < 0 || RetType > 7 || (by_period && (RetMonth < 1 || RetMonth > n)))
-    return Answer::failure(value_code);
+  if (RetType < 0 || RetType > 7) return Answer::failure(value_code, Reason::result);
+  if (by_period && (RetMonth < 1 || RetMonth > n)) return Answer::failure(value_code, Reason::month);
   double periods[4][range_cells];
   SwaptionRecord record;
   record.delta_by_period = periods[0];

@@ -15,7 +15,7 @@ namespace kestran::worksheet {
 inline Answer OSTRIP2(double Price, double Strike, double NowToSet, int BegDays, int EndDays, int FwdStFlag,
                       double IntRt, double Vol_before, double Vol_after, double PctIndex, double BasisOffset,
                       int OptType, Selector<0, 10> RetType) {
-  if (strip_days_ahead(BegDays, EndDays) > ostrip_most_days) return Answer::failure(value_code);
+  if (strip_days_ahead(BegDays, EndDays) > ostrip_most_days) return Answer::failure(value_code, Reason::days);
   return ostrip_greek({Price, Strike, NowToSet, BegDays, EndDays, FwdStFlag, IntRt, Vol_before, Vol_after,
                        PctIndex, BasisOffset, OptType},
                       RetType);
@@ -32,7 +32,8 @@ inline Answer OSTRIPSPRD(double Price1, double Price2, double Vol1m, double Vol1
                          double Correlm, double Correld, double Strike, double NowToSet, int BegDays,
                          int EndDays, double IntRt, double PctIndex, double BasisOffset, int FwdStFlag,
                          int OptType, Selector<0, 17> RetType) {
-  if (strip_days_ahead(BegDays, EndDays) > ostripsprd_most_days) return Answer::failure(value_code);
+  if (strip_days_ahead(BegDays, EndDays) > ostripsprd_most_days)
+    return Answer::failure(value_code, Reason::days);
   return ostripsprd_greek({Price1, Price2, Vol1m, Vol1d, Vol2m, Vol2d, Correlm, Correld, Strike, NowToSet,
                            BegDays, EndDays, IntRt, PctIndex, BasisOffset, FwdStFlag, OptType},
                           RetType);
@@ -44,9 +45,10 @@ inline bool is_of_one_month(int RetType) {
 }
 
 inline Answer asian_strip_result(const AsianStrip& strip, int RetType, int RetMonth) {
-  if (RetType < 0 || RetType > 9 || strip.m < 0.0 ||
-      (is_of_one_month(RetType) && (RetMonth < 1 || RetMonth > strip.L)))
-    return Answer::failure(value_code);
+  if (RetType < 0 || RetType > 9) return Answer::failure(value_code, Reason::result);
+  if (strip.m < 0.0) return Answer::failure(value_code, Reason::fixings_made);
+  if (is_of_one_month(RetType) && (RetMonth < 1 || RetMonth > strip.L))
+    return Answer::failure(value_code, Reason::month);
   return asian_strip(strip, RetType, RetMonth);
 }
 
@@ -136,9 +138,10 @@ inline Answer two_contract_result(const TwoContracts& option, int RetType, int R
   const bool fixings_fit = option.n[0] >= 0 && option.n[1] >= 0 && option.m >= 0 &&
                            option.n[0] <= two_contract_most_fixings &&
                            option.n[1] <= two_contract_most_fixings - option.n[0];
-  if (RetType < 0 || RetType > 9 || !fixings_fit ||
-      (is_of_one_month(RetType) && RetMonth != 1 && RetMonth != 2))
-    return Answer::failure(value_code);
+  if (RetType < 0 || RetType > 9) return Answer::failure(value_code, Reason::result);
+  if (!fixings_fit) return Answer::failure(value_code, Reason::fixings);
+  if (is_of_one_month(RetType) && RetMonth != 1 && RetMonth != 2)
+    return Answer::failure(value_code, Reason::month);
   return two_contract_sens(option, RetType, RetMonth);
 }
 
@@ -185,7 +188,8 @@ inline Answer YRSTRIP(Range Price_rng, Range Strike_rng, Range IntRt_rng, Range 
   strip.L = Qty_rng.count;
   strip.AnnualQty = AnnualQty;
   strip.OptType = Opttype;
-  if (RetType < 0 || RetType > 6 || !yrstrip_is_bounded(strip)) return Answer::failure(value_code);
+  if (RetType < 0 || RetType > 6) return Answer::failure(value_code, Reason::result);
+  if (!yrstrip_is_bounded(strip)) return Answer::failure(value_code, Reason::days);
   double results[7];
   yrstrip_value(strip, results);
   return results[RetType];

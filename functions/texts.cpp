@@ -1,0 +1,76 @@
+#include "functions/texts.h"
+
+#include <cstring>
+
+#include "functions/shared_texts.h"
+
+namespace kestran {
+
+static constexpr const FamilyText* all_families[] = {&black_scholes_texts};
+const List<const FamilyText*> families(all_families);
+
+const char* unit_name(Unit unit) {
+  switch (unit) {
+    case Unit::price:
+      return "price";
+    case Unit::amount:
+      return "money";
+    case Unit::rate:
+      return "continuous, per year";
+    case Unit::semiannual:
+      return "semi-annual, per year";
+    case Unit::volatility:
+      return "per year";
+    case Unit::price_volatility:
+      return "price per root of a year";
+    case Unit::days:
+      return "calendar days";
+    case Unit::whole_days:
+      return "whole calendar days";
+    case Unit::trading_days:
+      return "trading days";
+    case Unit::years:
+      return "years";
+    case Unit::count:
+      return "number";
+    case Unit::quantity:
+      return "quantity";
+    case Unit::correlation:
+      return "-1 to 1";
+    case Unit::weight:
+      return "factor";
+    case Unit::ratio:
+      return "ratio";
+    case Unit::selector:
+      break;
+  }
+  return "selector";
+}
+
+// Twins compare equal by the name of what computes them; a function whose twin differs has no text of its
+// own.
+const FunctionText& text_of(const Function& function) {
+  const char* names[] = {function.computed_by, function.name + (function.name[0] == 'x')};
+  for (const char* name : names)
+    for (const FamilyText* family : families)
+      for (const FunctionText& text : family->functions)
+        if (std::strcmp(text.name, name) == 0) return text;
+  return families[0]->functions[0];  // never: a test asks for the text of every function
+}
+
+int result_argument(const Function& function) {
+  for (int i = 0; i < function.argument_count; ++i)
+    if (std::strcmp(function.arguments[i].name, "RetType") == 0 ||
+        std::strcmp(function.arguments[i].name, "Risk") == 0)
+      return i;
+  return -1;
+}
+
+const ResultText* result_text(const FunctionText& text, int selector) {
+  for (const ResultText& result : text.results)
+    if (result.selector == selector || (result.each == ResultText::of_period && selector > result.selector))
+      return &result;
+  return nullptr;
+}
+
+}  // namespace kestran

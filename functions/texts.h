@@ -1,0 +1,100 @@
+// What the arguments and results of the worksheet functions mean: the one source of every host's help and of
+// the tables in README and docs/functions.md. Twins share their texts.
+#pragma once
+
+#include <limits>
+
+#include "functions/catalogue.h"
+
+namespace kestran {
+
+template <class Item>
+struct List {
+  const Item* items = nullptr;
+  int count = 0;
+
+  constexpr List() = default;
+  template <int size>
+  constexpr List(const Item (&array)[size]) : items(array), count(size) {}
+  const Item* begin() const { return items; }
+  const Item* end() const { return items + count; }
+  const Item& operator[](int i) const { return items[i]; }
+};
+
+enum class Unit : unsigned char {
+  price,             // money per unit of the underlying
+  amount,            // money
+  rate,              // continuous, per year
+  semiannual,        // a rate compounded twice a year
+  volatility,        // per root of a year, as a share of the price
+  price_volatility,  // the same in units of price
+  days,              // calendar days, need not be whole
+  whole_days,        // calendar days, truncated
+  trading_days,
+  years,
+  count,        // a number of things, truncated
+  quantity,     // of the underlying, any unit
+  correlation,  // -1 to 1
+  weight,       // a plain factor
+  ratio,        // one price over another
+  selector      // one of the choices
+};
+
+/// "per year", "days" and the like, for people.
+const char* unit_name(Unit unit);
+
+struct Choice {
+  int value;
+  const char* meaning;
+};
+
+constexpr double none = std::numeric_limits<double>::quiet_NaN();
+
+struct ArgumentText {
+  const char* name;
+  const char* meaning;  // stands alone
+  Unit unit;
+  double low = none;  // a range over which a picture says something
+  double high = none;
+  double recommended = none;
+  List<Choice> choices = {};
+  const char* other_choices = nullptr;  // what any other number means; null when it is refused
+};
+
+struct ResultText {
+  int selector;         // the RetType that asks for it
+  const char* name;     // one word, the same for what is the same in all functions
+  const char* meaning;  // stands alone
+  const char* unit;
+  enum Each : unsigned char { one, of_month, of_period } each = one;
+  // of_month: RetMonth says of which; of_period: selector + k asks for period k, counted from 0
+};
+
+struct FunctionText {
+  const char* name;  // without the x of a twin
+  const char* headline;
+  const char* prices;                   // what it prices and how, in one to three sentences
+  List<const ArgumentText*> arguments;  // in worksheet order
+  List<ResultText> results;
+  const char* accuracy;  // how far to trust it
+  const char* related;   // names of functions to look at as well, separated by ", "; empty for none
+  const char* example;   // a call that prices
+};
+
+struct FamilyText {
+  const char* title;
+  List<FunctionText> functions;
+};
+
+/// In the order of the README.
+extern const List<const FamilyText*> families;
+
+const FunctionText& text_of(const Function& function);
+
+/// Which argument asks for the result, by its place; -1 when there is one result only.
+int result_argument(const Function& function);
+
+/// The result that this RetType asks for; null when there is none, as for one that is refused.
+const ResultText* result_text(const FunctionText& text, int selector);
+
+}  // namespace kestran
