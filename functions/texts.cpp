@@ -16,9 +16,9 @@ const char* unit_name(Unit unit) {
     case Unit::amount:
       return "money";
     case Unit::rate:
-      return "continuous, per year";
+      return "per year, continuous";
     case Unit::semiannual:
-      return "semi-annual, per year";
+      return "per year, semi-annual";
     case Unit::volatility:
       return "per year";
     case Unit::price_volatility:

@@ -1,0 +1,28 @@
+// A function's texts laid out for people.
+#pragma once
+
+#include <string>
+
+#include "functions/texts.h"
+
+namespace kestran {
+
+/// "EURO(Price, Strike, ...)".
+std::string signature(const Function& function);
+
+/// The function's example under its own name, such as "=xEURO(100,95,...)".
+std::string example_formula(const Function& function);
+
+/// Whether the function answers this result; a twin may answer fewer than its text lists.
+bool answers(const Function& function, const ResultText& result);
+
+/// What a selector's numbers mean: "0 put, 1 call, any other number: call". Empty without choices.
+std::string choices(const ArgumentText& argument);
+
+/// Signature, arguments, results, an example with its value and how far to trust it, in lines of plain text.
+std::string description(const Function& function);
+
+/// The number in the shortest form that reads back exactly; inf, -inf or nan.
+std::string exact_number(double number);
+
+}  // namespace kestran

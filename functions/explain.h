@@ -1,0 +1,28 @@
+// Words about one call: how each argument is understood, why the call is refused, and what looks like a slip.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "functions/texts.h"
+
+namespace kestran {
+
+/// How argument `i` is understood, such as "90 calendar days = 0.2464 years" or "1: call".
+std::string understood(const Function& function, int i, const Operand& given);
+
+/// Why the call is refused, naming the argument, such as "RetType 12 is outside 0 to 8". `given` may be null
+/// where the arguments are no operands; values are then left out. Empty for a number.
+std::string refusal_text(const Function& function, const Operand* given, const Answer& answer);
+
+/// Every refusal that the call would meet, one after another, were each put right.
+std::vector<std::string> refusals(const Function& function, const Operand* given);
+
+/// What a call that is priced looks to have wrong: units mixed up, a date for a time, shares given as per
+/// cent, impossible correlations, negative prices, fixings that cannot fit. Empty when nothing looks odd.
+std::vector<std::string> slips(const Function& function, const Operand* given);
+
+/// A number with at most this many significant digits.
+std::string short_number(double number, int digits = 6);
+
+}  // namespace kestran
