@@ -12,7 +12,7 @@
 
 namespace kestran {
 
-const char default_library_name[] = "libkestran.so";
+const char default_library_name[] = "libkestran_addin.so";
 
 void* open_library(const std::string& path, std::string& error) {
   void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
