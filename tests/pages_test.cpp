@@ -18,6 +18,10 @@
 namespace kestran {
 namespace {
 
+constexpr std::size_t argument_names = 4;
+
+const std::string deal_page = "docs/from-a-deal-to-arguments.md";
+
 std::string trimmed(const std::string& text) {
   const std::size_t begin = text.find_first_not_of(' ');
   return begin == std::string::npos ? "" : text.substr(begin, text.find_last_not_of(' ') - begin + 1);
@@ -119,6 +123,35 @@ TEST_F(Pages, ReadmeShowsEveryFunctionWithItsNumber) {
   for (const Registration& function : standin().registrations) {
     if (is_command(function)) continue;
     EXPECT_TRUE(names_function(shown, registered_name(function))) << registered_name(function);
+  }
+}
+
+TEST_F(Pages, DealsHaveTheirNumbersAndEachNumberItsCase) {
+  expect_values(deal_page);
+  std::size_t formulas = 0;
+  std::set<std::string> shown;
+  for (const Example& example : read_examples(deal_page, formulas)) shown.insert(example.formula);
+  std::set<std::string> checked;
+  for (const FormulaCase& one : read_case_files())
+    if (one.place.compare(0, 12, "deals.cases:") == 0) checked.insert(one.formula);
+  EXPECT_EQ(shown, checked);
+}
+
+TEST_F(Pages, DealsNameTheTimesOfEveryFunction) {
+  std::set<std::string> named;
+  for (const Row& row : read_table(deal_page, "| functions | argument | unit |")) {
+    for (const std::string& name : code_spans(row[0])) {
+      named.insert(name);
+      const Registration* const function = find_function(upper_case(name));
+      ASSERT_NE(function, nullptr) << name;
+      const Row arguments = split(registered_text(*function, argument_names), ",");
+      for (const std::string& argument : code_spans(row[1]))
+        EXPECT_EQ(std::count(arguments.begin(), arguments.end(), argument), 1) << name << ' ' << argument;
+    }
+  }
+  for (const Registration& function : standin().registrations) {
+    if (is_command(function)) continue;
+    EXPECT_TRUE(names_function(named, registered_name(function))) << registered_name(function);
   }
 }
 
