@@ -13,6 +13,7 @@ struct FormulaCase {
   std::string formula;
   std::string expected;
   std::string tolerance;  // empty where the answer must be the very text
+  std::string source;     // what the value comes from; in refusals.cases the row of the page's table
   std::string place;      // file and line
 };
 
@@ -30,6 +31,7 @@ inline std::vector<FormulaCase> read_case_files() {
       std::getline(columns, one.formula, '\t');
       std::getline(columns, one.expected, '\t');
       std::getline(columns, one.tolerance, '\t');
+      std::getline(columns, one.source, '\t');
       one.place = entry.path().filename().string() + ":" + std::to_string(line_number) + " " + one.formula;
       cases.push_back(one);
     }
