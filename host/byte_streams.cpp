@@ -1,0 +1,125 @@
+#include "host/byte_streams.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <new>
+#include <system_error>
+#include <vector>
+#if !defined(_WIN32)
+#include <thread>
+#endif
+
+namespace kestran {
+
+#if defined(_WIN32)
+constexpr int as_it_is = O_BINARY;
+#else
+constexpr int as_it_is = O_CLOEXEC;
+#endif
+
+bool is_terminal(std::FILE* stream) { return isatty(fileno(stream)) != 0; }
+
+ByteSource::ByteSource(const std::string& path)
+    : descriptor(path.empty() ? fileno(stdin) : open(path.c_str(), O_RDONLY | as_it_is)),
+      owned(!path.empty()) {
+  if (descriptor < 0) error = errno;
+}
+
+ByteSource::~ByteSource() {
+  if (owned && descriptor >= 0) close(descriptor);
+}
+
+bool ByteSource::append_to(std::string& text, std::size_t most) {
+  const std::size_t before = text.size();
+  text.resize(before + most);
+  for (;;) {
+    const auto count = read(descriptor, text.data() + before, static_cast<unsigned>(most));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) error = errno;
+    text.resize(before + (count > 0 ? static_cast<std::size_t>(count) : 0));
+    return count > 0;
+  }
+}
+
+std::uintmax_t ByteSource::size() const {
+  struct stat about;
+  return fstat(descriptor, &about) == 0 && S_ISREG(about.st_mode) ? static_cast<std::uintmax_t>(about.st_size)
+                                                                  : 0;
+}
+
+std::string ByteSource::reason() const { return std::strerror(error); }
+
+ByteSink::ByteSink(const std::string& path) : final_path(path), descriptor(fileno(stdout)) {
+  if (path.empty()) return;
+  partial_path = path + ".partial";
+  descriptor = open(partial_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | as_it_is, 0666);
+  if (descriptor < 0) error = errno;
+}
+
+ByteSink::~ByteSink() {
+  if (final_path.empty() || descriptor < 0) return;
+  close(descriptor);
+  unlink(partial_path.c_str());
+}
+
+bool ByteSink::write(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const auto count = ::write(descriptor, bytes.data(), static_cast<unsigned>(bytes.size()));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) {
+      error = errno;
+      return false;
+    }
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+bool ByteSink::finish() {
+  if (final_path.empty()) return true;
+  const bool closed = close(descriptor) == 0;
+  descriptor = -1;
+  std::error_code renamed;
+  if (closed) std::filesystem::rename(partial_path, final_path, renamed);
+  if (closed && !renamed) return true;
+  error = closed ? renamed.value() : errno;
+  unlink(partial_path.c_str());
+  return false;
+}
+
+std::string ByteSink::reason() const { return std::strerror(error); }
+
+void for_each_in_parallel(std::size_t count, const std::function<void(std::size_t)>& work) {
+  std::atomic<bool> out_of_memory{false};
+  const auto guarded = [&](std::size_t k) {
+    try {
+      work(k);
+    } catch (const std::bad_alloc&) {
+      out_of_memory = true;
+    }
+  };
+  std::size_t next = 1;
+#if !defined(_WIN32)
+  std::vector<std::thread> threads;
+  try {
+    threads.reserve(count);
+    for (; next < count; ++next) threads.emplace_back(guarded, next);
+  } catch (const std::exception&) {
+    // No more threads are to be had: this one does what is left.
+  }
+#endif
+  if (count > 0) guarded(0);
+  for (; next < count; ++next) guarded(next);
+#if !defined(_WIN32)
+  for (std::thread& thread : threads) thread.join();
+#endif
+  if (out_of_memory) throw std::bad_alloc();
+}
+
+}  // namespace kestran
