@@ -11,8 +11,9 @@ static std::size_t find(std::string_view text, char character, std::size_t begin
                           : static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
 }
 
-// A line feed ends the record where the quotes before it are even in number.
-std::size_t record_end(std::string_view text, std::size_t begin) {
+// A line feed ends the record unless it stands in quotes. Quotes open at the beginning of a field only: one
+// within a field, as in 5" pipe, is a character like any other.
+std::size_t record_end(std::string_view text, std::size_t begin, char delimiter) {
   std::size_t looked_at = begin;
   bool open = false;
   for (;;) {
@@ -20,8 +21,14 @@ std::size_t record_end(std::string_view text, std::size_t begin) {
     if (line_feed == std::string_view::npos) return line_feed;
     const std::string_view line = text.substr(0, line_feed);
     for (std::size_t quote = find(line, '"', looked_at); quote != std::string_view::npos;
-         quote = find(line, '"', quote + 1))
-      open = !open;
+         quote = find(line, '"', quote + 1)) {
+      if (!open)
+        open = quote == begin || text[quote - 1] == delimiter;
+      else if (quote + 1 < line.size() && line[quote + 1] == '"')
+        ++quote;
+      else
+        open = false;
+    }
     if (!open) return line_feed + 1;
     looked_at = line_feed + 1;
   }
@@ -40,8 +47,13 @@ void split_record(std::string_view record, char delimiter, std::vector<std::stri
     std::size_t end = begin;
     if (begin < record.size() && record[begin] == '"') {
       bool open = true;
-      for (++end; end < record.size() && (open || record[end] != delimiter); ++end)
-        if (record[end] == '"') open = !open;
+      for (++end; end < record.size() && (open || record[end] != delimiter); ++end) {
+        if (!open || record[end] != '"') continue;
+        if (end + 1 < record.size() && record[end + 1] == '"')
+          ++end;
+        else
+          open = false;
+      }
     } else {
       end = find(record, delimiter, begin);
       if (end == std::string_view::npos) end = record.size();
@@ -57,12 +69,9 @@ std::string_view field_text(std::string_view field, std::string& room) {
   room.clear();
   bool open = true;
   for (std::size_t i = 1; i < field.size(); ++i) {
-    if (field[i] != '"') {
+    if (!open || field[i] != '"') {
       room += field[i];
-      continue;
-    }
-    // Two quotes within quotes stand for one.
-    if (open && i + 1 < field.size() && field[i + 1] == '"') {
+    } else if (i + 1 < field.size() && field[i + 1] == '"') {  // two stand for one
       room += '"';
       ++i;
     } else {

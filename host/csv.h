@@ -10,7 +10,7 @@
 namespace kestran {
 
 /// The end of the record that begins at `begin`: one past its line feed, or npos when the text ends before.
-std::size_t record_end(std::string_view text, std::size_t begin);
+std::size_t record_end(std::string_view text, std::size_t begin, char delimiter);
 
 /// A record without its line end.
 std::string_view without_line_end(std::string_view record);

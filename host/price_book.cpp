@@ -103,7 +103,7 @@ class Book {
     std::size_t refused = 0;
     std::unique_ptr<Batch> batch(new Batch(*this));
     for (std::size_t begin = 0; begin < text.size();) {
-      const std::size_t end = std::min(record_end(text, begin), text.size());
+      const std::size_t end = std::min(record_end(text, begin, delimiter), text.size());
       refused += batch->add(text.substr(begin, end - begin), written);
       begin = end;
     }
@@ -370,13 +370,13 @@ class Book {
 };
 
 // Cuts whole records into `parts` pieces of about the same size, each of whole records.
-std::vector<std::string_view> cut(std::string_view text, std::size_t parts) {
+std::vector<std::string_view> cut(std::string_view text, std::size_t parts, char delimiter) {
   std::vector<std::string_view> pieces;
   std::size_t begin = 0;
   for (std::size_t part = 1; part <= parts && begin < text.size(); ++part) {
     std::size_t end = begin;
     const std::size_t wanted = part == parts ? text.size() : text.size() * part / parts;
-    while (end < wanted) end = std::min(record_end(text, end), text.size());
+    while (end < wanted) end = std::min(record_end(text, end, delimiter), text.size());
     pieces.push_back(text.substr(begin, end - begin));
     begin = end;
   }
@@ -430,7 +430,8 @@ int complain(const std::string& reason, int status) {
 }
 
 int price_stream(const PriceOptions& options, ByteSource& source, ByteSink& sink) {
-  Book book(options, delimiter_of(options));
+  const char delimiter = delimiter_of(options);
+  Book book(options, delimiter);
   const auto threads = static_cast<std::size_t>(std::clamp(options.threads, 1, 256));
   Progress progress(source.size());
   std::vector<std::string> written(threads);
@@ -446,7 +447,7 @@ int price_stream(const PriceOptions& options, ByteSource& source, ByteSink& sink
     if (source.failed()) return complain("the input cannot be read: " + source.reason(), not_usable);
     std::size_t begin = 0;
     if (!header_read) {
-      const std::size_t end = record_end(text, 0);
+      const std::size_t end = record_end(text, 0, delimiter);
       if (end == std::string::npos && !ended) {
         if (text.size() > most_record_bytes) return complain("the header has no end", not_usable);
         continue;
@@ -461,10 +462,11 @@ int price_stream(const PriceOptions& options, ByteSource& source, ByteSink& sink
       header_read = true;
     }
     std::size_t end = begin;
-    for (std::size_t next = begin; (next = record_end(text, end)) != std::string::npos;) end = next;
+    for (std::size_t next = begin; (next = record_end(text, end, delimiter)) != std::string::npos;)
+      end = next;
     if (ended) end = text.size();
     const std::string_view whole = std::string_view(text).substr(begin, end - begin);
-    const std::vector<std::string_view> pieces = cut(whole, threads);
+    const std::vector<std::string_view> pieces = cut(whole, threads, delimiter);
     std::vector<std::size_t> refusals_of(pieces.size());
     for_each_in_parallel(pieces.size(), [&](std::size_t k) {
       written[k].clear();
