@@ -68,5 +68,58 @@ constexpr ResultText delta_time(int selector) {
   return {selector, "delta_time", "change of delta as time passes", delta_per_year};
 }
 
+// Of options on two prices, on forwards, and on averages.
+inline constexpr ArgumentText price_a{"PriceA", "futures or forward price of A today", Unit::price, 50, 150};
+inline constexpr ArgumentText price_b{"PriceB", "futures or forward price of B today", Unit::price, 50, 150};
+inline constexpr ArgumentText vol_a{"VolA", "volatility of A; 0 and less count as 0.00001", Unit::volatility,
+                                    0.05, 1};
+inline constexpr ArgumentText vol_b{"VolB", "volatility of B; 0 and less count as 0.00001", Unit::volatility,
+                                    0.05, 1};
+inline constexpr ArgumentText vol_as_given{"Vol", "volatility of the price", Unit::volatility, 0.05, 1};
+inline constexpr ArgumentText correl{"Correl", "correlation of the logarithms of the two prices",
+                                     Unit::correlation, -0.95, 0.95};
+inline constexpr ArgumentText strike_of_difference{"Strike", "strike of the difference A - B, of any sign",
+                                                   Unit::price, -30, 30};
+inline constexpr ArgumentText set_price{
+    "SetPrice", "average of the fixings already made; any number while none is made", Unit::price, 50, 150};
+
+constexpr ResultText delta_a(int selector) {
+  return {selector, "delta_a", "change of the premium with the price of A", per_price};
+}
+constexpr ResultText delta_b(int selector) {
+  return {selector, "delta_b", "change of the premium with the price of B", per_price};
+}
+constexpr ResultText gamma_a(int selector) {
+  return {selector, "gamma_a", "change of delta A with the price of A", delta_per_price};
+}
+constexpr ResultText gamma_b(int selector) {
+  return {selector, "gamma_b", "change of delta B with the price of B", delta_per_price};
+}
+constexpr ResultText cross_gamma(int selector) {
+  return {selector, "cross_gamma", "change of delta A with the price of B", delta_per_price};
+}
+constexpr ResultText vega_a(int selector) {
+  return {selector, "vega_a", "change of the premium with the volatility of A", per_volatility};
+}
+constexpr ResultText vega_b(int selector) {
+  return {selector, "vega_b", "change of the premium with the volatility of B", per_volatility};
+}
+constexpr ResultText correlation(int selector) {
+  return {selector, "correlation", "change of the premium with the correlation", per_correlation};
+}
+constexpr ResultText delta_time_a(int selector) {
+  return {selector, "delta_time_a", "change of delta A as time passes", delta_per_year};
+}
+constexpr ResultText delta_time_b(int selector) {
+  return {selector, "delta_time_b", "change of delta B as time passes", delta_per_year};
+}
+/// Where rate and yield are multiplied by the same factor.
+constexpr ResultText proportional_rho(int selector) {
+  return {
+      selector, "carry_rho",
+      "change of the premium with rate and yield moving in proportion, per 1.00 of IntRt; 0 at a rate of 0",
+      per_rate};
+}
+
 }  // namespace text
 }  // namespace kestran

@@ -6,7 +6,8 @@
 
 namespace kestran {
 
-static constexpr const FamilyText* all_families[] = {&black_scholes_texts, &strips_texts, &baskets_texts, &rates_texts};
+static constexpr const FamilyText* all_families[] = {&black_scholes_texts, &exotics_texts, &asian_texts,
+                                                     &strips_texts,        &baskets_texts, &rates_texts};
 const List<const FamilyText*> families(all_families);
 
 const char* unit_name(Unit unit) {
