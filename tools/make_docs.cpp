@@ -5,6 +5,7 @@
 //   make_docs --check FOLDER   changes nothing; names each file that is out of date, and fails if there is
 //   one
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -78,6 +79,22 @@ const char* kind_name(ParameterKind kind) {
   }
 }
 
+// The text with the names of the function's arguments quoted.
+std::string with_names_quoted(const Function& function, const std::string& text) {
+  const auto in_word = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; };
+  std::string result;
+  for (std::size_t begin = 0; begin < text.size();) {
+    std::size_t end = begin;
+    while (end < text.size() && in_word(text[end])) ++end;
+    const std::string word = text.substr(begin, std::max<std::size_t>(end - begin, 1));
+    bool is_name = false;
+    for (int i = 0; i < function.argument_count; ++i) is_name = is_name || word == function.arguments[i].name;
+    result += is_name ? quoted(word) : word;
+    begin += word.size();
+  }
+  return result;
+}
+
 std::string argument_cell(const Function& function, int i) {
   const ArgumentText& argument = *text_of(function).arguments[i];
   const std::string kind = kind_name(function.arguments[i].kind);
@@ -85,7 +102,7 @@ std::string argument_cell(const Function& function, int i) {
   if (argument.choices.count > 0) cell += ": " + choices(argument);
   if (!std::isnan(argument.recommended) && i != result_argument(function))
     cell += "; " + exact_number(argument.recommended) + " is a good choice";
-  return cell;
+  return with_names_quoted(function, cell);
 }
 
 std::string reference(const FunctionText& text) {
@@ -103,7 +120,7 @@ std::string reference(const FunctionText& text) {
     if (selector >= 0)
       block +=
           std::to_string(result.selector) + (result.each == ResultText::of_period ? ", ..." : "") + " | ";
-    block += quoted(result.name) + " | " + result.meaning +
+    block += quoted(result.name) + " | " + with_names_quoted(function, result.meaning) +
              (result.each == ResultText::of_month ? "; of month, contract or period `RetMonth`" : "") +
              " | " + result.unit + " |\n";
   }
