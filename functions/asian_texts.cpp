@@ -74,16 +74,19 @@ constexpr ArgumentText first_fixing_of_b{
 
 constexpr ArgumentText rate_to_last{"IntRt", "interest rate to ExpDays", Unit::rate, 0, 0.15};
 constexpr ArgumentText vol_until_fixings{
-    "Vol1", "volatility from the compound option's expiry until the first fixing", Unit::volatility, 0.05, 1};
+    "Vol1",
+    "volatility from the compound option's expiry to the first fixing; unused once a fixing was made by then",
+    Unit::volatility, 0.05, 1};
 constexpr ArgumentText vol_from_fixings{
-    "Vol2", "volatility from the first fixing on, after the compound option's expiry", Unit::volatility, 0.05,
+    "Vol2", "volatility from the compound option's expiry on, once a fixing is made", Unit::volatility, 0.05,
     1};
 constexpr ArgumentText days_to_next{
     "toNext", "time to the next fixing; the fixings to come are evenly spaced from there to ExpDays",
     Unit::days, 1, 365};
 constexpr ArgumentText days_to_last_fixing{
     "ExpDays", "time to the last fixing: expiry and payment of the average-price option", Unit::days, 1, 730};
-constexpr ArgumentText compound_vol{"CmpVol", "volatility from today to the compound option's expiry",
+constexpr ArgumentText compound_vol{"CmpVol",
+                                    "volatility from today to the compound option's expiry, averaging or not",
                                     Unit::volatility, 0.05, 1};
 constexpr ArgumentText average_strike{"AsnStrike", "strike of the average-price option", Unit::price, 50,
                                       150};
@@ -248,10 +251,9 @@ constexpr FunctionText functions[] = {
      "=ASNSPRD2(50,52,-3,5%,2%,4%,50%,40%,30%,35%,0.7,0,51,120,60,-20,0,0)"},
     {"CMPASN", "option on an average-price option",
      "A European option to buy or sell an average-price option, whose fixings may begin before the option's "
-     "own expiry.",
+     "own expiry, by quadrature over the price at that expiry.",
      compound_arguments, compound_results,
-     "The fixings on the way to CmpExpDays add up to 0.06 % of the premium, and the errors of AGC come on "
-     "top.",
+     "Within 5e-6 of Price at volatilities of 20 %, 1e-5 at 40 %, 3e-5 at 80 % and 1.2e-4 at 160 %.",
      "AGC, CMPDV", "=CMPASN(100,5%,35%,30%,0,21,0,150,180,40%,100,4,90,4.5%,1,0,100)"},
 };
 
