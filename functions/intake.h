@@ -308,12 +308,15 @@ class FrameReader {
   // Gives each row and column the number of cells that the function uses, and -1; or the place of one whose
   // length does not fit.
   static int fit_lines(const Function& function, Taking& taking) {
+    int first = 0;
     int last = 1;
     int longest = 1;
     for (int i = 0; i < function.argument_count; ++i) {
       if (!is_line(function.arguments[i].kind)) continue;
-      if (taking.cells[i].count > 1) last = taking.cells[i].count;
-      longest = std::max(longest, taking.cells[i].count);
+      const int count = taking.cells[i].count;
+      if (count > 1) last = count;
+      if (count > 1 && first == 0) first = count;
+      longest = std::max(longest, count);
     }
     const Length length = function.frame.length;
     const int cells = length == Length::last ? last : taking.shortest;
@@ -322,7 +325,7 @@ class FrameReader {
       if (!is_line(function.arguments[i].kind)) continue;
       Cells& line = taking.cells[i];
       if (refused) {
-        if (line.count > 1 && line.count != (length == Length::last ? cells : longest)) return i;
+        if (line.count > 1 && (length == Length::last ? line.count < cells : line.count != first)) return i;
         continue;
       }
       if (line.count == 1) std::fill_n(line.values, cells, line.values[0]);

@@ -5,7 +5,8 @@
 #include <cstdio>
 
 int main() {
-  const double F[] = {100, 90}, sigma[] = {0.3, 0.4}, mu[] = {0.02, -0.01}, w[] = {0.6, 0.4}, rho[] = {1, 0.5, 0.5, 1};
+  const double F[] = {100, 90}, sigma[] = {0.3, 0.4}, mu[] = {0.02, -0.01}, w[] = {0.6, 0.4},
+               rho[] = {1, 0.5, 0.5, 1};
   const auto euro = [](double strike, int result) {
     return kestran::bs_general(100, strike, 90 / 365.25, 0.05, 0.02, 0.25, 1, result);
   };

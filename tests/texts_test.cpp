@@ -1,0 +1,172 @@
+// The texts of the functions: none missing, none that contradicts what the function does.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "functions/describe.h"
+#include "functions/example.h"
+#include "functions/explain.h"
+#include "tests/case_files.h"
+
+namespace kestran {
+namespace {
+
+// What a text must not say: it stands alone in a spreadsheet's function wizard.
+void expect_whole(const std::string& text, const std::string& where) {
+  EXPECT_GE(text.size(), 4u) << where;
+  for (const char* vague : {"the same as", "as in EURO", "as in AS", "see ", "likewise", "ditto"})
+    EXPECT_EQ(text.find(vague), std::string::npos) << where << ": " << text;
+}
+
+void expect_sensible(const Function& function, int i) {
+  const Argument& argument = function.arguments[i];
+  const ArgumentText& text = *text_of(function).arguments[i];
+  const std::string where = std::string(function.name) + "." + argument.name;
+  EXPECT_STREQ(text.name, argument.name) << where;
+  expect_whole(text.meaning, where);
+  if (i == result_argument(function)) return;
+  EXPECT_LT(text.low, text.high) << where;
+  const bool in_days =
+      argument.kind == ParameterKind::days || argument.kind == ParameterKind::not_negative_days;
+  if (in_days) {
+    EXPECT_EQ(text.unit, Unit::days) << where;
+  }
+  if (text.unit == Unit::selector) {
+    EXPECT_GT(text.choices.count, 0) << where;
+  }
+  for (const Choice& choice : text.choices) EXPECT_GE(std::string(choice.meaning).size(), 2u) << where;
+  if (argument.kind != ParameterKind::selector || text.choices.count == 0) return;
+  std::set<int> chosen;
+  for (const Choice& choice : text.choices) {
+    chosen.insert(choice.value);
+    EXPECT_TRUE(choice.value >= argument.lowest && choice.value <= argument.highest) << where << choice.value;
+  }
+  const int values = argument.highest - argument.lowest + 1;
+  EXPECT_TRUE(text.other_choices != nullptr || static_cast<int>(chosen.size()) == values) << where;
+}
+
+TEST(Texts, StandForEveryArgumentAndResult) {
+  for (int f = 0; f < catalogue_size; ++f) {
+    const Function& function = catalogue[f];
+    const FunctionText& text = text_of(function);
+    EXPECT_TRUE(text.name == std::string(function.name) || "x" + std::string(text.name) == function.name)
+        << function.name;
+    ASSERT_EQ(text.arguments.count, function.argument_count) << function.name;
+    for (int i = 0; i < function.argument_count; ++i) expect_sensible(function, i);
+    expect_whole(text.prices, function.name);
+    EXPECT_GE(std::string(text.accuracy).size(), 10u) << function.name;
+    std::set<std::string> names;
+    for (const ResultText& result : text.results) {
+      expect_whole(result.meaning, std::string(function.name) + " " + result.name);
+      EXPECT_TRUE(names.insert(result.name).second) << function.name << " has two results " << result.name;
+      for (const char* c = result.name; *c != '\0'; ++c)
+        EXPECT_TRUE(*c == '_' || (*c >= 'a' && *c <= 'z') || (*c >= '0' && *c <= '9')) << result.name;
+      EXPECT_STRNE(result.unit, "") << function.name;
+    }
+    std::istringstream related(text.related);
+    for (std::string name; std::getline(related >> std::ws, name, ',');)
+      EXPECT_NE(find_in_catalogue(name.c_str()), nullptr) << function.name << " sends to " << name;
+  }
+}
+
+// Every result that has a text prices in the example, and no number without a text answers anything but 0.
+TEST(Texts, NameEveryResultThatPrices) {
+  for (int f = 0; f < catalogue_size; ++f) {
+    const Function& function = catalogue[f];
+    const FunctionText& text = text_of(function);
+    const int selector = result_argument(function);
+    std::vector<GivenArgument> given = example_arguments(text);
+    if (selector < 0) {
+      EXPECT_EQ(text.results.count, 1) << function.name;
+      continue;
+    }
+    if (text.arguments[selector]->other_choices != nullptr) continue;  // any number chooses one
+    for (int value = -1; value <= 26; ++value) {
+      given[static_cast<std::size_t>(selector)].values = {double(value)};
+      const Answer answer = price(function, operands(given).data());
+      const ResultText* result = result_text(text, value);
+      if (result != nullptr && answers(function, *result)) {
+        EXPECT_TRUE(answer.is_number()) << function.name << " " << value;
+      } else {
+        EXPECT_TRUE(!answer.is_number() || answer.number == 0.0) << function.name << " answers " << value;
+      }
+    }
+  }
+}
+
+TEST(Texts, ExamplesAreTheOnesWorkedOutIndependently) {
+  std::set<std::string> worked_out;
+  for (const FormulaCase& one : read_case_files())
+    if (one.place.rfind("examples.cases", 0) == 0) worked_out.insert("=" + one.formula);
+  for (const FamilyText* family : families)
+    for (const FunctionText& text : family->functions)
+      EXPECT_EQ(worked_out.count(text.example), 1u) << text.example;
+}
+
+TEST(Texts, ReadArgumentsOfTablesAndFormulas) {
+  const struct {
+    const char* text;
+    std::vector<double> values;
+    int rows, columns;
+  } rows[] = {{"100", {100}, 0, 0},
+              {" -2.5% ", {-0.025}, 0, 0},
+              {"40/365.25", {40 / 365.25}, 0, 0},
+              {"1E-8", {1e-8}, 0, 0},
+              {"20;21;22", {20, 21, 22}, 3, 1},
+              {"1;0.5|0.5;1", {1, .5, .5, 1}, 2, 2},
+              {"{1,2;3,4}", {1, 2, 3, 4}, 2, 2},
+              {"{1;2}", {1, 2}, 2, 1},
+              {"{7}", {7}, 1, 1}};
+  for (const auto& row : rows) {
+    GivenArgument given;
+    ASSERT_TRUE(read_argument(row.text, given)) << row.text;
+    EXPECT_EQ(given.values, row.values) << row.text;
+    EXPECT_EQ(given.rows, row.rows) << row.text;
+    EXPECT_EQ(given.columns, row.columns) << row.text;
+  }
+  GivenArgument given;
+  ASSERT_TRUE(read_argument("", given));
+  EXPECT_TRUE(std::isnan(given.values[0]));
+  for (const char* wrong : {"x", "1 2", "1;2|3", "{1,2;3}", "5%%", "1/", "TRUE", "12.3.4"})
+    EXPECT_FALSE(read_argument(wrong, given)) << wrong;
+}
+
+TEST(Texts, RefusalsNameTheArgumentAndTheReason) {
+  const struct {
+    const char* function;
+    std::vector<const char*> given;
+    std::vector<std::string> reasons;
+  } rows[] = {
+      {"EURO", {"100", "95", "5%", "2%", "25%", "90", "1", "0"}, {}},
+      {"EURO",
+       {"100", "", "5%", "2%", "25%", "{1,2}", "1", "12"},
+       {"ExpDays is a range where one number is wanted", "Strike is missing",
+        "RetType 12 is outside 0 to 8"}},
+      {"DIGITAL",
+       {"10", "-1", "105", "5%", "2%", "30%", "-1", "1", "0"},
+       {"Price -1 is not above 0", "ExpDays -1 is below 0"}},
+      {"AMERB", {"1", "1", "1", "1", "1", "1", "1", "0", "0"}, {"Nsteps 0 is below 1"}},
+      {"SWAPTION",
+       {"{1,2}", "{1,2}", "{1,2}", "{1,2}", "1", "1", "1", "1", "1", "1", "3"},
+       {"RetMonth is not one of the months or periods of the strip"}},
+      {"XCOL", {"{1,2}", "{1,2,3}", "{1,2}", "{1,2}", "1", "1", "1", "1", "1", "1", "1"}, {"IntRt_rng"}},
+      {"BASVOL",
+       {"{1,2}", "1", "{1,2}", "{1,2}", "{1,2;3,4}", "1"},
+       {"Annual_Vol 1 is a single number beside ranges"}},
+  };
+  for (const auto& row : rows) {
+    const Function& function = *find_in_catalogue(row.function);
+    std::vector<GivenArgument> given(row.given.size());
+    for (std::size_t i = 0; i < given.size(); ++i) ASSERT_TRUE(read_argument(row.given[i], given[i]));
+    const std::vector<std::string> found = refusals(function, operands(given).data());
+    ASSERT_EQ(found.size(), row.reasons.size()) << row.function;
+    for (std::size_t i = 0; i < found.size(); ++i)
+      EXPECT_NE(found[i].find(row.reasons[i]), std::string::npos) << found[i];
+  }
+}
+
+}  // namespace
+}  // namespace kestran
