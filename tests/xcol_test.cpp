@@ -82,36 +82,36 @@ TEST(Xcol, NoResultJumpsAsAnInputMoves) {
   double P[4], R[4], V[4], E[4];
   for (int deal = 0; deal < 4; ++deal)
     for (int input = 0; input < 8; ++input)
-      for (int RetType : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 13})
-        for (int OptType : {0, 1}) {
-          const int steps = 30;
-          double results[steps + 1];
-          double scale = 1e-3;
-          for (int k = 0; k <= steps; ++k) {
-            const double factor = 0.97 + 3e-5 * k;
-            const auto moved = [&](int which, double x) { return input == which ? x * factor : x; };
-            CollarOption option = four_periods(OptType);
-            option.T = moved(0, T);
-            for (int i = 0; i < 4; ++i) {
-              P[i] = moved(1, Price[i]);
-              R[i] = moved(2, IntRt[i]);
-              V[i] = moved(3, Vol[i]);
-              E[i] = option.T + (deal == 1 ? 0.002 * (i + 1) : Expiry[i] - T);
-            }
-            option.Price = P, option.IntRt = R, option.Vol = V, option.ExpDays = E;
-            option.SwapVol = moved(4, deal == 3 ? 0.9 : 0.25);
-            option.VolSpread = moved(5, deal == 2 ? -0.35 : 0.03);
-            option.Cap = moved(6, 22);
-            option.Floor = moved(7, deal == 3 ? 21 : 19);
-            results[k] = xcol_greeks(option, RetType);
-            scale = std::fmax(scale, std::fabs(results[k]));
+      for (int RetType : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 13}) {
+        const int OptType = (deal + input) % 2;
+        const int steps = 30;
+        double results[steps + 1];
+        double scale = 1e-3;
+        for (int k = 0; k <= steps; ++k) {
+          const double factor = 0.97 + 3e-5 * k;
+          const auto moved = [&](int which, double x) { return input == which ? x * factor : x; };
+          CollarOption option = four_periods(OptType);
+          option.T = moved(0, T);
+          for (int i = 0; i < 4; ++i) {
+            P[i] = moved(1, Price[i]);
+            R[i] = moved(2, IntRt[i]);
+            V[i] = moved(3, Vol[i]);
+            E[i] = option.T + (deal == 1 ? 0.002 * (i + 1) : Expiry[i] - T);
           }
-          for (int k = 2; k + 2 <= steps; ++k) {
-            const double* y = results + k;
-            ASSERT_NEAR((y[-2] + y[2]) - 4 * (y[-1] + y[1]) + 6 * y[0], 0, 5e-7 * scale)
-                << "deal " << deal << " input " << input << " RetType " << RetType << " OptType " << OptType;
-          }
+          option.Price = P, option.IntRt = R, option.Vol = V, option.ExpDays = E;
+          option.SwapVol = moved(4, deal == 3 ? 0.9 : 0.25);
+          option.VolSpread = moved(5, deal == 2 ? -0.35 : 0.03);
+          option.Cap = moved(6, 22);
+          option.Floor = moved(7, deal == 3 ? 21 : 19);
+          results[k] = xcol_greeks(option, RetType);
+          scale = std::fmax(scale, std::fabs(results[k]));
         }
+        for (int k = 2; k + 2 <= steps; ++k) {
+          const double* y = results + k;
+          ASSERT_NEAR((y[-2] + y[2]) - 4 * (y[-1] + y[1]) + 6 * y[0], 0, 5e-7 * scale)
+              << "deal " << deal << " input " << input << " RetType " << RetType << " OptType " << OptType;
+        }
+      }
 }
 
 TEST(Xcol, DegenerateInput) {

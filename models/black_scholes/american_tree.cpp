@@ -41,9 +41,8 @@ void roll_back(double* V, const double* grid, int first, int last, double up, do
   }
 }
 
-// The nodes of each level that matter. Those eleven deviations beyond the price's path out of the money, and
-// in the money eleven beyond where the premium comes from, do not move its last bit: they keep the values of
-// a later level.
+// The nodes of each level that matter. Those thirteen deviations beyond the price's path, in the money beyond
+// the path towards the strike, do not move the premium's last bit: they keep the values of a later level.
 struct Reach {
   double up_probability;
   double log_to_strike;  // ln(K / S) at the tree's start
@@ -74,20 +73,18 @@ Reach reach_of_levels(double S, double K, double b, double f, int M, double dt, 
                       double up_probability, bool call) {
   const double deviation = h * std::sqrt(static_cast<double>(M));
   const double log_to_strike = natural_log(K / S) - b * f;
-  const double to_strike = (log_to_strike - b * M * dt) / deviation;
-  const double farther = std::max(0.0, call ? to_strike : -to_strike);
+  const double to_strike = (call ? 1.0 : -1.0) * (log_to_strike - b * M * dt) / deviation;
+  // Far in the money all values lie on one line, along which roundings travel any distance: no node is left
+  // out.
+  const double least = to_strike < -6.0 ? 1e9 : 13.0;
+  const double inwards = least + std::max(0.0, to_strike);
   // A call's premium comes from higher prices.
-  return {up_probability,
-          log_to_strike,
-          b * dt,
-          2.0 * h,
-          call ? 11.0 : 11.0 + farther,
-          call ? 11.0 + farther : 11.0,
-          call ? h / 2.0 : 0.0};
+  return {up_probability,         log_to_strike,       b * dt, 2.0 * h, call ? least : inwards,
+          call ? inwards : least, call ? h / 2.0 : 0.0};
 }
 
-// Values of this size at the end of a level count as 0: they are slow to work with and lost
-// in any premium above 1e-290.
+// Values of this size at the end of a level count as 0: they are slow to work with and lost in any premium
+// above 1e-290.
 constexpr double negligible = 1e-307;
 
 // Price, delta and gamma by one tree: k steps of dt before the first exercise and n after it, starting at the
