@@ -85,7 +85,7 @@ void add_option_on_cap(int steps, int n) {
     add_quantlib(option, "blackFormula in the nodes of a tree", same_option, quantlib::option_on_cap(terms));
 }
 
-void add_option_on_collar(int steps, int n) {
+void add_option_on_collar(int n) {
   constexpr double SwapVol = 0.3, VolSpread = 0.02, floor = 19.5, r = 0.05;
   const auto p = periods(n);
   CollarOption collar;
@@ -99,18 +99,17 @@ void add_option_on_collar(int steps, int n) {
   collar.T = option_days / days_per_year;
   collar.Floor = floor;
   collar.r = r;
-  collar.N = steps;
   collar.OptType = 1;
 
-  Case& option = add_case("XCOL/" + std::to_string(steps) + "x" + std::to_string(n), cap_strike, 20.0);
+  Case& option = add_case("XCOL/" + std::to_string(n), cap_strike, 20.0);
   add_worksheet(option, "XCOL",
                 {p->forward, p->rate, p->sigma, p->end_days, SwapVol, VolSpread, option_days, cap_strike,
-                 floor, r, double(steps)},
+                 floor, r, 100.0},
                 7);
   add_model(option, [p, collar](double strike) {
     CollarOption struck = collar;
     struck.Cap = strike;
-    return xcol_tree(struck);
+    return xcol_price(struck);
   });
 }
 
@@ -182,7 +181,7 @@ void add_rates_cases() {
   for (int n : {12, 120}) add_cap(n);
   add_option_on_cap(200, 12);
   add_option_on_cap(1000, 60);
-  add_option_on_collar(100, 12);
+  add_option_on_collar(12);
   for (int n : {12, 120}) add_swaption(n);
   add_swaption_with_strikes(12);
 }

@@ -35,7 +35,7 @@ inline Answer XCAP(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDay
 
 inline CollarOption collar_option(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng,
                                   double SwapVol, double VolSpread, double OptExpDays, double Cap,
-                                  double Floor, double OptIntRt, int Tsteps, int OptType) {
+                                  double Floor, double OptIntRt, int OptType) {
   for (int i = 0; i < ExpDays_rng.count; ++i) ExpDays_rng.values[i] /= days_per_year;
   CollarOption option;
   option.Price = Price_rng.values;
@@ -49,16 +49,16 @@ inline CollarOption collar_option(Range Price_rng, Range IntRt_rng, Range Vol_rn
   option.Cap = Cap;
   option.Floor = Floor;
   option.r = OptIntRt;
-  option.N = Tsteps;
   option.OptType = OptType;
   return option;
 }
 
+/// Tsteps is read and changes nothing: the premium is worked without a tree.
 inline Answer XCOL3(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng, double SwapVol,
-                    double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt, int Tsteps,
-                    int OptType, int RetType) {
+                    double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt,
+                    int /*Tsteps*/, int OptType, int RetType) {
   return xcol_greeks(collar_option(Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays,
-                                   Cap, Floor, OptIntRt, Tsteps, OptType),
+                                   Cap, Floor, OptIntRt, OptType),
                      RetType);
 }
 

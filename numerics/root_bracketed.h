@@ -14,8 +14,9 @@ struct BracketedRoot {
 /// Root of f (a callable double -> double) between a < b, given fa = f(a) and fb = f(b): regula falsi with
 /// the Illinois modification (Dowell and Jarratt 1971, "A modified regula falsi method for computing the root
 /// of an equation") and a bisection every third step. Found when |f| <= ytol or the bracket is no wider than
-/// xtol; an end that already meets ytol is returned as it is. At most maxit evaluations, typically 10. Where
-/// the ends do not have opposite signs, x is a; where f is not a number on the way, neither is x (status 0).
+/// xtol or than two neighbouring numbers; an end that already meets ytol is returned as it is. At most maxit
+/// evaluations, typically 10. Where the ends do not have opposite signs, x is a; where f is not a number on
+/// the way, neither is x (status 0).
 template <class Function>
 BracketedRoot root_bracketed(Function f, double a, double b, double fa, double fb, double ytol, double xtol,
                              int maxit) {
@@ -28,6 +29,7 @@ BracketedRoot root_bracketed(Function f, double a, double b, double fa, double f
   for (int k = 1; k <= maxit; ++k) {
     double x = k % 3 == 0 ? (a + b) / 2.0 : (a * fb - b * fa) / (fb - fa);
     if (!(x > a && x < b)) x = (a + b) / 2.0;
+    if (!(x > a && x < b)) return {x, 1};
     const double fx = f(x);
     if (std::fabs(fx) <= ytol) return {x, 1};
     if (std::isnan(fx)) return {fx, 0};

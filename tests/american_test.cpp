@@ -70,6 +70,24 @@ TEST(AmericanBaw, AgreesWithPublishedValues) {
     EXPECT_NEAR(american_baw(S, 100, T, 0.1, 0.1, sigma, 1, 0), call, 3e-3) << S;
 }
 
+// A put is a call with price and strike, rate and yield exchanged (McDonald and Schroder 1998): what a tree
+// leaves out as exercised, worthless or out of reach lies on its other side then.
+TEST(AmericanTree, PutsAndCallsAreSymmetric) {
+  std::mt19937 random(7);
+  std::uniform_real_distribution<double> share(0.0, 1.0);
+  for (int deal = 0; deal < 400; ++deal) {
+    const double S = 100 * std::exp(share(random) - 0.5), K = 100, T = 0.01 + 2 * share(random);
+    const double r = 0.2 * share(random) - 0.05, q = 0.2 * share(random) - 0.05;
+    const double sigma = std::exp(5 * share(random) - 5.5);
+    const double t0 = deal % 4 == 0 ? T / 2 : 0.0;
+    const int steps = 20 + 2 * static_cast<int>(300 * share(random));
+    const TreeResult put = american_tree(S, K, T, t0, r, q, sigma, 0, steps);
+    const TreeResult call = american_tree(K, S, T, t0, q, r, sigma, 1, steps);
+    EXPECT_NEAR(put.price, call.price, 1e-8)
+        << S << ' ' << T << ' ' << r << ' ' << q << ' ' << sigma << ' ' << t0;
+  }
+}
+
 TEST(AmericanTree, IsTheTreeItClaimsToBe) {
   // S, T, t0, r, q, sigma, OptType, N and the results: the same tree node by node in mpmath, 30 digits.
   const double rows[][12] = {

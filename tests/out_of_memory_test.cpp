@@ -66,7 +66,6 @@ CollarOption collar() {
   option.T = 0.5;
   option.Cap = 22;
   option.Floor = 19;
-  option.N = 10;
   option.OptType = 1;
   return option;
 }

@@ -39,6 +39,16 @@ TEST(RootBracketed, FindsRootsInFewEvaluations) {
   }
 }
 
+// No number is the root, and no tolerance lets the search end before.
+TEST(RootBracketed, EndsBetweenNeighbouringNumbers) {
+  int evaluations = 0;
+  const auto f = [&](double x) { return ++evaluations, x < 1e6 * std::sqrt(2.0) ? -1.0 : 1e-3; };
+  const BracketedRoot found = root_bracketed(f, 0.0, 1e7, -1.0, 1e-3, 0.0, 0.0, 10000);
+  EXPECT_EQ(found.status, 1);
+  EXPECT_NEAR(found.x, 1e6 * std::sqrt(2.0), 1e-9);
+  EXPECT_LT(evaluations, 200);
+}
+
 TEST(RootBracketed, SaysWhyThereIsNone) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const auto line = [](double x) { return x; };

@@ -20,16 +20,16 @@ constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double largest_deviation = 30.0;  // sigma sqrt(T)
 constexpr double largest_spread = 600.0;    // sigma sqrt(T N), the logarithm of the tree's half width
 
-// Rolls the values V of a level back to the one before, of `nodes` nodes. With exercise, their prices are
-// centre * grid[j].
+// Rolls the values V[first .. last] of a level back to the one before. With exercise, the prices of its nodes
+// are centre * grid[j].
 template <bool exercise>
-void roll_back(double* V, const double* grid, int nodes, double up, double down, double centre, double K,
-               double sign) {
+void roll_back(double* V, const double* grid, int first, int last, double up, double down, double centre,
+               double K, double sign) {
   const __m128d up2 = _mm_set1_pd(up);
   const __m128d down2 = _mm_set1_pd(down);
   const __m128d centre2 = _mm_set1_pd(sign * centre);
   const __m128d K2 = _mm_set1_pd(sign * K);
-  for (int j = 0; j < nodes; j += 2) {
+  for (int j = first; j <= last; j += 2) {
     __m128d value =
         _mm_add_pd(_mm_mul_pd(up2, _mm_loadu_pd(V + j + 1)), _mm_mul_pd(down2, _mm_loadu_pd(V + j)));
     if (exercise) {
@@ -40,6 +40,52 @@ void roll_back(double* V, const double* grid, int nodes, double up, double down,
     _mm_storeu_pd(V + j, value);
   }
 }
+
+// The nodes of each level that matter. Those thirteen deviations beyond the price's path, in the money beyond
+// the path towards the strike, do not move the premium's last bit: they keep the values of a later level.
+struct Reach {
+  double up_probability;
+  double log_to_strike;  // ln(K / S) at the tree's start
+  double growth;         // of the forward price a level, and
+  double spacing;        // of the nodes, as logarithms
+  double deviations_down, deviations_up;
+  double tilt_up;  // nodes a level
+
+  static int within(int level, double node) {
+    return static_cast<int>(std::min(std::max(0.0, node), level + 4.0));
+  }
+  int first(int level) const { return within(level, up_probability * level - width(deviations_down, level)); }
+  int last(int level) const {
+    return within(level, 5.0 + (up_probability + tilt_up) * level + width(deviations_up, level));
+  }
+  // The node nearest to the strike.
+  int strike(int level) const {
+    return within(level, (level + 4) / 2.0 + (log_to_strike - growth * level) / spacing);
+  }
+
+ private:
+  static double width(double deviations, int level) {
+    return deviations / 2.0 * std::sqrt(static_cast<double>(level)) + 8.0;
+  }
+};
+
+Reach reach_of_levels(double S, double K, double b, double f, int M, double dt, double h,
+                      double up_probability, bool call) {
+  const double deviation = h * std::sqrt(static_cast<double>(M));
+  const double log_to_strike = natural_log(K / S) - b * f;
+  const double to_strike = (call ? 1.0 : -1.0) * (log_to_strike - b * M * dt) / deviation;
+  // Far in the money all values lie on one line, along which roundings travel any distance: no node is left
+  // out.
+  const double least = to_strike < -6.0 ? 1e9 : 13.0;
+  const double inwards = least + std::max(0.0, to_strike);
+  // A call's premium comes from higher prices.
+  return {up_probability,         log_to_strike,       b * dt, 2.0 * h, call ? least : inwards,
+          call ? inwards : least, call ? h / 2.0 : 0.0};
+}
+
+// Values of this size at the end of a level count as 0: they are slow to work with and lost in any premium
+// above 1e-290.
+constexpr double negligible = 1e-307;
 
 // Price, delta and gamma by one tree: k steps of dt before the first exercise and n after it, starting at the
 // time f < dt, from which the five nodes of the first level are taken back to now by the pricing equation.
@@ -83,8 +129,74 @@ TreeResult tree_pass(double S, double K, double f, int k, int n, double dt, doub
     if (M - 1 >= k && V[j] < sign * (price - K)) V[j] = sign * (price - K);
   }
   for (int j = nodes; j < padded; ++j) V[j] = 0.0;
-  for (int i = M - 2; i >= k; --i) roll_back<true>(V, grid, i + 5, up, down, centre(i), K, sign);
-  for (int i = std::min(M - 2, k - 1); i >= 0; --i) roll_back<false>(V, grid, i + 5, up, down, 0.0, K, sign);
+
+  // Only the nodes first .. final of a level are worked. Out of the money that ends where nodes are out of
+  // reach or worth nothing; in the money where they are out of reach or exercised: where both nodes that
+  // follow are exercised and interest outweighs the yield beyond rounding, so is the node. `edge` is the
+  // innermost node of which this is known, with all those farther in the money.
+  const bool call = sign > 0.0;
+  const bool ordinary = S > 0.0 && K > 0.0;
+  const auto none = [&](int level) { return call ? level + 5 : -1; };
+  const auto intrinsic = [&](double level_centre, int j) { return sign * level_centre * grid[j] - sign * K; };
+  const auto stays_exercised = [&](double price) {
+    return sign * (price * (1.0 - Dq) - K * (1.0 - Dr)) > 1e-12 * (price + K);
+  };
+  const Reach reach = reach_of_levels(S, K, b, f, M, dt, h, up / (up + down), call);
+  int first = 0;
+  int final = nodes - 1;
+  int edge = none(M - 1);
+
+  // Moves `edge` inwards over nodes that have turned out to be exercised.
+  const auto extend_edge = [&](double level_centre) {
+    for (int j = call ? edge - 1 : edge + 1; j >= first && j <= final; j += call ? -1 : 1) {
+      if (V[j] != intrinsic(level_centre, j) || !stays_exercised(level_centre * grid[j])) break;
+      edge = j;
+    }
+  };
+  const auto drop_negligible = [&] {
+    if (call)
+      for (; first < final && std::fabs(V[first]) < negligible; ++first) V[first] = 0.0;
+    else
+      for (; final > first && std::fabs(V[final]) < negligible; --final) V[final] = 0.0;
+  };
+  const bool some_stay_exercised = ordinary && (call || stays_exercised(0.0));
+  if (some_stay_exercised && M - 1 >= k && stays_exercised(last * grid[call ? nodes - 1 : 0]))
+    extend_edge(last);
+  if (ordinary) drop_negligible();
+
+  double level_centre = last;
+  for (int i = M - 2; i >= 0; --i) {
+    const double later_centre = level_centre;
+    const int later_edge = edge;
+    edge = none(i);
+    if (i >= k) {
+      level_centre = centre(i);
+      const int candidate = call ? std::min(later_edge, i + 5) : std::max(later_edge - 1, -1);
+      const auto stays = [&](int j) { return stays_exercised(level_centre * grid[j]); };
+      if (candidate != edge && stays(candidate) && (!call || stays(i + 4))) edge = candidate;
+    }
+    for (int j = call ? later_edge : edge + 1; j <= (call ? edge : later_edge); ++j)
+      V[j] = intrinsic(later_centre, j);
+    if (!ordinary) {
+      final = i + 4;
+    } else if (call) {
+      const int worthless = i >= k ? std::min(first, reach.strike(i)) : first;
+      first = std::max(worthless - 1, reach.first(i));
+      final = std::min(edge - 1, reach.last(i));
+    } else {
+      const int worthless = i >= k ? std::max(final, reach.strike(i) + 1) : final;
+      first = std::max(edge + 1, reach.first(i));
+      final = std::min(worthless, reach.last(i));
+    }
+    if (i >= k) {
+      roll_back<true>(V, grid, first, final, up, down, level_centre, K, sign);
+      if (some_stay_exercised) extend_edge(level_centre);
+    } else {
+      roll_back<false>(V, grid, first, final, up, down, 0.0, K, sign);
+    }
+    if (ordinary) drop_negligible();
+  }
+  for (int j = call ? edge : 0; j <= (call ? 4 : edge); ++j) V[j] = intrinsic(level_centre, j);
 
   const double y = 2.0 * h;
   const auto now = [&](int j) {

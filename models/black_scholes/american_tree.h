@@ -27,6 +27,8 @@ struct TreeResult {
 /// Gamma jumps at the critical price: within 4 sigma sqrt(T / N) of it, relative, delta and gamma blend the
 /// two sides.
 ///
+/// Nodes that cannot move the last bit are left out, which costs premiums below 1e-290 their digits.
+///
 /// T <= 0 or not a number: the intrinsic value and zeros. sigma <= 0 is taken as 1e-5 and sigma sqrt(T) above
 /// 30 as 30. An option that should be exercised now: the intrinsic value, delta 1 or -1, zeros. Vested less
 /// than T / 400 before expiry it is European. Other bad input and a lack of memory give not a number.

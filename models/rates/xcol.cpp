@@ -1,36 +1,51 @@
 #include "models/rates/xcol.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "models/rates/black_strip.h"
-#include "models/trees/log_tree.h"
 #include "numerics/arrays.h"
 #include "numerics/elementary.h"
+#include "numerics/gauss_legendre.h"
+#include "numerics/normal.h"
+#include "numerics/root_bracketed.h"
 
 namespace kestran {
 namespace {
 
+constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
-int steps(const CollarOption& option) { return std::clamp(option.N, 1, xcol_most_steps); }
+// Beyond this many deviations the normal density adds up to 1.3e-12, and N differs from 0 or 1 by that.
+constexpr double farthest = 7.0;
 
-// value[k] = the collar's value at factor[k] = e^log_factor[k], for an even number of nodes. `floor_vol` has
-// room for the strip.
+__m128d both(double x) { return _mm_set1_pd(x); }
+
+double floored(double vol) { return vol < 1e-5 ? 1e-5 : vol; }
+
+// value[k] = the collar's value at factor[k] = e^log_factor[k], for an even number of nodes. `vol` has room
+// for the strip.
 void collar_values(const CollarOption& option, const double* log_factor, const double* factor, int nodes,
-                   double* floor_vol, double* value) {
-  for (int i = 0; i < option.n; ++i) {
-    const double vol = option.Vol[i] + option.VolSpread;
-    floor_vol[i] = vol < 1e-5 ? 1e-5 : vol;
-  }
-  BlackStrip strip{option.Price, option.IntRt, option.Vol, option.ExpDays,
-                   nullptr,      option.n,     option.T,   option.r};
+                   double* vol, double* value) {
+  const BlackStrip strip{option.Price, option.IntRt, vol,      option.ExpDays,
+                         nullptr,      option.n,     option.T, option.r};
   std::fill_n(value, nodes, 0.0);
+  for (int i = 0; i < option.n; ++i) vol[i] = floored(option.Vol[i]);
   add_strip_values(strip, option.Cap, true, 1.0, log_factor, factor, nodes, value);
-  strip.Vol = floor_vol;
+  for (int i = 0; i < option.n; ++i) vol[i] = floored(option.Vol[i] + option.VolSpread);
   add_strip_values(strip, option.Floor, false, -1.0, log_factor, factor, nodes, value);
   for (int k = 0; k < nodes; ++k) value[k] /= option.n;
+}
+
+double collar_value(const CollarOption& option, double log_factor, double* vol) {
+  const double log_factors[2] = {log_factor, log_factor};
+  const double factors[2] = {exponential(log_factor), exponential(log_factor)};
+  double value[2];
+  collar_values(option, log_factors, factors, 2, vol, value);
+  return value[0];
 }
 
 double mean_price(const CollarOption& option) {
@@ -39,49 +54,104 @@ double mean_price(const CollarOption& option) {
   return sum / option.n;
 }
 
+// The deviation z at which the collar is worth nothing when the factor is e^(v z - v^2 / 2); infinite where
+// it is worth something of the same sign wherever the factor may come. The premium's error is of the second
+// order in that of z.
+double exercise_boundary(const CollarOption& option, double v, double* vol) {
+  constexpr double largest_log = 600.0;
+  const double reach = std::min(v * v / 2.0 + farthest * v, largest_log);
+  const auto value = [&](double log_factor) { return collar_value(option, log_factor, vol); };
+  const double least = value(-reach);
+  const double most = value(reach);
+  if (std::isnan(least + most)) return not_a_number;
+  if (least >= 0.0) return -infinity;
+  if (most <= 0.0) return infinity;
+  const double ytol = 1e-12 * mean_price(option);
+  return root_bracketed(value, -reach, reach, least, most, ytol, 1e-9 * v, 200).x / v + v / 2.0;
+}
+
+// The integral over z > b of the normal density times N(alpha + beta z), in both lanes: panels that meet
+// where N begins to rise, at its middle and where it is done.
+__m128d normal_beyond(__m128d b, __m128d alpha, double beta) {
+  const QuadratureRule rule = gauss_legendre(28);
+  const __m128d end = both(farthest);
+  const __m128d begin = _mm_min_pd(_mm_max_pd(b, both(-farthest)), end);
+  const auto within = [&](__m128d z) { return _mm_min_pd(_mm_max_pd(z, begin), end); };
+  const auto where = [&](double d) { return within((both(d) - alpha) / both(beta)); };
+  const bool rising = beta > 0.0;
+  const __m128d meeting[4] = {rising ? where(-farthest) : begin, where(rising ? 0.0 : farthest),
+                              where(rising ? farthest : 0.0), rising ? end : where(-farthest)};
+  __m128d total = both(0.0);
+  for (int panel = 0; panel < 3; ++panel) {
+    const __m128d half = (meeting[panel + 1] - meeting[panel]) * both(0.5);
+    if (_mm_movemask_pd(_mm_cmpneq_pd(half, both(0.0))) == 0) continue;
+    const __m128d middle = (meeting[panel + 1] + meeting[panel]) * both(0.5);
+    __m128d sum = both(0.0);
+    for (int i = 0; i < rule.size; ++i) {
+      const __m128d z = middle + half * both(rule.nodes[i].x);
+      const __m128d density = exponential(z * z * both(-0.5));
+      sum = sum + both(rule.nodes[i].weight) * density * cnorm(alpha + both(beta) * z);
+    }
+    total = total + half * sum;
+  }
+  return total * both(over_root_2_pi);
+}
+
+// The part that one leg's option on period i, a caplet (sign 1) or floorlet (-1) struck at K with the
+// deviation s, has in today's value of receiving it where side * z > side * boundary.
+double exercised_part(double P, double K, double s, double v, double boundary, double side, double sign) {
+  // Lane 0 prices in units of the factor, which moves z by v; lane 1 in money.
+  const double moneyness = natural_log(P / K);
+  const double half_variance = (v * v + s * s) / 2.0;
+  const __m128d alpha = _mm_set_pd((moneyness - half_variance) / s, (moneyness + half_variance) / s);
+  const __m128d b = both(side) * _mm_set_pd(boundary, boundary - v);
+  double probability[2];
+  _mm_storeu_pd(probability, normal_beyond(b, both(sign) * alpha, side * sign * v / s));
+  return sign * (P * probability[0] - K * probability[1]);
+}
+
 // The change of premium per unit of `step` when one of the option's own terms has moved by it.
 double change(const CollarOption& option, const CollarOption& moved, double step) {
-  return (xcol_tree(moved) - xcol_tree(option)) / step;
+  return (xcol_price(moved) - xcol_price(option)) / step;
 }
 
 // The change of premium when h is added to each of the n inputs; `moved` reads them from `input`.
 double change_of_all(const CollarOption& option, const CollarOption& moved, const double* unmoved, double h,
                      double* input) {
   for (int i = 0; i < option.n; ++i) input[i] = unmoved[i] + h;
-  return xcol_tree(moved) - xcol_tree(option);
+  return xcol_price(moved) - xcol_price(option);
 }
 
 // Results that move an array. `input` has room for the strip.
 double array_result(const CollarOption& option, int RetType, double* input) {
   CollarOption moved = option;
   double h = 0.0001;
-  switch (RetType) {
-    case 1:
+  switch (static_cast<CollarResult>(RetType)) {
+    case CollarResult::delta:
       moved.Price = input;
       h = 0.001 * mean_price(option);
       return change_of_all(option, moved, option.Price, h, input) / h;
-    case 2: {
+    case CollarResult::gamma: {
       moved.Price = input;
-      const LogTree tree = log_tree(option.SwapVol, -0.5, option.T, steps(option));
-      h = mean_price(option) * (exponential(2.0 * tree.dx) - 1.0);
+      h = 0.001 * mean_price(option);
       const double up = change_of_all(option, moved, option.Price, h, input);
       return (up + change_of_all(option, moved, option.Price, -h, input)) / (h * h);
     }
-    case 4:
+    case CollarResult::rho:
       moved.IntRt = input;
       moved.r += h;
       return change_of_all(option, moved, option.IntRt, h, input) / h;
-    case 5:
+    case CollarResult::theta:
       moved.ExpDays = input;
-      h = option.T > 0.001 ? 0.001 : 1e-6;
+      h = std::min(0.001, option.T / 100.0);
       moved.T -= h;
       return change_of_all(option, moved, option.ExpDays, -h, input) / h;
-    case 6:
+    case CollarResult::period_vols:
       moved.Vol = input;
       return change_of_all(option, moved, option.Vol, h, input) / h;
     default: {
       moved.Price = input;
-      const int k = RetType - 11;
+      const int k = RetType - static_cast<int>(CollarResult::first_period_delta);
       std::copy(option.Price, option.Price + option.n, input);
       input[k] *= 1.001;
       return change(option, moved, 0.001 * option.Price[k]);
@@ -92,65 +162,62 @@ double array_result(const CollarOption& option, int RetType, double* input) {
 }  // namespace
 
 double collar_strip_value(double m, const CollarOption& option) {
-  double* floor_vol = option.n < 1 ? nullptr : dvector(0, option.n - 1);
-  if (!floor_vol) return not_a_number;
+  double* vol = option.n < 1 ? nullptr : dvector(0, option.n - 1);
+  if (!vol) return not_a_number;
   const double log_factor[2] = {natural_log(m), natural_log(m)};
   const double factor[2] = {m, m};
   double value[2];
-  collar_values(option, log_factor, factor, 2, floor_vol, value);
-  free_dvector(floor_vol, 0, option.n - 1);
+  collar_values(option, log_factor, factor, 2, vol, value);
+  free_dvector(vol, 0, option.n - 1);
   return value[0];
 }
 
-double xcol_tree(const CollarOption& option) {
-  const int N = steps(option);
-  const LogTree tree = log_tree(option.SwapVol, -0.5, option.T, N);
-  if (option.n < 1 || std::isnan(tree.p)) return not_a_number;
+double xcol_price(const CollarOption& option) {
+  const double v = std::fabs(option.SwapVol) * std::sqrt(option.T);
+  double* vol = option.n < 1 || !(v > 0.0) ? nullptr : dvector(0, option.n - 1);
+  if (!vol) return not_a_number;
+  const double boundary = exercise_boundary(option, v, vol);
+  free_dvector(vol, 0, option.n - 1);
+  if (std::isnan(boundary)) return not_a_number;
 
-  // Four arrays by node and one by period, in one block.
-  const int nodes = padded_nodes(N);
-  double* work = dvector(0, 4 * nodes + option.n - 1);
-  if (!work) return not_a_number;
-  double* log_factor = work;
-  double* factor = log_factor + nodes;
-  double* margin = factor + nodes;
-  double* payoff = margin + nodes;
-  tree_factors(tree, N, log_factor, factor);
-  collar_values(option, log_factor, factor, nodes, payoff + nodes, margin);
-  for (int k = 0; k <= N; ++k) {
-    if (!(option.OptType & 1)) margin[k] = -margin[k];
-    payoff[k] = positive_part(margin[k]);
+  const double side = option.OptType & 1 ? 1.0 : -1.0;
+  double sum = 0.0;
+  for (int i = 0; i < option.n; ++i) {
+    const double root_tau = std::sqrt(option.ExpDays[i] - option.T);
+    const auto part = [&](double K, double sigma, double sign) {
+      return exercised_part(option.Price[i], K, sigma * root_tau, v, boundary, side, sign);
+    };
+    const double collar = part(option.Cap, floored(option.Vol[i]), 1.0) -
+                          part(option.Floor, floored(option.Vol[i] + option.VolSpread), -1.0);
+    sum += side * exponential(-option.IntRt[i] * option.ExpDays[i]) * collar;
   }
-  kink_correct(margin, payoff, N);
-  const double price = binomial_mean(payoff, N, tree.p) * exponential(-option.r * option.T);
-  free_dvector(work, 0, 4 * nodes + option.n - 1);
-  return price;
+  return sum / option.n;
 }
 
 double xcol_greeks(const CollarOption& option, int RetType) {
   CollarOption moved = option;
-  switch (RetType) {
-    case 0:
-      return xcol_tree(option);
-    case 3:
+  switch (static_cast<CollarResult>(RetType)) {
+    case CollarResult::premium:
+      return xcol_price(option);
+    case CollarResult::vega:
       moved.SwapVol *= 1.001;
       return change(option, moved, 0.001 * option.SwapVol);
-    case 7:
+    case CollarResult::vol_spread:
       moved.VolSpread += 0.0001;
       return change(option, moved, 0.0001);
-    case 8:
+    case CollarResult::cap:
       moved.Cap *= 1.001;
       return option.Cap == 0.0 ? 0.0 : change(option, moved, 0.001 * option.Cap);
-    case 9:
+    case CollarResult::floor:
       moved.Floor *= 1.001;
       return option.Floor == 0.0 ? 0.0 : change(option, moved, 0.001 * option.Floor);
-    case 10:
+    case CollarResult::forward_value:
       return collar_strip_value(1.0, option);
-    case 5:
-      if (option.T <= 1e-6) return 0.0;
+    case CollarResult::theta:
+      if (option.T <= 0.0) return 0.0;
       break;
     default:
-      if (RetType < 0 || RetType - 11 >= option.n) return 0.0;
+      if (RetType < 0 || RetType - static_cast<int>(CollarResult::first_period_delta) >= option.n) return 0.0;
   }
   double* input = option.n < 1 ? nullptr : dvector(0, option.n - 1);
   if (!input) return not_a_number;

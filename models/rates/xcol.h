@@ -13,48 +13,53 @@ struct CollarOption {
   const double* ExpDays = nullptr;  // the period's expiry in YEARS (on the worksheet in days)
   int n = 0;                        // number of periods
   double SwapVol = 0.0;             // volatility of the common factor until option expiry, per year
-  double VolSpread = 0.0;           // added to Vol for the floorlets, which take at least 1e-5
+  double VolSpread = 0.0;           // added to Vol for the floorlets
   double T = 0.0;                   // option expiry in years
   double Cap = 0.0;                 // strike of the cap
   double Floor = 0.0;               // strike of the floor
   double r = 0.0;                   // zero rate to option expiry, continuous, per year
-  int N = 0;                        // tree steps; below 1 taken as 1, above xcol_most_steps as that
   int OptType = 0;                  // lowest bit set: call, else put
 };
 
-constexpr int xcol_most_steps = 2000;
-
 /// Value per unit of quantity, at option expiry, of the collar when every forward price is multiplied by m >
 /// 0: the mean over the periods of caplet less floorlet by Black's formula (Black 1976, equation 16), each
-/// discounted at the forward rate from T to its own expiry. Normal distribution as cnorm has it. A period
-/// that does not expire after T gives a number that is not finite, a lack of memory not a number.
+/// discounted at the forward rate from T to its own expiry. Volatilities below 1e-5 are taken as that, normal
+/// distribution as cnorm has it. A period that does not expire after T gives a number that is not finite, a
+/// lack of memory not a number.
 double collar_strip_value(double m, const CollarOption& option);
 
-/// Premium of the option per unit of quantity: the collar's values at the expiry nodes of the log-space
-/// binomial tree of the factor, corrected at the kink of the payoff (see models/trees/log_tree.h), averaged
-/// and discounted. Call less put is the discounted mean of the collar over the nodes.
+/// Premium of the option per unit of quantity, for a lognormal factor of mean 1. The collar's value rises
+/// with the factor, so there is one factor beyond which the option is exercised (Jamshidian 1989, "An exact
+/// bond option formula"), and the premium is the sum over the periods of that part of their caplets and
+/// floorlets: probabilities of two normal variables each (as Geske 1979, "The valuation of compound
+/// options"). They come from Gauss-Legendre quadrature over the factor, split at the exercise boundary and
+/// where the period's own option changes; measured within 1e-11 of a price. So the premium is a smooth
+/// function of every input.
 ///
-/// Largest error against the integral over the lognormal factor, as a share of price SwapVol sqrt(T), for
-/// SwapVol of 10 to 100 %, T of 0.1 to 2 years and strikes up to 40 % apart: 5.7e-3 at 50 steps, 2.7e-3 at
-/// 100, 1.3e-3 at 200, smooth in N. At 25 %, three months and 100 steps that is 0.07 % of the premium.
+/// Largest difference from the integral with the exact normal distribution, over 400 random deals of 1 to 6
+/// periods with SwapVol 10 to 100 %, T of a week to 2 years and strikes up to 40 % apart: 7e-8 of the price.
 ///
 /// T <= 0, SwapVol = 0 and a lack of memory give not a number; what collar_strip_value says of bad periods
 /// holds here.
-double xcol_tree(const CollarOption& option);
+double xcol_price(const CollarOption& option);
 
-/// Premium or a sensitivity by repricing, with one-sided moves of 0.1 % unless said otherwise:
-///   0 premium
-///   1 delta: all prices up by 0.001 of their mean
-///   2 gamma: all prices up and down by one spacing of the nodes, since less does not resolve the tree; not a
-///     number when that exceeds a price
-///   3 vega per 1.00 of SwapVol
-///   4 rho: IntRt of every period and r up by 0.0001
-///   5 theta per year from 0.001 year (1e-6 when T is not more than 0.001; 0 when T is not more than 1e-6)
-///   6 and 7 per 1.00 of every Vol, of VolSpread (up by 0.0001)
-///   8 and 9 per 1.00 of Cap, of Floor; 0 for a strike of 0
-///   10 value of the collar at option expiry at today's forward prices (not an option's value)
-///   11 + k  delta to the price of period k alone, k from 0; 0 for k >= n
-/// A negative RetType gives 0.
+/// What xcol_greeks works out, by repricing, with one-sided moves of 0.1 % unless said otherwise.
+enum class CollarResult : int {
+  premium = 0,
+  delta = 1,               // all prices up by 0.001 of their mean
+  gamma = 2,               // all prices up and down by that
+  vega = 3,                // per 1.00 of SwapVol
+  rho = 4,                 // IntRt of every period and r up by 0.0001
+  theta = 5,               // per year, from 0.001 year or a hundredth of T if that is less; 0 when T <= 0
+  period_vols = 6,         // per 1.00 of every Vol (up by 0.0001)
+  vol_spread = 7,          // per 1.00 of VolSpread (up by 0.0001)
+  cap = 8,                 // per 1.00 of Cap; 0 for a strike of 0
+  floor = 9,               // per 1.00 of Floor; 0 for a strike of 0
+  forward_value = 10,      // of the collar at option expiry at today's forward prices (not an option's value)
+  first_period_delta = 11  // and on: delta to the price of that period alone; 0 beyond the last
+};
+
+/// Premium or a sensitivity: RetType is a CollarResult. A negative RetType gives 0.
 double xcol_greeks(const CollarOption& option, int RetType);
 
 }  // namespace kestran
