@@ -49,6 +49,31 @@ TEST(Rainbow, DoesNotDependOnWhichPriceComesFirst) {
   EXPECT_NEAR(price(90, 110, 0.2, 0.35, 5) - price(110, 90, 0.35, 0.2, 5), -20 * std::exp(-0.06), 1e-12);
 }
 
+// Perfectly correlated prices, where rounding puts the correlations that follow beyond 1. Expected: the
+// payoff integrated over the one variable that moves both.
+TEST(Rainbow, PerfectlyCorrelatedPrices) {
+  const struct {
+    double S1, S2, X, sigma1, sigma2, rho, days;
+    int OptType;
+    double value;
+  } rows[] = {
+      {109.77, 95.85, 115.1, 0.48, 0.44, 1, 180, 6, 124.519196175},
+      {126.95, 113.27, 127.25, 0.15, 0.43, 1, 390, 1, 14.9106401198},
+      {109.77, 95.85, 115.1, 0.48, 0.44, 1, 180, 2, 5.36999647559},
+      {123, 116, 125, 0.3, 0.27, -1, 180, 1, 14.3646703941},
+      {126, 113, 72, 0.23, 0.44, -1, 180, 2, 24.9668189555},
+      {82, 111, 95, 0.52, 0.6, -1, 180, 3, 0.596632505962},
+  };
+  for (const auto& w : rows) {
+    EXPECT_NEAR(
+        rainbow_greek(w.S1, w.S2, w.X, 0.05, 0.05, 0.05, w.days, w.sigma1, w.sigma2, w.rho, w.OptType, 0),
+        w.value, 3e-5)
+        << w.S1;
+  }
+  // A correlation that is none stays without an answer.
+  EXPECT_TRUE(std::isnan(rainbow_price(100, 105, 98, 0.05, 0.05, 0.05, 1, 0.2, 0.3, 1.01, 1)));
+}
+
 TEST(Rainbow, DefinesTheDegenerateCases) {
   EXPECT_EQ(rainbow_price(100, 105, 98, 0.05, 0.05, 0.05, 1, 0.1, 0.2, 0.5, 0), -1e26);
   EXPECT_EQ(rainbow_price(100, 105, 98, 0.05, 0.05, 0.05, 1, 0.1, 0.2, 0.5, 7), -1e26);

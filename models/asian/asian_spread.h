@@ -45,8 +45,8 @@ double asian_spread_days(int E, int BA, int BB);
 /// left has the accuracy of spread_kernel.
 ///
 /// E < 1: averaging is over; the payoff on SetAvgA and SetAvgB, undiscounted. More than
-/// asian_spread_most_days between the fixings gives not a number. Nothing else is checked: prices that are
-/// not positive give what the arithmetic gives.
+/// asian_spread_most_days between the fixings gives not a number. Nothing else is checked: prices of 0 and
+/// below count as in spread_kernel.
 double asian_spread_price(const AsianSpread& option);
 
 /// Premium or a sensitivity, by repricing, the relative moves being 0.1 %:

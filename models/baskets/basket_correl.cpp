@@ -49,6 +49,17 @@ double correlation(const Components& of, int n1, int n, double mean1, double mea
 
 }  // namespace
 
+bool has_both_signs(const double* F, const double* w, int count) {
+  double least = 0.0;
+  double greatest = 0.0;
+  for (int i = 0; i < count; ++i) {
+    if (w[i] == 0.0) continue;
+    least = std::min(least, F[i]);
+    greatest = std::max(greatest, F[i]);
+  }
+  return least < 0.0 && greatest > 0.0;
+}
+
 double basket_correl_tset(const double* F1, const double* F2, const double* sigma1, const double* sigma2,
                           const double* w1, const double* w2, const double* Tset1, const double* Tset2,
                           const double* packed_correl, double T, int n1, int n2) {
@@ -58,6 +69,7 @@ double basket_correl_tset(const double* F1, const double* F2, const double* sigm
   for (int i = 0; i < n1; ++i) mean1 += F1[i] * w1[i];
   for (int i = 0; i < n2; ++i) mean2 += F2[i] * w2[i];
   if (mean1 == 0.0 || mean2 == 0.0 || T <= 0.0) return 0.0;
+  if (has_both_signs(F1, w1, n1) || has_both_signs(F2, w2, n2)) return not_a_number;
 
   double result = not_a_number;
   const int n = n1 + n2;

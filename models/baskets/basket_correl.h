@@ -3,6 +3,10 @@
 
 namespace kestran {
 
+/// Whether prices F of both signs are among the n components whose weight w is not 0. No lognormal variable
+/// fits such a basket.
+bool has_both_signs(const double* F, const double* w, int n);
+
 /// Correlation of the logarithms of two weighted baskets, each taken as the lognormal variable with its first
 /// two moments (as basket_vol_tset takes them), from the expected product of the two: ln(E[AB] / (E[A] E[B]))
 /// over the root of the product of both logarithmic variances, cut to -1 .. 1.
@@ -14,8 +18,9 @@ namespace kestran {
 /// horizon.
 ///
 /// A basket of forward value 0, T <= 0 and a basket without variance give 0: intended, as in basket_vol_tset.
-/// Moments without a real logarithm (which negative weights can give) are not a number, and so are n1 or n2
-/// below 1 and a lack of memory.
+/// A basket of negative prices counts as one of their amounts; prices of both signs in one basket are not a
+/// number. Moments without a real logarithm (which negative weights can give) are not a number, and so are n1
+/// or n2 below 1 and a lack of memory.
 double basket_correl_tset(const double* F1, const double* F2, const double* sigma1, const double* sigma2,
                           const double* w1, const double* w2, const double* Tset1, const double* Tset2,
                           const double* packed_correl, double T, int n1, int n2);

@@ -1,6 +1,7 @@
 #include "models/baskets/pplus.h"
 
 #include <cmath>
+#include <limits>
 
 #include "models/baskets/basket_correl.h"
 #include "models/baskets/basket_vol_tset.h"
@@ -49,8 +50,11 @@ Lognormals match_moments(const TwoBaskets& option) {
   const double Tset[2] = {T, T};
   const double* rho = option.rho;
   const double packed_correl[6] = {rho[0], rho[2], rho[3], rho[4], rho[5], rho[1]};
-  return {w[0] * S[0] + w[1] * S[1], w[2] * S[2] + w[3] * S[3],
-          basket_vol_tset(S, sigma, w, Tset, rho, T, 0, 2),
+  const double FA = w[0] * S[0] + w[1] * S[1];
+  const double FB = w[2] * S[2] + w[3] * S[3];
+  constexpr double none = std::numeric_limits<double>::quiet_NaN();
+  if (has_both_signs(S, w, 2) || has_both_signs(S + 2, w + 2, 2)) return {FA, FB, none, none, none};
+  return {FA, FB, basket_vol_tset(S, sigma, w, Tset, rho, T, 0, 2),
           basket_vol_tset(S + 2, sigma + 2, w + 2, Tset, rho + 1, T, 0, 2),
           basket_correl_tset(S, S + 2, sigma, sigma + 2, w, w + 2, Tset, Tset, packed_correl, T, 2, 2)};
 }

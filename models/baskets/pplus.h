@@ -28,8 +28,8 @@ struct TwoBaskets {
 /// one and 13 % over two.
 ///
 /// T <= 0 gives the intrinsic value. A flag outside 0 .. 2 gives -99. Correlations that cannot hold together
-/// are not detected. Baskets without a positive forward value give what the arithmetic gives, and a lack of
-/// memory not a number.
+/// are not detected. A basket of negative prices, or worth 0, counts as in spread_kernel; before expiry
+/// prices of both signs in one basket give not a number, and so does a lack of memory.
 double pplus_price(const TwoBaskets& option);
 
 /// Premium, sensitivities by repricing with relative moves of 0.1 %, or intermediate results:

@@ -145,6 +145,7 @@ double american_baw(double S, double K, double T, double r, double q, double sig
                     int RetType) {
   if (RetType < 0 || RetType > 7) return 99.0;
   const bool european = early_exercise_rule(r, q, OptType) == EarlyExercise::never;
+  if (T > 0.0 && (S < 0.0 || K < 0.0)) return std::numeric_limits<double>::quiet_NaN();
   if (!(T > 0.0) || european) return bs_general(S, K, T, r, q, sigma, OptType, RetType);
   if (sigma <= 0.0) sigma = 1e-5;
 

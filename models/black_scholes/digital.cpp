@@ -1,6 +1,7 @@
 #include "models/black_scholes/digital.h"
 
 #include <cmath>
+#include <limits>
 
 #include "models/black_scholes/european.h"
 #include "numerics/elementary.h"
@@ -63,6 +64,7 @@ double digital_option(double Cash, double S, double K, double T, double r, doubl
 double cod_option(double S, double K, double T, double r, double q, double sigma, double Premium, int OptType,
                   int RetType) {
   if (RetType < 0 || RetType > 5) return 99.0;
+  if (T > 0.0 && (S < 0.0 || K < 0.0)) return std::numeric_limits<double>::quiet_NaN();
   return bs_general(S, K, T, r, q, sigma, OptType, RetType) -
          digital_option(Premium, S, K, T, r, q, sigma, OptType, RetType);
 }
@@ -70,6 +72,7 @@ double cod_option(double S, double K, double T, double r, double q, double sigma
 double cod_premium(double S, double K, double T, double r, double q, double sigma, int OptType) {
   const double sign = OptType == 0 ? -1.0 : 1.0;
   if (!(T > 0.0)) return positive_part(sign * (S - K));
+  if (S < 0.0 || K < 0.0) return std::numeric_limits<double>::quiet_NaN();
   if (sigma <= 0.0) sigma = 1e-5;
   const double v = sigma * std::sqrt(T);
   const double d1 = (natural_log(S / K) + ((r - q) + sigma * sigma / 2.0) * T) / v;

@@ -46,8 +46,13 @@ double heat_rate_option(double SA, double SB, double K, double r, double sigma_A
       return -sign * D * N1() * SA / (SB * SB);
     case 3:
       return D * density() / (SA * SB) * over_v;
-    case 4:
-      return (sign * 2.0 * SA * N1() + SA * density() * over_v) / (SB * SB * SB) * D;
+    case 4: {
+      const double convexity = sign * 2.0 * SA * N1();
+      const double curvature = SA * density() * over_v;
+      const double cube = SB * SB * SB;
+      // Without a price B the second term has no value, and so the two have no sum.
+      return (cube == 0.0 ? convexity / cube + curvature / cube : (convexity + curvature) / cube) * D;
+    }
     case 5:
       return (sigma_A - rho * sigma_B) * R * D * density() * root_T / sigma;
     case 6:

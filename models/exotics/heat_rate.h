@@ -17,7 +17,8 @@ namespace kestran {
 /// both are intended. An unknown RetType gives 99.
 ///
 /// T <= 0: RetType 0 is the intrinsic value, every other RetType 0. sigma_A <= 0 is taken as 1e-5, sigma_B as
-/// it is. Nothing else is checked: a zero SB or K or a joint volatility of 0 gives what the arithmetic gives.
+/// it is. Nothing else is checked: a zero SB or K or a joint volatility of 0 gives what the arithmetic gives,
+/// and two negative prices give the same answers as two positive ones.
 double heat_rate_option(double SA, double SB, double K, double r, double sigma_A, double sigma_B, double rho,
                         double T, int OptType, int RetType);
 

@@ -1,6 +1,7 @@
 #include "models/exotics/quanto.h"
 
 #include <cmath>
+#include <limits>
 
 #include "models/black_scholes/european.h"
 
@@ -137,6 +138,7 @@ double quanto_option(double E, double S, double K, double rd, double rf, double 
   constexpr double least_sigma = 1e-5;
   if (Qtype < 1 || Qtype > 4 || RetType < 0 || RetType > 11) return 99.0;
   if (!(T > 0.0) && RetType != 0) return 0.0;
+  if (T > 0.0 && (E < 0.0 || S < 0.0 || K < 0.0)) return std::numeric_limits<double>::quiet_NaN();
   if (sigmaS <= 0.0) sigmaS = least_sigma;
   if (sigmaE <= 0.0) sigmaE = least_sigma;
   const double covariance = rho * sigmaS * sigmaE;

@@ -18,8 +18,8 @@ namespace kestran {
 ///   6, 7 vega to sigmaS, to sigmaE, per 1.00 of volatility   8 to rho, per 1.00 of correlation
 ///   9, 10 rho to the domestic, to the foreign rate   11 theta, change of value per year as time passes
 ///
-/// T <= 0 or not a number: RetType 0 is the payoff, every other RetType 0. An unknown Qtype or RetType
-/// gives 99.0.
+/// T <= 0 or not a number: RetType 0 is the payoff, every other RetType 0. A negative E, S or K before expiry
+/// gives not a number, an unknown Qtype or RetType 99.0.
 double quanto_option(double E, double S, double K, double rd, double rf, double q, double sigmaS,
                      double sigmaE, double rho, double T, int OptType, int Qtype, int RetType);
 

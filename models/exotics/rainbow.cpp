@@ -1,5 +1,6 @@
 #include "models/exotics/rainbow.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -10,6 +11,17 @@
 #include "numerics/normal.h"
 
 namespace kestran {
+namespace {
+
+// binorm with a correlation that follows from `rho`. At a rho of 1 or -1 rounding may put it beyond 1, where
+// binorm mostly has no answer.
+double binorm_derived(double a, double b, double derived, double rho) {
+  const double result = binorm(a, b, derived);
+  if (!std::isnan(result) || std::fabs(rho) > 1.0) return result;
+  return binorm(a, b, std::min(std::max(derived, -1.0), 1.0));
+}
+
+}  // namespace
 
 double rainbow_price(double S1, double S2, double X, double r, double q1, double q2, double T, double sigma1,
                      double sigma2, double rho, int OptType) {
@@ -39,8 +51,9 @@ double rainbow_price(double S1, double S2, double X, double r, double q1, double
     const double y1 = (natural_log(S1 / X) + (r - q1 + sigma1 * sigma1 / 2.0) * T) / v1;
     const double y2 = (natural_log(S2 / X) + (r - q2 + sigma2 * sigma2 / 2.0) * T) / v2;
     const double reverse_d = (-moneyness + (q1 - q2 + variance / 2.0) * T) / v;
-    return asset1 * (N1 - binorm(-y1, d, (rho * sigma2 - sigma1) / sigma)) +
-           asset2 * (cnorm(reverse_d) - binorm(-y2, reverse_d, (rho * sigma1 - sigma2) / sigma)) +
+    return asset1 * (N1 - binorm_derived(-y1, d, (rho * sigma2 - sigma1) / sigma, rho)) +
+           asset2 *
+               (cnorm(reverse_d) - binorm_derived(-y2, reverse_d, (rho * sigma1 - sigma2) / sigma, rho)) +
            cash * binorm(v1 - y1, v2 - y2, rho);
   };
   if (OptType == 6) return X == 0.0 ? better_asset() : best_of_three();

@@ -12,7 +12,8 @@ namespace kestran {
 ///   1 call on the greater price   2 call on the smaller   3 put on the greater   4 put on the smaller
 ///   5 exchange: receive price 1 for price 2   6 the best of both prices and the cash X
 ///
-/// An unknown OptType gives -1e26. Nothing else is checked: perfectly correlated prices of equal volatility,
+/// An unknown OptType gives -1e26. Correlations that follow from a rho of 1 or -1 are kept within -1..1,
+/// where rounding would leave them beyond. Nothing else is checked: prices of equal volatility at a rho of 1,
 /// T = 0 or prices of 0 give what the arithmetic gives, mostly not a number. X = 0 is the greater price
 /// itself (1 and 6).
 double rainbow_price(double S1, double S2, double X, double r, double q1, double q2, double T, double sigma1,

@@ -7,7 +7,7 @@ namespace kestran {
 /// payoff max(+-(A - B - K), 0), by spread_kernel, which states the accuracy. Where no closed form exists,
 /// sensitivities are two-sided differences over 0.1 % steps, of the premium or of the kernel's own deltas.
 ///
-/// SA, SB futures or forward prices (above 0, not checked), K strike of any sign, r interest rate
+/// SA, SB futures or forward prices (0 and below as in spread_kernel), K strike of any sign, r interest rate
 /// (continuous, per year), sigmaA, sigmaB volatilities (per year), rho correlation, taken as 1 or -1 beyond,
 /// T years to expiry. OptType 0 put, any other value call. RetType selects the result:
 ///   0 premium   1, 2 delta in A, B   3, 4 gamma in A, B
