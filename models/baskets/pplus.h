@@ -3,6 +3,22 @@
 
 namespace kestran {
 
+/// Results of the option, by their number on the worksheet; deltas, gammas, vegas and sensitivities to the
+/// correlations in the order in which TwoBaskets has what they move.
+enum class TwoBasketResult : int {
+  premium,
+  first_delta,
+  first_gamma = 5,
+  first_vega = 9,
+  first_correlation = 13,
+  carry_rho = 19,
+  theta,
+  cross_gamma,
+  volatility_A,
+  volatility_B,
+  correlation,
+};
+
 /// The terms of an option on basket A less basket B. Components in the order A1, A2, B1, B2.
 struct TwoBaskets {
   double S[4] = {};       // forward prices to expiry

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/bumps.h"
 #include "models/calendar.h"
 #include "numerics/bivariate_normal.h"
 #include "numerics/elementary.h"
@@ -175,27 +176,26 @@ double compound_price(double S, double X1, double X, double days1, double days2,
 
 double compound_greek(double S, double X1, double X, double days1, double days2, double r, double q,
                       double sigma_f, double sigma, int OptType, int RetType) {
-  constexpr double step = 0.001, up = 1.001, down = 0.999;
   const auto changed = [&](double days_less, double rate_factor, double volatility_factor) {
     return compound(X1, X, days1 - days_less, days2 - days_less, r * rate_factor, q * rate_factor,
                     sigma_f * volatility_factor, sigma * volatility_factor, OptType);
   };
   const Compound option = changed(0.0, 1.0, 1.0);
   const double base = value(option, S);
-  const double h = S * step;
+  const double h = S * bump;
 
-  switch (RetType) {
-    case 0:
+  switch (static_cast<CompoundResult>(RetType)) {
+    case CompoundResult::premium:
       return base;
-    case 1:
-      return (value(option, S * up) - base) / h;
-    case 2:
-      return (value(option, S * up) + value(option, S * down) - 2.0 * base) / (h * h);
-    case 3:
-      return (value(changed(0.0, 1.0, up), S) - base) / (sigma * step);
-    case 4:
-      return r == 0.0 ? 0.0 : (value(changed(0.0, up, 1.0), S) - base) / (r * step);
-    case 5: {
+    case CompoundResult::delta:
+      return (value(option, S * bump_up) - base) / h;
+    case CompoundResult::gamma:
+      return (value(option, S * bump_up) + value(option, S * bump_down) - 2.0 * base) / (h * h);
+    case CompoundResult::vega:
+      return (value(changed(0.0, 1.0, bump_up), S) - base) / (sigma * bump);
+    case CompoundResult::rho:
+      return r == 0.0 ? 0.0 : (value(changed(0.0, bump_up, 1.0), S) - base) / (r * bump);
+    case CompoundResult::theta: {
       const double days = days1 <= 0.001 ? 1e-6 : 0.001;
       return (value(changed(days, 1.0, 1.0), S) - base) / days * days_per_year;
     }

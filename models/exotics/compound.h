@@ -3,6 +3,16 @@
 
 namespace kestran {
 
+/// Results of an option on an option, by their number on the worksheet.
+enum class CompoundResult : int {
+  premium,
+  delta,
+  gamma,
+  vega,
+  rho,
+  theta,
+};
+
 /// Premium of a European call on a forward price (Black 1976), normal distribution by cnorm. F forward price,
 /// X strike, days to expiry (of 365.25 to the year), r interest rate (continuous, per year), sigma volatility
 /// (per year). Nothing is checked: bad input gives not a number.

@@ -3,6 +3,23 @@
 
 namespace kestran {
 
+/// Results of a heat-rate option, by their number on the worksheet.
+enum class HeatRateResult : int {
+  premium,
+  delta_A,
+  delta_B,
+  gamma_A,
+  gamma_B,
+  vega_A,
+  vega_B,
+  by_correlation,
+  rho,
+  theta,
+  delta_A_by_time,
+  delta_B_by_time,
+  cross_gamma,
+};
+
 /// Premium or a sensitivity of an option on the ratio SA / SB of two lognormal prices: Black's formula (1976)
 /// on the ratio, taken as without drift, with the volatility of ln SA - ln SB; normal distribution by cnorm.
 ///

@@ -3,6 +3,22 @@
 
 namespace kestran {
 
+/// Results of a quanto option, by their number on the worksheet; S is the asset, E the exchange rate.
+enum class QuantoResult : int {
+  premium,
+  delta_S,
+  delta_E,
+  gamma_S,
+  gamma_E,
+  cross_gamma,
+  vega_S,
+  vega_E,
+  by_correlation,
+  rho_domestic,
+  rho_foreign,
+  theta,
+};
+
 /// Premium or a sensitivity, in domestic currency, of a European option on an asset priced in a foreign
 /// currency, of Reiner's (1992, "Quanto mechanics") four types, each a bs_general with the drift and
 /// volatility it implies. With S the asset in foreign currency and E the domestic price of one unit of that

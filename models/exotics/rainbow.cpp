@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "models/black_scholes/black_scholes_price.h"
+#include "models/bumps.h"
 #include "models/calendar.h"
 #include "numerics/bivariate_normal.h"
 #include "numerics/elementary.h"
@@ -69,10 +70,9 @@ double rainbow_price(double S1, double S2, double X, double r, double q1, double
 
 double rainbow_greek(double S1, double S2, double X, double r, double q1, double q2, double days,
                      double sigma1, double sigma2, double rho, int OptType, int RetType) {
-  constexpr double step = 0.001, up = 1.001, down = 0.999;
   const double T = days / days_per_year;
-  const double h1 = S1 * step;
-  const double h2 = S2 * step;
+  const double h1 = S1 * bump;
+  const double h2 = S2 * bump;
   const auto at_prices = [&](double factor1, double factor2) {
     return rainbow_price(S1 * factor1, S2 * factor2, X, r, q1, q2, T, sigma1, sigma2, rho, OptType);
   };
@@ -84,37 +84,38 @@ double rainbow_greek(double S1, double S2, double X, double r, double q1, double
     return rainbow_price(S1, S2, X, r, q1, q2, T, sigma1, sigma2, changed, OptType);
   };
 
-  switch (RetType) {
-    case 0:
+  switch (static_cast<RainbowResult>(RetType)) {
+    case RainbowResult::premium:
       return base();
-    case 1:
-      return (at_prices(up, 1.0) - base()) / h1;
-    case 2:
-      return (at_prices(1.0, up) - base()) / h2;
-    case 3:
-      return (at_prices(up, 1.0) + at_prices(down, 1.0) - 2.0 * base()) / (h1 * h1);
-    case 4:
-      return (at_prices(1.0, up) + at_prices(1.0, down) - 2.0 * base()) / (h2 * h2);
-    case 5:
-      return (at_prices(up, up) + at_prices(down, down) - at_prices(up, down) - at_prices(down, up)) /
+    case RainbowResult::delta_1:
+      return (at_prices(bump_up, 1.0) - base()) / h1;
+    case RainbowResult::delta_2:
+      return (at_prices(1.0, bump_up) - base()) / h2;
+    case RainbowResult::gamma_1:
+      return (at_prices(bump_up, 1.0) + at_prices(bump_down, 1.0) - 2.0 * base()) / (h1 * h1);
+    case RainbowResult::gamma_2:
+      return (at_prices(1.0, bump_up) + at_prices(1.0, bump_down) - 2.0 * base()) / (h2 * h2);
+    case RainbowResult::cross_gamma:
+      return (at_prices(bump_up, bump_up) + at_prices(bump_down, bump_down) - at_prices(bump_up, bump_down) -
+              at_prices(bump_down, bump_up)) /
              (4.0 * h1 * h2);
-    case 6:
-      return (at_volatilities(sigma1 * up, sigma2) - base()) / (sigma1 * step);
-    case 7:
-      return (at_volatilities(sigma1, sigma2 * up) - base()) / (sigma2 * step);
-    case 8:
-      if (rho == 0.0) return (at_correlation(step) - base()) / step;
-      return (at_correlation(rho * down) - base()) / (-rho * step);
-    case 9: {
+    case RainbowResult::vega_1:
+      return (at_volatilities(sigma1 * bump_up, sigma2) - base()) / (sigma1 * bump);
+    case RainbowResult::vega_2:
+      return (at_volatilities(sigma1, sigma2 * bump_up) - base()) / (sigma2 * bump);
+    case RainbowResult::by_correlation:
+      if (rho == 0.0) return (at_correlation(bump) - base()) / bump;
+      return (at_correlation(rho * bump_down) - base()) / (-rho * bump);
+    case RainbowResult::rho: {
       if (r == 0.0) return 0.0;
       // The moved rate serves as both yields, whatever they were, and sizes the step: intended.
-      const double moved = r * up;
+      const double moved = r * bump_up;
       const double price = rainbow_price(S1, S2, X, moved, moved, moved, T, sigma1, sigma2, rho, OptType);
-      return (price - base()) / (moved * step);
+      return (price - base()) / (moved * bump);
     }
-    case 10:
-      return (base() - rainbow_price(S1, S2, X, r, q1, q2, T * up, sigma1, sigma2, rho, OptType)) /
-             (T * step);
+    case RainbowResult::theta:
+      return (base() - rainbow_price(S1, S2, X, r, q1, q2, T * bump_up, sigma1, sigma2, rho, OptType)) /
+             (T * bump);
     default:
       return std::numeric_limits<double>::quiet_NaN();
   }

@@ -3,6 +3,21 @@
 
 namespace kestran {
 
+/// Results of a rainbow option, by their number on the worksheet.
+enum class RainbowResult : int {
+  premium,
+  delta_1,
+  delta_2,
+  gamma_1,
+  gamma_2,
+  cross_gamma,
+  vega_1,
+  vega_2,
+  by_correlation,
+  rho,
+  theta,
+};
+
 /// Premium of a European option on two lognormal prices with continuous yields (Stulz 1982, "Options on the
 /// minimum or the maximum of two risky assets"; exchange option: Margrabe 1978), with binorm and cnorm:
 /// measured within 1e-5 of the largest of S1, S2 and X, the exchange option within 2e-7.

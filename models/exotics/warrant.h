@@ -14,7 +14,8 @@ namespace kestran {
 /// S today's share price, K strike, r interest rate and q yield (continuous, per year), sigma volatility (per
 /// year) of the firm's worth per share, shares and warrants together; tv years to vesting (<= 0 vested:
 /// American; from T on: European), T years to expiry, Nwar warrants and Nshr shares outstanding. WarType 0
-/// put warrant, any other value call warrant. Nwar = 0 is a warrant without dilution. RetType:
+/// put warrant, any other value call warrant. Nwar = 0 is a warrant without dilution. RetType, as in
+/// EuropeanResult:
 ///   0 value   1 delta and 2 gamma, to the share price   3 vega, per 1.00 of volatility
 ///   4 sensitivity to r and q moving together   5 theta, change of value per year as time passes
 /// They follow from the fixed point differentiated; 3 and 4 with one-sided differences of the option over
