@@ -27,7 +27,18 @@ inline Answer AGC(double Price, double Strike, double SetPrice, double IntRt, do
 inline Answer ASV(double Price, double Strike, double IntRt, double Vol, double SetPrice, double toExp,
                   double toStart, double toEnd, double TradeDays, int OptType, Selector<0, 6> RetType) {
   double results[7];
-  asian_vol_approx(Price, Strike, IntRt, Vol, SetPrice, toExp, toStart, toEnd, TradeDays, OptType, results);
+  TradingDayAverage option;
+  option.S = Price;
+  option.K = Strike;
+  option.r = IntRt;
+  option.sigma = Vol;
+  option.A = SetPrice;
+  option.toExp = toExp;
+  option.toStart = toStart;
+  option.toEnd = toEnd;
+  option.TradeDays = TradeDays;
+  option.OptType = OptType;
+  asian_vol_approx(option, results);
   return results[RetType];
 }
 

@@ -51,10 +51,11 @@ LognormalBaskets match_moments(const TwoBaskets& option) {
   const double FA = w[0] * S[0] + w[1] * S[1];
   const double FB = w[2] * S[2] + w[3] * S[3];
   constexpr double none = std::numeric_limits<double>::quiet_NaN();
-  if (has_both_signs(S, w, 2) || has_both_signs(S + 2, w + 2, 2)) return {FA, FB, none, none, none};
-  return {FA, FB, basket_vol_tset(S, sigma, w, Tset, rho, T, 0, 2),
-          basket_vol_tset(S + 2, sigma + 2, w + 2, Tset, rho + 1, T, 0, 2),
-          basket_correl_tset(S, S + 2, sigma, sigma + 2, w, w + 2, Tset, Tset, packed_correl, T, 2, 2)};
+  const FixingBasket A = {S, sigma, w, Tset, 2};
+  const FixingBasket B = {S + 2, sigma + 2, w + 2, Tset, 2};
+  if (has_both_signs(A) || has_both_signs(B)) return {FA, FB, none, none, none};
+  return {FA, FB, basket_vol_tset(A, rho, T, 0), basket_vol_tset(B, rho + 1, T, 0),
+          basket_correl_tset(A, B, packed_correl, T)};
 }
 
 // With the prices of basket A multiplied by `up_A` and those of B by `up_B`.

@@ -116,13 +116,13 @@ double asset_linked(const Inner& option, double S, double sigmaS, double sigmaE,
 
 }  // namespace
 
-double quanto_option(double E, double S, double K, double rd, double rf, double q, double sigmaS,
-                     double sigmaE, double rho, double T, int OptType, int Qtype, int RetType) {
+double quanto_option(const QuantoOption& terms, int RetType) {
+  const auto [E, S, K, rd, rf, q, given_sigmaS, given_sigmaE, rho, T, OptType, Qtype] = terms;
   if (Qtype < 1 || Qtype > 4 || RetType < 0 || RetType > 11) return 99.0;
   if (!(T > 0.0) && RetType != 0) return 0.0;
   if (T > 0.0 && (E < 0.0 || S < 0.0 || K < 0.0)) return std::numeric_limits<double>::quiet_NaN();
-  sigmaS = floored_volatility(sigmaS);
-  sigmaE = floored_volatility(sigmaE);
+  const double sigmaS = floored_volatility(given_sigmaS);
+  const double sigmaE = floored_volatility(given_sigmaE);
   const auto result = static_cast<QuantoResult>(RetType);
   const double covariance = rho * sigmaS * sigmaE;
 

@@ -6,7 +6,6 @@
 
 #include "models/black_scholes/black_scholes_price.h"
 #include "models/bumps.h"
-#include "models/calendar.h"
 #include "numerics/bivariate_normal.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
@@ -24,8 +23,11 @@ double binorm_derived(double a, double b, double derived, double rho) {
 
 }  // namespace
 
-double rainbow_price(double S1, double S2, double X, double r, double q1, double q2, double T, double sigma1,
-                     double sigma2, double rho, int OptType) {
+double rainbow_price(const RainbowOption& option) {
+  const double S1 = option.S1, S2 = option.S2, X = option.X, T = option.T;
+  const double r = option.r, q1 = option.q1, q2 = option.q2;
+  const double sigma1 = option.sigma1, sigma2 = option.sigma2, rho = option.rho;
+  const int OptType = option.OptType;
   if (OptType < 1 || OptType > 6) return -1e26;
   const double root_T = std::sqrt(T);
   const double variance = sigma1 * sigma1 + sigma2 * sigma2 - 2.0 * rho * sigma1 * sigma2;
@@ -68,21 +70,22 @@ double rainbow_price(double S1, double S2, double X, double r, double q1, double
   return OptType == 2 ? call_on_smaller : cash - (asset1 + asset2 - better_asset()) + call_on_smaller;
 }
 
-double rainbow_greek(double S1, double S2, double X, double r, double q1, double q2, double days,
-                     double sigma1, double sigma2, double rho, int OptType, int RetType) {
-  const double T = days / days_per_year;
-  const double h1 = S1 * bump;
-  const double h2 = S2 * bump;
+double rainbow_greek(const RainbowOption& option, int RetType) {
+  const double h1 = option.S1 * bump;
+  const double h2 = option.S2 * bump;
   const auto at_prices = [&](double factor1, double factor2) {
-    return rainbow_price(S1 * factor1, S2 * factor2, X, r, q1, q2, T, sigma1, sigma2, rho, OptType);
+    RainbowOption moved = option;
+    moved.S1 *= factor1;
+    moved.S2 *= factor2;
+    return rainbow_price(moved);
   };
-  const auto base = [&] { return at_prices(1.0, 1.0); };
-  const auto at_volatilities = [&](double changed1, double changed2) {
-    return rainbow_price(S1, S2, X, r, q1, q2, T, changed1, changed2, rho, OptType);
+  const auto base = [&] { return rainbow_price(option); };
+  const auto with = [&](double RainbowOption::*term, double value) {
+    RainbowOption moved = option;
+    moved.*term = value;
+    return rainbow_price(moved);
   };
-  const auto at_correlation = [&](double changed) {
-    return rainbow_price(S1, S2, X, r, q1, q2, T, sigma1, sigma2, changed, OptType);
-  };
+  const double r = option.r, T = option.T, rho = option.rho;
 
   switch (static_cast<RainbowResult>(RetType)) {
     case RainbowResult::premium:
@@ -100,22 +103,21 @@ double rainbow_greek(double S1, double S2, double X, double r, double q1, double
               at_prices(bump_down, bump_up)) /
              (4.0 * h1 * h2);
     case RainbowResult::vega_1:
-      return (at_volatilities(sigma1 * bump_up, sigma2) - base()) / (sigma1 * bump);
+      return (with(&RainbowOption::sigma1, option.sigma1 * bump_up) - base()) / (option.sigma1 * bump);
     case RainbowResult::vega_2:
-      return (at_volatilities(sigma1, sigma2 * bump_up) - base()) / (sigma2 * bump);
+      return (with(&RainbowOption::sigma2, option.sigma2 * bump_up) - base()) / (option.sigma2 * bump);
     case RainbowResult::by_correlation:
-      if (rho == 0.0) return (at_correlation(bump) - base()) / bump;
-      return (at_correlation(rho * bump_down) - base()) / (-rho * bump);
+      if (rho == 0.0) return (with(&RainbowOption::rho, bump) - base()) / bump;
+      return (with(&RainbowOption::rho, rho * bump_down) - base()) / (-rho * bump);
     case RainbowResult::rho: {
       if (r == 0.0) return 0.0;
       // The moved rate serves as both yields, whatever they were, and sizes the step: intended.
-      const double moved = r * bump_up;
-      const double price = rainbow_price(S1, S2, X, moved, moved, moved, T, sigma1, sigma2, rho, OptType);
-      return (price - base()) / (moved * bump);
+      RainbowOption moved = option;
+      moved.r = moved.q1 = moved.q2 = r * bump_up;
+      return (rainbow_price(moved) - base()) / (moved.r * bump);
     }
     case RainbowResult::theta:
-      return (base() - rainbow_price(S1, S2, X, r, q1, q2, T * bump_up, sigma1, sigma2, rho, OptType)) /
-             (T * bump);
+      return (base() - with(&RainbowOption::T, T * bump_up)) / (T * bump);
     default:
       return std::numeric_limits<double>::quiet_NaN();
   }

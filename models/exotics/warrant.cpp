@@ -11,15 +11,17 @@
 
 namespace kestran {
 
-double warrant_value(double S, double K, double r, double q, double sigma, double tv, double T, double Nwar,
-                     double Nshr, int WarType, int RetType) {
+double warrant_value(const Warrant& warrant, int RetType) {
+  const double S = warrant.S, K = warrant.K, r = warrant.r, q = warrant.q, tv = warrant.tv, T = warrant.T;
+  const double Nwar = warrant.Nwar, Nshr = warrant.Nshr;
+  const int WarType = warrant.WarType;
   if (RetType < 0 || RetType > 5) return 99.0;
   const double sign = WarType == 0 ? -1.0 : 1.0;
   const double m = Nwar / Nshr;
   const double g = 1.0 + sign * m;
   if (S <= 0.0 || K <= 0.0 || Nshr <= 0.0 || Nwar < 0.0 || g <= 0.0) return -99.0;
   if (!(T > 0.0)) return RetType == 0 ? positive_part(sign * (S - K)) : 0.0;
-  sigma = floored_volatility(sigma);
+  const double sigma = floored_volatility(warrant.sigma);
 
   // One method for all prices: between a tree and a formula, a small step in the rate would drown in their
   // difference.
