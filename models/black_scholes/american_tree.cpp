@@ -162,6 +162,7 @@ double american_binomial(double S, double K, double T, double r, double q, doubl
   if (Nsteps < 1) return -99.0;
   if (RetType < 0 || RetType > 8) return 99.0;
   if (!(T > 0.0) && RetType != 0) return 0.0;
+  if (T > 0.0 && (S < 0.0 || K < 0.0)) return nan;
   sigma = floored_volatility(sigma);
 
   const auto tree = [&](double years, double rate, double yield, double volatility) {
