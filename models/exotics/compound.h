@@ -54,8 +54,8 @@ struct CompoundOption {
 /// arithmetic gives.
 double compound_price(const CompoundOption& option);
 
-/// Premium or a sensitivity by re-pricing. Steps are 0.1 % of the argument
-/// unless said otherwise; the sentinels of compound_price are differenced like premiums. RetType:
+/// Premium or a sensitivity by re-pricing. Steps are 0.1 % of the argument unless said otherwise; the
+/// sentinels of compound_price are differenced like premiums. RetType:
 ///   0 premium   1 delta   2 gamma   3 both volatilities moved, per 1.00 of sigma
 ///   4 r and q moved by the same part, per 1.00 of r; 0 when r is 0
 ///   5 theta per year, change of value as time passes: over 0.001 days, or 1e-6 when days1 <= 0.001

@@ -18,8 +18,7 @@ namespace kestran {
 /// Measured against adaptive quadrature with the exact normal distribution, prices 60 to 140 and strikes -30
 /// to 30: for deviations up to 1 the premium is within 5e-5 for rho from -0.95 to 0.95 (mostly 1e-5, from
 /// cnorm), 2e-4 at -0.99 and 0.99, 1e-3 at 0.999 and 1e-6 at -1 and 1; for deviations up to 3, within 1e-2.
-/// Call less put is D (FA - FB - K) within 2e-6. With one price below 0 the
-/// premium is within 2e-2.
+/// Call less put is D (FA - FB - K) within 2e-6. With one price below 0 the premium is within 2e-2.
 double spread_kernel(double FA, double FB, double K, double vA, double vB, double rho, double D, int OptType,
                      double out[3]);
 
