@@ -48,9 +48,25 @@ inline Answer ASNSPRD2(double PriceA, double PriceB, double Strike, double IntRt
                        Selector<0, 13> RetType) {
   if (asian_spread_days(ExpDays, AvgBegDaysA, AvgBegDaysB) > asian_spread_most_days)
     return Answer::failure(value_code, Reason::days);
-  return asian_spread_greek({PriceA, PriceB, Strike, IntRt, q1, q2, VolAf, VolBf, VolA, VolB, Correl, SetAvgA,
-                             SetAvgB, ExpDays, AvgBegDaysA, AvgBegDaysB, OptType},
-                            RetType);
+  AsianSpread option;
+  option.PriceA = PriceA;
+  option.PriceB = PriceB;
+  option.K = Strike;
+  option.r = IntRt;
+  option.q1 = q1;
+  option.q2 = q2;
+  option.VolAf = VolAf;
+  option.VolBf = VolBf;
+  option.VolA = VolA;
+  option.VolB = VolB;
+  option.rho = Correl;
+  option.SetAvgA = SetAvgA;
+  option.SetAvgB = SetAvgB;
+  option.E = ExpDays;
+  option.BA = AvgBegDaysA;
+  option.BB = AvgBegDaysB;
+  option.OptType = OptType;
+  return asian_spread_greek(option, RetType);
 }
 
 /// On futures, whose yield is the interest rate.
