@@ -53,7 +53,7 @@ void add_volatility_approximation() {
   add_worksheet(option, "ASV", {S, K, r, sigma, 0, toExp, toStart, toEnd, TradeDays, 1, 0}, 0);
   add_model(option, [](double price) {
     double results[7];
-    asian_vol_approx(price, K, r, sigma, 0.0, toExp, toStart, toEnd, TradeDays, 1, results);
+    asian_vol_approx({price, K, r, sigma, 0.0, toExp, toStart, toEnd, TradeDays, 1}, results);
     return results[0];
   });
   add_straight(option, [](double price) {

@@ -67,8 +67,8 @@ void add_basket_of_fixings(int n) {
   Case& volatility = add_case("BASVOLT/" + std::to_string(n), years, 1.0);
   add_worksheet(volatility, "BASVOLT", {b->F, b->sigma, b->w, b->Tset, Argument(b->lower_rho), years, 0}, 5);
   add_model(volatility, [=](double T) {
-    return basket_vol_tset(b->F.data(), b->sigma.data(), b->w.data(), b->Tset.data(), b->lower_rho.data(), T,
-                           0, n);
+    return basket_vol_tset({b->F.data(), b->sigma.data(), b->w.data(), b->Tset.data(), n},
+                           b->lower_rho.data(), T, 0);
   });
   add_straight(volatility, [=](double T) {
     return straight::basket_vol_tset(b->F.data(), b->sigma.data(), b->w.data(), b->Tset.data(),
@@ -88,9 +88,9 @@ void add_basket_correlation(int n) {
                  half(b->w, 1), half(b->Tset, 0), half(b->Tset, 1), Argument(b->lower_rho), years},
                 9);
   add_model(correlation, [=](double T) {
-    const auto second = [n](const std::vector<double>& of_both) { return of_both.data() + n; };
-    return basket_correl_tset(b->F.data(), second(b->F), b->sigma.data(), second(b->sigma), b->w.data(),
-                              second(b->w), b->Tset.data(), second(b->Tset), b->lower_rho.data(), T, n, n);
+    const FixingBasket first = {b->F.data(), b->sigma.data(), b->w.data(), b->Tset.data(), n};
+    const FixingBasket second = {first.F + n, first.sigma + n, first.w + n, first.Tset + n, n};
+    return basket_correl_tset(first, second, b->lower_rho.data(), T);
   });
   add_straight(correlation, [=](double T) {
     return straight::basket_correl(b->F.data(), b->sigma.data(), b->w.data(), b->Tset.data(),

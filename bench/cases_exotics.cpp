@@ -49,8 +49,9 @@ void add_compound() {
   constexpr int days1 = 90, days2 = 270;
   Case& option = add_case("CMPDV", S, S);
   add_worksheet(option, "CMPDV", {S, X1, X, days1, days2, r, r, sigma, sigma, 1, 0}, 0);
-  add_model(option,
-            [](double price) { return compound_price(price, X1, X, days1, days2, r, r, sigma, sigma, 1); });
+  add_model(option, [](double price) {
+    return compound_price({price, X1, X, days1, days2, r, r, sigma, sigma, 1});
+  });
   add_straight(option, [](double price) {
     return straight::compound(price, X1, X, days1, days2, r, r, sigma, sigma);
   });
@@ -65,7 +66,7 @@ void add_rainbow() {
     Case& option = add_case("RBOW/" + std::to_string(OptType), S, S);
     add_worksheet(option, "RBOW", {S, S2, X, r, sigma, sigma2, rho, days, double(OptType), 0}, 0);
     add_model(option, [=](double price) {
-      return rainbow_price(price, S2, X, r, r, r, T, sigma, sigma2, rho, OptType);
+      return rainbow_price({price, S2, X, r, r, r, T, sigma, sigma2, rho, OptType});
     });
     add_straight(option, [=](double price) {
       return straight::rainbow(price, S2, X, r, r, r, T, sigma, sigma2, rho, OptType);
@@ -110,7 +111,7 @@ void add_quanto() {
   Case& option = add_case("QUANTO", S, E * S);
   add_worksheet(option, "QUANTO", {E, S, K, r, rf, q, sigma, sigma_E, rho, days, 1, 3, 0}, 1);
   add_model(option, [](double price) {
-    return quanto_option(E, price, K, r, rf, q, sigma, sigma_E, rho, T, 1, 3, 0);
+    return quanto_option({E, price, K, r, rf, q, sigma, sigma_E, rho, T, 1, 3}, 0);
   });
   add_straight(option,
                [](double price) { return straight::quanto(E, price, K, r, rf, q, sigma, sigma_E, rho, T); });
@@ -138,8 +139,9 @@ void add_warrant() {
   constexpr double vesting_days = 730.5, expiry_days = 1826.25;
   Case& warrant = add_case("WARRANT", S, S);
   add_worksheet(warrant, "WARRANT", {S, K, r, q, sigma, vesting_days, expiry_days, Nwar, Nshr, 1, 0}, 0);
-  add_model(warrant,
-            [](double price) { return warrant_value(price, K, r, q, sigma, 2.0, 5.0, Nwar, Nshr, 1, 0); });
+  add_model(warrant, [](double price) {
+    return warrant_value({price, K, r, q, sigma, 2.0, 5.0, Nwar, Nshr, 1}, 0);
+  });
   add_straight(warrant,
                [](double price) { return straight::warrant(price, K, r, q, sigma, 2.0, 5.0, Nwar, Nshr); });
 }

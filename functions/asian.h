@@ -27,7 +27,18 @@ inline Answer AGC(double Price, double Strike, double SetPrice, double IntRt, do
 inline Answer ASV(double Price, double Strike, double IntRt, double Vol, double SetPrice, double toExp,
                   double toStart, double toEnd, double TradeDays, int OptType, Selector<0, 6> RetType) {
   double results[7];
-  asian_vol_approx(Price, Strike, IntRt, Vol, SetPrice, toExp, toStart, toEnd, TradeDays, OptType, results);
+  TradingDayAverage option;
+  option.S = Price;
+  option.K = Strike;
+  option.r = IntRt;
+  option.sigma = Vol;
+  option.A = SetPrice;
+  option.toExp = toExp;
+  option.toStart = toStart;
+  option.toEnd = toEnd;
+  option.TradeDays = TradeDays;
+  option.OptType = OptType;
+  asian_vol_approx(option, results);
   return results[RetType];
 }
 
@@ -37,9 +48,25 @@ inline Answer ASNSPRD2(double PriceA, double PriceB, double Strike, double IntRt
                        Selector<0, 13> RetType) {
   if (asian_spread_days(ExpDays, AvgBegDaysA, AvgBegDaysB) > asian_spread_most_days)
     return Answer::failure(value_code, Reason::days);
-  return asian_spread_greek({PriceA, PriceB, Strike, IntRt, q1, q2, VolAf, VolBf, VolA, VolB, Correl, SetAvgA,
-                             SetAvgB, ExpDays, AvgBegDaysA, AvgBegDaysB, OptType},
-                            RetType);
+  AsianSpread option;
+  option.PriceA = PriceA;
+  option.PriceB = PriceB;
+  option.K = Strike;
+  option.r = IntRt;
+  option.q1 = q1;
+  option.q2 = q2;
+  option.VolAf = VolAf;
+  option.VolBf = VolBf;
+  option.VolA = VolA;
+  option.VolB = VolB;
+  option.rho = Correl;
+  option.SetAvgA = SetAvgA;
+  option.SetAvgB = SetAvgB;
+  option.E = ExpDays;
+  option.BA = AvgBegDaysA;
+  option.BB = AvgBegDaysB;
+  option.OptType = OptType;
+  return asian_spread_greek(option, RetType);
 }
 
 /// On futures, whose yield is the interest rate.

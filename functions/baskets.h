@@ -34,8 +34,8 @@ inline Answer BASVOLT(Basket Fwd_rng, Basket Vol_rng, Basket Weight_rng, Basket 
   if (Vol_rng.count != n || Weight_rng.count != n || Tset_rng.count != n ||
       Correl_rng.count != n * (n - 1) / 2)
     return Answer::failure(missing_code, Reason::sizes);
-  return basket_vol_tset(Fwd_rng.values, Vol_rng.values, Weight_rng.values, Tset_rng.values,
-                         Correl_rng.values, ExpTime, RetType, n);
+  const FixingBasket basket = {Fwd_rng.values, Vol_rng.values, Weight_rng.values, Tset_rng.values, n};
+  return basket_vol_tset(basket, Correl_rng.values, ExpTime, RetType);
 }
 
 /// Times are in years; Correl_rng is the strictly lower triangle of the correlation matrix of both baskets'
@@ -48,9 +48,9 @@ inline Answer BASCORR(Basket Fwd1_rng, Basket Fwd2_rng, Basket Vol1_rng, Basket 
   if (Vol1_rng.count != n1 || Weight1_rng.count != n1 || Tset1_rng.count != n1 || Vol2_rng.count != n2 ||
       Weight2_rng.count != n2 || Tset2_rng.count != n2 || Correl_rng.count != (n1 + n2) * (n1 + n2 - 1) / 2)
     return Answer::failure(missing_code, Reason::sizes);
-  return basket_correl_tset(Fwd1_rng.values, Fwd2_rng.values, Vol1_rng.values, Vol2_rng.values,
-                            Weight1_rng.values, Weight2_rng.values, Tset1_rng.values, Tset2_rng.values,
-                            Correl_rng.values, ExpTime, n1, n2);
+  const FixingBasket first = {Fwd1_rng.values, Vol1_rng.values, Weight1_rng.values, Tset1_rng.values, n1};
+  const FixingBasket second = {Fwd2_rng.values, Vol2_rng.values, Weight2_rng.values, Tset2_rng.values, n2};
+  return basket_correl_tset(first, second, Correl_rng.values, ExpTime);
 }
 
 /// Tmat is in years. Risk outside 0..24 is #VALUE!.

@@ -30,15 +30,34 @@ inline Answer LKBK(double Price, double Strike, double IntRt, double Yield, doub
 inline Answer CMPDV(double Price, double StrOver, double StrUnder, double TimeOver, double TimeUnder,
                     double IntRt, double Yield, double FwdVol, double Vol, int OptType,
                     Selector<0, 5> RetType) {
-  return compound_greek(Price, StrOver, StrUnder, TimeOver, TimeUnder, IntRt, Yield, FwdVol, Vol, OptType,
-                        RetType);
+  CompoundOption option;
+  option.S = Price;
+  option.X1 = StrOver;
+  option.X = StrUnder;
+  option.days1 = TimeOver;
+  option.days2 = TimeUnder;
+  option.r = IntRt;
+  option.q = Yield;
+  option.sigma_f = FwdVol;
+  option.sigma = Vol;
+  option.OptType = OptType;
+  return compound_greek(option, RetType);
 }
 
 inline Answer RBOW(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
-                   double Correl, double ExpDays, Selector<1, 6> OptType, Selector<0, 10> RetType) {
+                   double Correl, Years ExpDays, Selector<1, 6> OptType, Selector<0, 10> RetType) {
+  RainbowOption option;
+  option.S1 = PriceA;
+  option.S2 = PriceB;
+  option.X = Strike;
   // The rate is both yields too: the prices are futures.
-  return rainbow_greek(PriceA, PriceB, Strike, IntRt, IntRt, IntRt, ExpDays, VolA, VolB, Correl, OptType,
-                       RetType);
+  option.r = option.q1 = option.q2 = IntRt;
+  option.T = ExpDays;
+  option.sigma1 = VolA;
+  option.sigma2 = VolB;
+  option.rho = Correl;
+  option.OptType = OptType;
+  return rainbow_greek(option, RetType);
 }
 
 inline Answer WSPRD(double FwdSpd, double Strike, double IntRt, double Vol, Years ExpDays, int OptType,
@@ -54,8 +73,20 @@ inline Answer HEAT(double PriceA, double PriceB, double Strike, double IntRt, do
 inline Answer QUANTO(double ExRt, double Price, double Strike, double dIntRt, double fIntRt, double Yield,
                      double Vol, double exVol, double Correl, Years ExpDays, int OptType,
                      Selector<1, 4> Qtype, Selector<0, 11> RetType) {
-  return quanto_option(ExRt, Price, Strike, dIntRt, fIntRt, Yield, Vol, exVol, Correl, ExpDays, OptType,
-                       Qtype, RetType);
+  QuantoOption option;
+  option.E = ExRt;
+  option.S = Price;
+  option.K = Strike;
+  option.rd = dIntRt;
+  option.rf = fIntRt;
+  option.q = Yield;
+  option.sigmaS = Vol;
+  option.sigmaE = exVol;
+  option.rho = Correl;
+  option.T = ExpDays;
+  option.OptType = OptType;
+  option.Qtype = Qtype;
+  return quanto_option(option, RetType);
 }
 
 inline Answer SPRDOPT(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
@@ -71,7 +102,18 @@ inline Answer xSPRDOPT(double PriceA, double PriceB, double Strike, double IntRt
 
 inline Answer WARRANT(double Price, double Strike, double IntRt, double Yield, double Vol, Years toVested,
                       Years toExp, double Nwar, double Nshr, int WarType, Selector<0, 5> RetType) {
-  return warrant_value(Price, Strike, IntRt, Yield, Vol, toVested, toExp, Nwar, Nshr, WarType, RetType);
+  Warrant warrant;
+  warrant.S = Price;
+  warrant.K = Strike;
+  warrant.r = IntRt;
+  warrant.q = Yield;
+  warrant.sigma = Vol;
+  warrant.tv = toVested;
+  warrant.T = toExp;
+  warrant.Nwar = Nwar;
+  warrant.Nshr = Nshr;
+  warrant.WarType = WarType;
+  return warrant_value(warrant, RetType);
 }
 
 }  // namespace kestran::worksheet

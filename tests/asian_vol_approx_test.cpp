@@ -44,7 +44,7 @@ TEST(AsianVolApprox, EveryResultOfEveryBranch) {
   for (const auto& row : rows) {
     const Option& o = row.option;
     double out[7];
-    asian_vol_approx(o.S, o.K, o.r, o.sigma, o.A, o.toExp, o.toStart, o.toEnd, o.TradeDays, o.OptType, out);
+    asian_vol_approx({o.S, o.K, o.r, o.sigma, o.A, o.toExp, o.toStart, o.toEnd, o.TradeDays, o.OptType}, out);
     for (int i = 0; i < 7; ++i)
       EXPECT_NEAR(out[i], row.out[i], 1e-13 * o.S)
           << "A " << o.A << " toEnd " << o.toEnd << " OptType " << o.OptType << " out " << i;
@@ -55,7 +55,7 @@ TEST(AsianVolApprox, EveryResultOfEveryBranch) {
 TEST(AsianVolApprox, CalendarDaysGiveTheFastApproximation) {
   double out[7], fast[7];
   for (int OptType : {0, 1}) {
-    asian_vol_approx(100, 103, 0.05, 0.35, 0, 50, 11, 50, 365.25, OptType, out);
+    asian_vol_approx({100, 103, 0.05, 0.35, 0, 50, 11, 50, 365.25, OptType}, out);
     asn_model(100, 103, 0.05, 0.35, 0, 40, 0, 11 / 365.25, 50 / 365.25, OptType, fast);
     for (int i = 0; i < 7; ++i) EXPECT_NEAR(out[i], fast[i], 1e-12) << OptType << " " << i;
   }
@@ -63,17 +63,17 @@ TEST(AsianVolApprox, CalendarDaysGiveTheFastApproximation) {
 
 TEST(AsianVolApprox, BadInputGivesNoNumber) {
   double out[7];
-  asian_vol_approx(100, 98, 0.05, 0.3, 0, 100, 20, 60, 0, 1, out);  // no trading days
+  asian_vol_approx({100, 98, 0.05, 0.3, 0, 100, 20, 60, 0, 1}, out);  // no trading days
   EXPECT_FALSE(std::isfinite(out[0]));
-  asian_vol_approx(100, 98, 0.05, 0.3, 0, 100, 61, 60, 252, 1, out);  // no fixing
+  asian_vol_approx({100, 98, 0.05, 0.3, 0, 100, 61, 60, 252, 1}, out);  // no fixing
   EXPECT_FALSE(std::isfinite(out[0]));
   for (double toEnd : {nan, 1e17, std::numeric_limits<double>::infinity()}) {
-    asian_vol_approx(100, 98, 0.05, 0.3, 99, 100, -1, toEnd, 252, 1, out);
+    asian_vol_approx({100, 98, 0.05, 0.3, 99, 100, -1, toEnd, 252, 1}, out);
     EXPECT_FALSE(out[0] > 0.0 && out[0] < 1.0) << toEnd;
   }
-  asian_vol_approx(100, nan, 0.05, 0.3, 99, 100, -1, -1, 252, 1, out);
+  asian_vol_approx({100, nan, 0.05, 0.3, 99, 100, -1, -1, 252, 1}, out);
   EXPECT_TRUE(std::isnan(out[0]));
-  asian_vol_approx(100, 98, 0.05, 0.3, 99, nan, -1, -1, 252, 1, out);
+  asian_vol_approx({100, 98, 0.05, 0.3, 99, nan, -1, -1, 252, 1}, out);
   EXPECT_TRUE(std::isnan(out[0]));
 }
 

@@ -17,9 +17,10 @@ struct Baskets {
 };
 
 double correlation(const Baskets& b, double T) {
-  return basket_correl_tset(b.F1.data(), b.F2.data(), b.sigma1.data(), b.sigma2.data(), b.w1.data(),
-                            b.w2.data(), b.Tset1.data(), b.Tset2.data(), b.packed_correl.data(), T,
-                            static_cast<int>(b.F1.size()), static_cast<int>(b.F2.size()));
+  const int n1 = static_cast<int>(b.F1.size()), n2 = static_cast<int>(b.F2.size());
+  return basket_correl_tset({b.F1.data(), b.sigma1.data(), b.w1.data(), b.Tset1.data(), n1},
+                            {b.F2.data(), b.sigma2.data(), b.w2.data(), b.Tset2.data(), n2},
+                            b.packed_correl.data(), T);
 }
 
 const Baskets three_and_two{{100, 102, 104}, {60, 61},     {.3, .28, .26},

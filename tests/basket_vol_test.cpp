@@ -21,8 +21,8 @@ double basket_vol(const Numbers& F, const Numbers& sigma, const Numbers& mu, con
 
 double vol_tset(const Numbers& F, const Numbers& sigma, const Numbers& w, const Numbers& Tset,
                 const Numbers& packed_correl, double T, int RetType = 0) {
-  return basket_vol_tset(F.data(), sigma.data(), w.data(), Tset.data(), packed_correl.data(), T, RetType,
-                         static_cast<int>(F.size()));
+  return basket_vol_tset({F.data(), sigma.data(), w.data(), Tset.data(), static_cast<int>(F.size())},
+                         packed_correl.data(), T, RetType);
 }
 
 // Expected values: the double sums over all pairs in mpmath, 30 digits.

@@ -35,24 +35,24 @@ TEST(Compound, AgreesWithIndependentValues) {
       {120, 0.25, 6, 0, -999999999.999, 0.0},
   };
   for (const auto& row : rows) {
-    EXPECT_NEAR(
-        compound_greek(100, 6, 100, row.days1, 300, 0.05, 0.02, row.sigma_f, 0.28, row.OptType, row.RetType),
-        row.value, row.tolerance)
+    EXPECT_NEAR(compound_greek({100, 6, 100, row.days1, 300, 0.05, 0.02, row.sigma_f, 0.28, row.OptType},
+                               row.RetType),
+                row.value, row.tolerance)
         << row.days1 << ' ' << row.sigma_f << ' ' << row.OptType << ' ' << row.RetType;
   }
   EXPECT_NEAR(black76_call(100, 95, 120, 0.05, 0.3), 9.3201533743691888, 1e-12);
   EXPECT_NEAR(black76_put(100, 95, 120, 0.05, 0.3), 4.40161795248034, 1e-12);
-  EXPECT_EQ(compound_greek(100, 6, 100, 120, 300, 0, 0.02, 0.25, 0.28, 1, 4), 0.0);
-  EXPECT_TRUE(std::isnan(compound_greek(100, 6, 100, 120, 300, 0.05, 0.02, 0.25, 0.28, 1, 6)));
-  EXPECT_TRUE(std::isnan(compound_price(100, 6, NAN, 120, 300, 0.05, 0.02, 0.25, 0.28, 1)));
+  EXPECT_EQ(compound_greek({100, 6, 100, 120, 300, 0, 0.02, 0.25, 0.28, 1}, 4), 0.0);
+  EXPECT_TRUE(std::isnan(compound_greek({100, 6, 100, 120, 300, 0.05, 0.02, 0.25, 0.28, 1}, 6)));
+  EXPECT_TRUE(std::isnan(compound_price({100, 6, NAN, 120, 300, 0.05, 0.02, 0.25, 0.28, 1})));
 }
 
 TEST(Compound, IsTheExpectedPayoffAtTheFirstExpiry) {
   // Exact theory for r = q: the discounted payoff integrated over the price then, mpmath.
   const double expected[] = {5.62660901, 1.83985781, 5.19766776, 1.41091656};
   for (int OptType = 1; OptType <= 4; ++OptType) {
-    EXPECT_NEAR(compound_price(100, 6, 100, 120, 300, 0.05, 0.05, 0.25, 0.28, OptType), expected[OptType - 1],
-                1e-3);
+    EXPECT_NEAR(compound_price({100, 6, 100, 120, 300, 0.05, 0.05, 0.25, 0.28, OptType}),
+                expected[OptType - 1], 1e-3);
   }
 }
 

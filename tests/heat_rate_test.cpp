@@ -46,6 +46,12 @@ TEST(HeatRate, ExpiryPassed) {
   EXPECT_TRUE(std::isnan(result(52, nan, 1, 0)));
 }
 
+// Term by term: without a price B the gamma in B is infinity and 0 / 0.
+TEST(HeatRate, WithoutAPriceB) {
+  for (const int OptType : {0, 1})
+    EXPECT_TRUE(std::isnan(heat_rate_option(50, 0, 5, 0.05, 0.3, 0.3, 0.5, 0.25, OptType, 4))) << OptType;
+}
+
 TEST(HeatRate, VolatilitiesThatAreNotPositive) {
   const auto premium = [](double sigma_A, double sigma_B, double rho) {
     return heat_rate_option(52, 6.5, 7.5, 0.05, sigma_A, sigma_B, rho, 0.35, 1, 0);

@@ -107,13 +107,13 @@ TEST(OutOfMemory, EveryFailingAllocationMakesTheAnswerNotANumber) {
        }},
       {"basket_vol_tset",
        [] {
-         return basket_vol_tset(twenty.data(), third.data(), twenty.data(), late.data(), packed.data(), 1, 0,
-                                20);
+         return basket_vol_tset({twenty.data(), third.data(), twenty.data(), late.data(), 20}, packed.data(),
+                                1, 0);
        }},
       {"basket_correl_tset",
        [] {
-         return basket_correl_tset(twenty.data(), twenty.data(), third.data(), third.data(), twenty.data(),
-                                   twenty.data(), late.data(), late.data(), packed.data(), 1, 10, 10);
+         const FixingBasket ten = {twenty.data(), third.data(), twenty.data(), late.data(), 10};
+         return basket_correl_tset(ten, ten, packed.data(), 1);
        }},
       {"asian_strip price", [] { return asian_strip(strip(), 0, 1); }},
       {"asian_strip vega", [] { return asian_strip(strip(), 9, 2); }},
@@ -124,7 +124,10 @@ TEST(OutOfMemory, EveryFailingAllocationMakesTheAnswerNotANumber) {
       {"xcol_greeks forward value", [] { return xcol_greeks(collar(), 10); }},
       {"compound_asian_greek", [] { return compound_asian_greek(compound(), 1); }},
       {"american_binomial", [] { return american_binomial(100, 100, 1, 0.05, 0.03, 0.3, 0, 50, 3); }},
-      {"warrant_value", [] { return warrant_value(100, 110, 0.05, 0.02, 0.3, 1, 3, 20, 100, 1, 0); }},
+      {"warrant_value",
+       [] {
+         return warrant_value({100, 110, 0.05, 0.02, 0.3, 1, 3, 20, 100, 1}, 0);
+       }},
       {"swaption_model", swaption_price},
   };
   for (const auto& row : rows) {

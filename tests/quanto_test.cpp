@@ -35,7 +35,7 @@ TEST(Quanto, EveryResultOfEveryType) {
     const auto [Qtype, OptType] = row.type;
     const double K = Qtype == 2 ? 160 : Qtype == 4 ? 1.52 : 105;
     for (int i = 0; i < 12; ++i)
-      EXPECT_NEAR(quanto_option(1.5, 100, K, 0.08, 0.05, 0.04, 0.2, 0.12, 0.3, 0.5, OptType, Qtype, i),
+      EXPECT_NEAR(quanto_option({1.5, 100, K, 0.08, 0.05, 0.04, 0.2, 0.12, 0.3, 0.5, OptType, Qtype}, i),
                   row.result[i], 2e-5)
           << "Qtype " << Qtype << " OptType " << OptType << " RetType " << i;
   }
@@ -43,15 +43,16 @@ TEST(Quanto, EveryResultOfEveryType) {
 
 TEST(Quanto, PublishedPremiums) {
   // Haug, "The Complete Guide to Option Pricing Formulas", currency-translated options.
-  EXPECT_NEAR(quanto_option(1.5, 100, 160, 0.08, 0.05, 0.05, 0.2, 0.12, 0.45, 0.5, 1, 2, 0), 8.3056, 6e-5);
-  EXPECT_NEAR(quanto_option(1.5, 100, 105, 0.08, 0.05, 0.04, 0.2, 0.10, 0.3, 0.5, 1, 3, 0), 5.3280, 6e-5);
-  EXPECT_NEAR(quanto_option(1.5, 100, 1.52, 0.08, 0.05, 0.04, 0.2, 0.12, -0.4, 0.25, 0, 4, 0), 4.2089, 6e-5);
+  EXPECT_NEAR(quanto_option({1.5, 100, 160, 0.08, 0.05, 0.05, 0.2, 0.12, 0.45, 0.5, 1, 2}, 0), 8.3056, 6e-5);
+  EXPECT_NEAR(quanto_option({1.5, 100, 105, 0.08, 0.05, 0.04, 0.2, 0.10, 0.3, 0.5, 1, 3}, 0), 5.3280, 6e-5);
+  EXPECT_NEAR(quanto_option({1.5, 100, 1.52, 0.08, 0.05, 0.04, 0.2, 0.12, -0.4, 0.25, 0, 4}, 0), 4.2089,
+              6e-5);
 }
 
 TEST(Quanto, IdentitiesExpiryAndSentinels) {
   const double strikes[] = {0, 95, 140, 95, 1.4, 95};
   const auto quanto = [&](double rho, double sigmaE, double T, int OptType, int Qtype, int RetType) {
-    return quanto_option(1.5, 100, strikes[Qtype], 0.05, 0.05, 0.02, 0.25, sigmaE, rho, T, OptType, Qtype,
+    return quanto_option({1.5, 100, strikes[Qtype], 0.05, 0.05, 0.02, 0.25, sigmaE, rho, T, OptType, Qtype},
                          RetType);
   };
   EXPECT_EQ(quanto(0, 0.1, 1, 0, 3, 0), quanto(0, 0.1, 1, 0, 1, 0));

@@ -59,6 +59,26 @@ TEST(SpreadKernel, NearBruteForceQuadratureForAllCorrelations) {
         p[1], 1.2e-5);
 }
 
+// Expected values: the conditional expectation of one price given the other, exact, integrated adaptively
+// with mpmath, 25 digits.
+TEST(SpreadKernel, ANegativePriceMakesASum) {
+  const struct {
+    double FA, FB, K, vA, vB, rho, call, put, tolerance;
+  } rows[] = {
+      {100, -80, 190, 0.3, 0.25, 0.6, 13.825859549, 23.825859549, 2e-4},
+      {60, -90, 150, 0.2, 0.4, -0.3, 13.6769793848, 13.6769793848, 2e-3},
+      {-70, 110, -190, 0.25, 0.35, 0.2, 24.0598730703, 14.0598730703, 2e-3},
+      {100, -80, -5, 0.3, 0.6, 0.5, 185, 0, 1e-6},
+      {100, 0, 95, 0.2, 0.6, 0.4, 10.5195410637, 5.51954106368, 2e-5},
+  };
+  double out[3];
+  for (const auto& w : rows) {
+    EXPECT_NEAR(spread_kernel(w.FA, w.FB, w.K, w.vA, w.vB, w.rho, 1, 1, out), w.call, w.tolerance) << w.FB;
+    EXPECT_NEAR(spread_kernel(w.FA, w.FB, w.K, w.vA, w.vB, w.rho, 1, 0, out), w.put, w.tolerance) << w.FB;
+  }
+  EXPECT_TRUE(std::isnan(spread_kernel(-100, -80, 5, 0.3, 0.25, 0.6, 1, 1, out)));
+}
+
 TEST(SpreadKernel, LimitsAndBadInput) {
   double out[3];
   // One price next to nothing: Black's formula on the other.

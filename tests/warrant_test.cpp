@@ -25,7 +25,7 @@ TEST(Warrant, AgreesWithTheSolvedFixedPoint) {
   };
   for (const auto& row : rows)
     for (int i = 0; i < 6; ++i)
-      EXPECT_NEAR(warrant_value(100, 110, row.r, row.q, 0.3, 2, 5, 20, 100, row.WarType, i), row.results[i],
+      EXPECT_NEAR(warrant_value({100, 110, row.r, row.q, 0.3, 2, 5, 20, 100, row.WarType}, i), row.results[i],
                   i < 3 ? 1e-5 : 1e-3 * std::fabs(row.results[i]))
           << row.WarType << " RetType " << i;
 }
@@ -44,16 +44,16 @@ TEST(Warrant, AgreesWithFiniteDifferences) {
   const double tolerance[] = {2e-3, 1e-4, 1e-5};
   for (const auto& row : rows)
     for (int i = 0; i < 3; ++i)
-      EXPECT_NEAR(warrant_value(100, 110, 0.05, 0.02, 0.3, row.tv, 5, row.Nwar, 100, row.WarType, i),
+      EXPECT_NEAR(warrant_value({100, 110, 0.05, 0.02, 0.3, row.tv, 5, row.Nwar, 100, row.WarType}, i),
                   row.results[i], tolerance[i])
           << row.tv << " " << row.WarType << " RetType " << i;
-  EXPECT_NEAR(warrant_value(95, 100, 0.06, 0.04, 0.25, 1.7, 3, 0, 1, 0, 0), 15.17735, 1e-3);
-  EXPECT_NEAR(warrant_value(55, 50, 0.02, 0.06, 0.4, 0.5, 4, 0, 1, 1, 0), 14.4593, 1e-3);
+  EXPECT_NEAR(warrant_value({95, 100, 0.06, 0.04, 0.25, 1.7, 3, 0, 1, 0}, 0), 15.17735, 1e-3);
+  EXPECT_NEAR(warrant_value({55, 50, 0.02, 0.06, 0.4, 0.5, 4, 0, 1, 1}, 0), 14.4593, 1e-3);
 }
 
 TEST(Warrant, IsOrderedByVestingAndDilution) {
   const auto value = [](double tv, double Nwar, int WarType) {
-    return warrant_value(90, 100, 0.04, 0.05, 0.3, tv, 3, Nwar, 100, WarType, 0);
+    return warrant_value({90, 100, 0.04, 0.05, 0.3, tv, 3, Nwar, 100, WarType}, 0);
   };
   for (const int WarType : {0, 1}) {
     const double european = bs_general(90, 100, 3, 0.04, 0.05, 0.3, WarType, 0);
@@ -72,23 +72,24 @@ TEST(Warrant, BadInputHasAnswers) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const double exercised[] = {290, 1, 0, 0, 0, 0};
   for (int i = 0; i < 6; ++i) {
-    EXPECT_NEAR(warrant_value(400, 110, 0.05, 0.08, 0.3, 0, 5, 20, 100, 1, i), exercised[i], 1e-9);
-    EXPECT_EQ(warrant_value(90, 110, 0.05, 0.02, 0.3, 0, 0, 20, 100, 0, i), i == 0 ? 20.0 : 0.0);
+    EXPECT_NEAR(warrant_value({400, 110, 0.05, 0.08, 0.3, 0, 5, 20, 100, 1}, i), exercised[i], 1e-9);
+    EXPECT_EQ(warrant_value({90, 110, 0.05, 0.02, 0.3, 0, 0, 20, 100, 0}, i), i == 0 ? 20.0 : 0.0);
     for (int bad = 0; bad < 8; ++bad) {
       double x[] = {90, 110, 0.05, 0.02, 0.3, 1, 20, 100};
       x[bad] = nan;
-      EXPECT_TRUE(std::isnan(warrant_value(x[0], x[1], x[2], x[3], x[4], x[5], 3, x[6], x[7], 0, i))) << bad;
+      EXPECT_TRUE(std::isnan(warrant_value({x[0], x[1], x[2], x[3], x[4], x[5], 3, x[6], x[7], 0}, i)))
+          << bad;
       x[bad] = 1e300;
-      warrant_value(x[0], x[1], x[2], x[3], x[4], x[5], 3, x[6], x[7], 1, i);
+      warrant_value({x[0], x[1], x[2], x[3], x[4], x[5], 3, x[6], x[7], 1}, i);
     }
   }
   const double refused[][4] = {
       {0, 110, 20, 100}, {90, -1, 20, 100}, {90, 110, -1, 100}, {90, 110, 20, 0}, {90, 110, 100, 100}};
   for (const auto& x : refused)
-    EXPECT_EQ(warrant_value(x[0], x[1], 0.05, 0.02, 0.3, 1, 3, x[2], x[3], 0, 0), -99.0);
-  EXPECT_EQ(warrant_value(90, 110, 0.05, 0.02, 0.3, 1, 3, 20, 100, 0, 6), 99.0);
+    EXPECT_EQ(warrant_value({x[0], x[1], 0.05, 0.02, 0.3, 1, 3, x[2], x[3], 0}, 0), -99.0);
+  EXPECT_EQ(warrant_value({90, 110, 0.05, 0.02, 0.3, 1, 3, 20, 100, 0}, 6), 99.0);
   set_allocation_limit(4);
-  EXPECT_TRUE(std::isnan(warrant_value(90, 110, 0.05, 0.02, 0.3, 1, 3, 20, 100, 0, 0)));
+  EXPECT_TRUE(std::isnan(warrant_value({90, 110, 0.05, 0.02, 0.3, 1, 3, 20, 100, 0}, 0)));
   set_allocation_limit(0);
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/bumps.h"
 #include "models/calendar.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
@@ -87,35 +88,33 @@ double asian_geo_cond(double S, double K, double A, double r, double q, double s
                       int B, int OptType, int RetType) {
   if (E < 1 && RetType != 0) return 0.0;
   const bool call = OptType != 0;
-  const double up = 1.001;
-  const double step = 0.001;
   const auto priced = [&](double price_factor, double factor1, double factor2) {
     return price(S * price_factor, K, A, r, q, sigma1 * factor1, sigma2 * factor2, E, B, call);
   };
   const auto delta = [&](double factor1, double factor2) {
-    return (priced(up, factor1, factor2) - priced(1.0, factor1, factor2)) / (step * S);
+    return (priced(bump_up, factor1, factor2) - priced(1.0, factor1, factor2)) / (bump * S);
   };
   const auto base = [&] { return priced(1.0, 1.0, 1.0); };
 
-  switch (RetType) {
-    case 0:
+  switch (static_cast<GeoCondResult>(RetType)) {
+    case GeoCondResult::premium:
       return base();
-    case 1:
+    case GeoCondResult::delta:
       return delta(1.0, 1.0);
-    case 2:
-      return (priced(up, 1.0, 1.0) + priced(0.999, 1.0, 1.0) - 2.0 * base()) / (S * S * step * step);
-    case 3:
-      return (priced(1.0, up, 1.0) - base()) / (step * sigma1);
-    case 4:
-      return (price(S, K, A, r * up, q * up, sigma1, sigma2, E, B, call) - base()) / (step * r);
-    case 5:
+    case GeoCondResult::gamma:
+      return (priced(bump_up, 1.0, 1.0) + priced(bump_down, 1.0, 1.0) - 2.0 * base()) / (S * S * bump * bump);
+    case GeoCondResult::vega_before:
+      return (priced(1.0, bump_up, 1.0) - base()) / (bump * sigma1);
+    case GeoCondResult::rho:
+      return (price(S, K, A, r * bump_up, q * bump_up, sigma1, sigma2, E, B, call) - base()) / (bump * r);
+    case GeoCondResult::theta:
       return (price(S, K, A, r, q, sigma1, sigma2, E - 1.0, B - 1.0, call) - base()) * days_per_year;
-    case 6:
-      return (delta(up, 1.0) - delta(1.0, 1.0)) / (step * sigma1);
-    case 7:
-      return (priced(1.0, 1.0, up) - base()) / (step * sigma2);
-    case 8:
-      return (delta(1.0, up) - delta(1.0, 1.0)) / (step * sigma2);
+    case GeoCondResult::delta_by_vol_before:
+      return (delta(bump_up, 1.0) - delta(1.0, 1.0)) / (bump * sigma1);
+    case GeoCondResult::vega_within:
+      return (priced(1.0, 1.0, bump_up) - base()) / (bump * sigma2);
+    case GeoCondResult::delta_by_vol_within:
+      return (delta(1.0, bump_up) - delta(1.0, 1.0)) / (bump * sigma2);
     default:
       return -1e17;
   }

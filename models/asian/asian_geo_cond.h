@@ -3,6 +3,19 @@
 
 namespace kestran {
 
+/// Results of the average-price option, by their number on the worksheet: `before` and `within` averaging.
+enum class GeoCondResult : int {
+  premium,
+  delta,
+  gamma,
+  vega_before,
+  rho,
+  theta,
+  delta_by_vol_before,
+  vega_within,
+  delta_by_vol_within,
+};
+
 /// European option on the arithmetic average of daily fixings, one a calendar day from B to E days ahead,
 /// paid on the day of the last: the expected average given the geometric average of the same fixings sets an
 /// effective strike, above which the average's lognormal terms are summed (after Curran 1994, "Valuing Asian

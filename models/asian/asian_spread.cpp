@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/bumps.h"
 #include "models/calendar.h"
 #include "models/exotics/spread_kernel.h"
 #include "numerics/elementary.h"
@@ -13,26 +14,24 @@
 namespace kestran {
 namespace {
 
-double floored(double sigma) { return sigma <= 0.0 ? 1e-5 : sigma; }
-
 // The fixings of one price. Days and counts are whole numbers.
-struct Fixings {
+struct LegFixings {
   double first;  // day of the first one outstanding
   double made;
   double outstanding;
   double set;  // average of those made
 };
 
-Fixings fixings(double E, double B, double SetAvg) {
+LegFixings fixings(double E, double B, double SetAvg) {
   const double begin = std::min(B, E);
   const double first = positive_part(begin);
   return {first, positive_part(-begin), E - first + 1.0, SetAvg};
 }
 
 // The fixings as tomorrow will see them, those due today made at the price S.
-Fixings fixings_tomorrow(double E, double B, double SetAvg, double S) {
-  const Fixings today = fixings(E, B, SetAvg);
-  Fixings tomorrow = fixings(E - 1.0, std::min(B, E) - 1.0, SetAvg);
+LegFixings fixings_tomorrow(double E, double B, double SetAvg, double S) {
+  const LegFixings today = fixings(E, B, SetAvg);
+  LegFixings tomorrow = fixings(E - 1.0, std::min(B, E) - 1.0, SetAvg);
   const double due = E < 2.0 ? today.outstanding : B <= 0.0 ? 1.0 : 0.0;
   if (due > 0.0) tomorrow.set = today.made > 0.0 ? (today.made * SetAvg + due * S) / (today.made + due) : S;
   return tomorrow;
@@ -44,10 +43,10 @@ struct Moments {
 };
 
 Moments moments(const AsianSpread& option, double E, double first_A, double first_B) {
-  const double before_A = floored(option.VolA);
-  const double before_B = floored(option.VolB);
-  const double after_A = floored(option.VolAf);
-  const double after_B = floored(option.VolBf);
+  const double before_A = floored_volatility(option.VolA);
+  const double before_B = floored_volatility(option.VolB);
+  const double after_A = floored_volatility(option.VolAf);
+  const double after_B = floored_volatility(option.VolBf);
   const double earlier = std::min(first_A, first_B);
   const double later = std::max(first_A, first_B);
   const double between = first_A < first_B ? after_A * before_B : before_A * after_B;
@@ -84,7 +83,7 @@ Moments moments(const AsianSpread& option, double E, double first_A, double firs
 }
 
 // The option reduced to two lognormal prices, or to its payoff once averaging is over.
-struct Lognormals {
+struct LognormalSpread {
   bool settled;
   double payoff;
   double FA, FB, K;
@@ -93,8 +92,8 @@ struct Lognormals {
   int OptType;
 };
 
-Lognormals reduced(const AsianSpread& option, double E, const Fixings& A, const Fixings& B) {
-  Lognormals result = {};
+LognormalSpread reduced(const AsianSpread& option, double E, const LegFixings& A, const LegFixings& B) {
+  LognormalSpread result = {};
   if (E < 1.0) {
     const double margin = A.set - B.set - option.K;
     result.settled = true;
@@ -118,18 +117,18 @@ Lognormals reduced(const AsianSpread& option, double E, const Fixings& A, const 
   return result;
 }
 
-Lognormals today(const AsianSpread& option) {
+LognormalSpread today(const AsianSpread& option) {
   return reduced(option, option.E, fixings(option.E, option.BA, option.SetAvgA),
                  fixings(option.E, option.BB, option.SetAvgB));
 }
 
-Lognormals tomorrow(const AsianSpread& option) {
+LognormalSpread tomorrow(const AsianSpread& option) {
   return reduced(option, option.E - 1.0, fixings_tomorrow(option.E, option.BA, option.SetAvgA, option.PriceA),
                  fixings_tomorrow(option.E, option.BB, option.SetAvgB, option.PriceB));
 }
 
 // The premium with the prices multiplied; what is not proportional to them does not depend on them.
-double premium(const Lognormals& option, double factor_A = 1.0, double factor_B = 1.0) {
+double premium(const LognormalSpread& option, double factor_A = 1.0, double factor_B = 1.0) {
   if (option.settled) return option.payoff;
   double out[3];
   return spread_kernel(option.FA * factor_A, option.FB * factor_B, option.K, option.vA, option.vB, option.rho,
@@ -139,17 +138,18 @@ double premium(const Lognormals& option, double factor_A = 1.0, double factor_B 
 enum class Leg { A, B };
 
 // The premium with the price of one leg multiplied.
-double premium(const Lognormals& option, Leg leg, double factor) {
+double premium(const LognormalSpread& option, Leg leg, double factor) {
   return leg == Leg::A ? premium(option, factor, 1.0) : premium(option, 1.0, factor);
 }
 
-double delta(const Lognormals& option, Leg leg, double S) {
-  return (premium(option, leg, 1.001) - premium(option)) / (0.001 * S);
+double delta(const LognormalSpread& option, Leg leg, double S) {
+  return (premium(option, leg, bump_up) - premium(option)) / (bump * S);
 }
 
-double gamma(const Lognormals& option, Leg leg, double S) {
-  const double step = 0.001 * S;
-  return (premium(option, leg, 1.001) + premium(option, leg, 0.999) - 2.0 * premium(option)) / (step * step);
+double gamma(const LognormalSpread& option, Leg leg, double S) {
+  const double step = bump * S;
+  return (premium(option, leg, bump_up) + premium(option, leg, bump_down) - 2.0 * premium(option)) /
+         (step * step);
 }
 
 }  // namespace
@@ -168,52 +168,54 @@ double asian_spread_greek(const AsianSpread& option, int RetType) {
   if (asian_spread_days(option.E, option.BA, option.BB) > asian_spread_most_days)
     return std::numeric_limits<double>::quiet_NaN();
 
-  const Lognormals base = today(option);
+  const LognormalSpread base = today(option);
   AsianSpread moved = option;
   const auto change = [&](double step) { return (premium(today(moved)) - premium(base)) / step; };
   const double h = 0.0001;
-  switch (RetType) {
-    case 0:
+  switch (static_cast<AsianSpreadResult>(RetType)) {
+    case AsianSpreadResult::premium:
       return premium(base);
-    case 1:
+    case AsianSpreadResult::delta_A:
       return delta(base, Leg::A, option.PriceA);
-    case 2:
+    case AsianSpreadResult::delta_B:
       return delta(base, Leg::B, option.PriceB);
-    case 3:
+    case AsianSpreadResult::gamma_A:
       return gamma(base, Leg::A, option.PriceA);
-    case 4:
+    case AsianSpreadResult::gamma_B:
       return gamma(base, Leg::B, option.PriceB);
-    case 5:
+    case AsianSpreadResult::vega_A:
       moved.VolA += h;
       moved.VolAf += h;
       return change(h);
-    case 6:
+    case AsianSpreadResult::vega_B:
       moved.VolB += h;
       moved.VolBf += h;
       return change(h);
-    case 7: {
-      const double step = option.rho == 0.0 ? 0.001 : -0.001 * option.rho;
+    case AsianSpreadResult::by_correlation: {
+      const double step = option.rho == 0.0 ? bump : -bump * option.rho;
       moved.rho += step;
       return change(step);
     }
-    case 8:
+    case AsianSpreadResult::carry_rho:
       return -option.E * one_day * premium(base);
-    case 9:
+    case AsianSpreadResult::theta:
       return (premium(tomorrow(option)) - premium(base)) * days_per_year;
-    case 10:
+    case AsianSpreadResult::delta_A_by_time:
       return (delta(tomorrow(option), Leg::A, option.PriceA) - delta(base, Leg::A, option.PriceA)) *
              days_per_year;
-    case 11:
+    case AsianSpreadResult::delta_B_by_time:
       return (delta(tomorrow(option), Leg::B, option.PriceB) - delta(base, Leg::B, option.PriceB)) *
              days_per_year;
-    case 12:
-      return (premium(base, 1.001, 1.001) + premium(base, 0.999, 0.999) - premium(base, 1.001, 0.999) -
-              premium(base, 0.999, 1.001)) /
-             (4.0 * (0.001 * option.PriceA) * (0.001 * option.PriceB));
-    default:
+    case AsianSpreadResult::cross_gamma:
+      return (premium(base, bump_up, bump_up) + premium(base, bump_down, bump_down) -
+              premium(base, bump_up, bump_down) - premium(base, bump_down, bump_up)) /
+             (4.0 * (bump * option.PriceA) * (bump * option.PriceB));
+    case AsianSpreadResult::vega_within:
       moved.VolAf += h;
       moved.VolBf += h;
       return change(h);
+    default:
+      return 99.0;
   }
 }
 

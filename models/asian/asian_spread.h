@@ -3,6 +3,24 @@
 
 namespace kestran {
 
+/// Results of the average-price spread option, by their number on the worksheet.
+enum class AsianSpreadResult : int {
+  premium,
+  delta_A,
+  delta_B,
+  gamma_A,
+  gamma_B,
+  vega_A,
+  vega_B,
+  by_correlation,
+  carry_rho,
+  theta,
+  delta_A_by_time,
+  delta_B_by_time,
+  cross_gamma,
+  vega_within,
+};
+
 /// The terms of a European option on the difference of two arithmetic averages of daily fixings, payoff
 /// max(+-(average A - average B - K), 0), paid on the day of the last fixing, which both averages share. Days
 /// are counted from today; a day is 1/365.25 year. Volatilities are per year, and taken as 1e-5 when they are
@@ -45,8 +63,8 @@ double asian_spread_days(int E, int BA, int BB);
 /// left has the accuracy of spread_kernel.
 ///
 /// E < 1: averaging is over; the payoff on SetAvgA and SetAvgB, undiscounted. More than
-/// asian_spread_most_days between the fixings gives not a number. Nothing else is checked: prices that are
-/// not positive give what the arithmetic gives.
+/// asian_spread_most_days between the fixings gives not a number. Nothing else is checked: prices of 0 and
+/// below count as in spread_kernel.
 double asian_spread_price(const AsianSpread& option);
 
 /// Premium or a sensitivity, by repricing, the relative moves being 0.1 %:

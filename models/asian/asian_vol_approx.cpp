@@ -16,8 +16,8 @@ void set_negligible_to_zero(double out[7]) {
 }
 
 // The first fixing is still to come.
-void average_ahead(double S, double K, double r, double sigma, double toExp, double toStart, double toEnd,
-                   double TradeDays, int OptType, double out[7]) {
+void average_ahead(const TradingDayAverage& option, double out[7]) {
+  const auto [S, K, r, sigma, A, toExp, toStart, toEnd, TradeDays, OptType] = option;
   const double n = toEnd - toStart + 1.0;
   const double c = (n - 0.5) / n;
   const double f = std::sqrt(((n - 1.0) * c / 3.0 + toStart) / toEnd);
@@ -47,8 +47,8 @@ void average_ahead(double S, double K, double r, double sigma, double toExp, dou
 
 }  // namespace
 
-void asian_vol_approx(double S, double K, double r, double sigma, double A, double toExp, double toStart,
-                      double toEnd, double TradeDays, int OptType, double out[7]) {
+void asian_vol_approx(const TradingDayAverage& option, double out[7]) {
+  const auto [S, K, r, sigma, A, toExp, toStart, toEnd, TradeDays, OptType] = option;
   const double sign = OptType == 0 ? -1.0 : 1.0;
   const double days = toExp < 0.0 ? 0.0 : toExp;
   for (int i = 0; i < 7; ++i) out[i] = 0.0;
@@ -76,12 +76,12 @@ void asian_vol_approx(double S, double K, double r, double sigma, double A, doub
       }
     } else {
       const double toNext = toEnd - (left - 1.0);
-      average_ahead(S, K_left, r, sigma, days, toNext, toEnd, TradeDays, OptType, out);
+      average_ahead({S, K_left, r, sigma, A, days, toNext, toEnd, TradeDays, OptType}, out);
       for (int i = 0; i < 7; ++i) out[i] *= left / total;
       out[5] -= out[0] / total;
     }
   } else {
-    average_ahead(S, K, r, sigma, days, toStart, toEnd, TradeDays, OptType, out);
+    average_ahead({S, K, r, sigma, A, days, toStart, toEnd, TradeDays, OptType}, out);
   }
   set_negligible_to_zero(out);
 }

@@ -49,15 +49,28 @@ double correlation(const Components& of, int n1, int n, double mean1, double mea
 
 }  // namespace
 
-double basket_correl_tset(const double* F1, const double* F2, const double* sigma1, const double* sigma2,
-                          const double* w1, const double* w2, const double* Tset1, const double* Tset2,
-                          const double* packed_correl, double T, int n1, int n2) {
+bool has_both_signs(const FixingBasket& basket) {
+  double least = 0.0;
+  double greatest = 0.0;
+  for (int i = 0; i < basket.n; ++i) {
+    if (basket.w[i] == 0.0) continue;
+    least = std::min(least, basket.F[i]);
+    greatest = std::max(greatest, basket.F[i]);
+  }
+  return least < 0.0 && greatest > 0.0;
+}
+
+double basket_correl_tset(const FixingBasket& first, const FixingBasket& second, const double* packed_correl,
+                          double T) {
+  const int n1 = first.n;
+  const int n2 = second.n;
   if (n1 < 1 || n2 < 1 || std::isnan(T)) return not_a_number;
   double mean1 = 0.0;
   double mean2 = 0.0;
-  for (int i = 0; i < n1; ++i) mean1 += F1[i] * w1[i];
-  for (int i = 0; i < n2; ++i) mean2 += F2[i] * w2[i];
+  for (int i = 0; i < n1; ++i) mean1 += first.F[i] * first.w[i];
+  for (int i = 0; i < n2; ++i) mean2 += second.F[i] * second.w[i];
   if (mean1 == 0.0 || mean2 == 0.0 || T <= 0.0) return 0.0;
+  if (has_both_signs(first) || has_both_signs(second)) return not_a_number;
 
   double result = not_a_number;
   const int n = n1 + n2;
@@ -66,11 +79,11 @@ double basket_correl_tset(const double* F1, const double* F2, const double* sigm
   if (C && lists) {
     unpack_lower_correl(packed_correl, C, n);
     for (int i = 0; i < n; ++i) {
-      const bool first = i < n1;
-      const int j = first ? i : i - n1;
-      lists[0][i] = first ? F1[j] * w1[j] : F2[j] * w2[j];
-      lists[1][i] = first ? sigma1[j] : sigma2[j];
-      lists[2][i] = std::min(first ? Tset1[j] : Tset2[j], T);
+      const FixingBasket& of = i < n1 ? first : second;
+      const int j = i < n1 ? i : i - n1;
+      lists[0][i] = of.F[j] * of.w[j];
+      lists[1][i] = of.sigma[j];
+      lists[2][i] = std::min(of.Tset[j], T);
     }
     result = correlation({lists[0], lists[1], lists[2], C}, n1, n, mean1, mean2);
   }

@@ -11,12 +11,13 @@ namespace kestran {
 namespace {
 
 // `value` has room for the basket.
-double moment_match(const double* F, const double* sigma, const double* w, const double* Tset, double** C,
-                    double T, int n, double* value) {
+double moment_match(const FixingBasket& basket, double** C, double T, double* value) {
+  const double* const sigma = basket.sigma;
+  const double* const Tset = basket.Tset;
   double mean = 0.0;
   double variance = 0.0;
-  for (int i = 0; i < n; ++i) {
-    value[i] = F[i] * w[i];
+  for (int i = 0; i < basket.n; ++i) {
+    value[i] = basket.F[i] * basket.w[i];
     const double own_time = std::min(Tset[i], T);
     const auto exponent = [&](int j) { return sigma[i] * sigma[j] * C[i][j] * std::min(Tset[j], own_time); };
 
@@ -38,10 +39,10 @@ void unpack_lower_correl(const double* packed_correl, double** C, int n) {
   }
 }
 
-double basket_vol_tset(const double* F, const double* sigma, const double* w, const double* Tset,
-                       const double* packed_correl, double T, int RetType, int n) {
+double basket_vol_tset(const FixingBasket& basket, const double* packed_correl, double T, int RetType) {
+  const int n = basket.n;
   double forward_value = 0.0;
-  for (int i = 0; i < n; ++i) forward_value += F[i] * w[i];
+  for (int i = 0; i < n; ++i) forward_value += basket.F[i] * basket.w[i];
   if (forward_value == 0.0 || T <= 0.0) return 0.0;
   if (RetType != 0) return forward_value;
 
@@ -50,7 +51,7 @@ double basket_vol_tset(const double* F, const double* sigma, const double* w, co
   double* value = dvector(0, n - 1);
   if (C && value) {
     unpack_lower_correl(packed_correl, C, n);
-    result = moment_match(F, sigma, w, Tset, C, T, n, value);
+    result = moment_match(basket, C, T, value);
   }
   free_dvector(value, 0, n - 1);
   free_dmatrix(C, 0, n - 1, 0, n - 1);

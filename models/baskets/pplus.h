@@ -3,6 +3,22 @@
 
 namespace kestran {
 
+/// Results of the option, by their number on the worksheet; deltas, gammas, vegas and sensitivities to the
+/// correlations in the order in which TwoBaskets has what they move.
+enum class TwoBasketResult : int {
+  premium,
+  first_delta,
+  first_gamma = 5,
+  first_vega = 9,
+  first_correlation = 13,
+  carry_rho = 19,
+  theta,
+  cross_gamma,
+  volatility_A,
+  volatility_B,
+  correlation,
+};
+
 /// The terms of an option on basket A less basket B. Components in the order A1, A2, B1, B2.
 struct TwoBaskets {
   double S[4] = {};       // forward prices to expiry
@@ -28,8 +44,8 @@ struct TwoBaskets {
 /// one and 13 % over two.
 ///
 /// T <= 0 gives the intrinsic value. A flag outside 0 .. 2 gives -99. Correlations that cannot hold together
-/// are not detected. Baskets without a positive forward value give what the arithmetic gives, and a lack of
-/// memory not a number.
+/// are not detected. A basket of negative prices, or worth 0, counts as in spread_kernel; before expiry
+/// prices of both signs in one basket give not a number, and so does a lack of memory.
 double pplus_price(const TwoBaskets& option);
 
 /// Premium, sensitivities by repricing with relative moves of 0.1 %, or intermediate results:

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/black_scholes/american_result.h"
 #include "models/black_scholes/early_exercise.h"
 #include "models/black_scholes/european.h"
 #include "models/bumps.h"
@@ -145,33 +146,14 @@ double american_baw(double S, double K, double T, double r, double q, double sig
                     int RetType) {
   if (RetType < 0 || RetType > 7) return 99.0;
   const bool european = early_exercise_rule(r, q, OptType) == EarlyExercise::never;
+  if (T > 0.0 && (S < 0.0 || K < 0.0)) return std::numeric_limits<double>::quiet_NaN();
   if (!(T > 0.0) || european) return bs_general(S, K, T, r, q, sigma, OptType, RetType);
-  if (sigma <= 0.0) sigma = 1e-5;
+  sigma = floored_volatility(sigma);
 
   const auto core = [&](double years, double rate, double yield, double volatility) {
     return baw_core(S, K, years, rate, yield, volatility, OptType);
   };
-  const BawResult base = core(T, r, q, sigma);
-  const double h = rate_step(r);
-  const double day = day_step(T);
-  switch (RetType) {
-    case 0:
-      return base.price;
-    case 1:
-      return base.delta;
-    case 2:
-      return base.gamma;
-    case 3:
-      return (core(T, r, q, 1.001 * sigma).price - base.price) / (0.001 * sigma);
-    case 4:
-      return (core(T, r + h, q + h, sigma).price - base.price) / h;
-    case 5:
-      return (core(T - day, r, q, sigma).price - base.price) / day;
-    case 6:
-      return (core(T, r + h, q, sigma).price - base.price) / h;
-    default:
-      return (core(T, r, q, 1.001 * sigma).delta - base.delta) / (0.001 * sigma);
-  }
+  return american_result(core, T, r, q, sigma, static_cast<EuropeanResult>(RetType));
 }
 
 }  // namespace kestran

@@ -28,7 +28,8 @@ double baw_critical_price(double K, double T, double r, double q, double sigma, 
 /// result is only a lower bound: the greater of European premium and intrinsic value.
 ///
 /// T <= 0 or not a number: RetType 0 is the intrinsic value, every other RetType 0. sigma <= 0 is taken as
-/// 1e-5. An unknown RetType gives 99.0. Other bad input gives what the arithmetic gives, mostly not a number.
+/// 1e-5. A negative S or K before expiry gives not a number, an unknown RetType 99.0. Other bad input gives
+/// what the arithmetic gives, mostly not a number.
 double american_baw(double S, double K, double T, double r, double q, double sigma, int OptType, int RetType);
 
 }  // namespace kestran

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/black_scholes/american_result.h"
 #include "models/black_scholes/european.h"
 #include "models/bumps.h"
 #include "numerics/arrays.h"
@@ -273,34 +274,15 @@ double american_binomial(double S, double K, double T, double r, double q, doubl
   if (Nsteps < 1) return -99.0;
   if (RetType < 0 || RetType > 8) return 99.0;
   if (!(T > 0.0) && RetType != 0) return 0.0;
-  if (sigma <= 0.0) sigma = 1e-5;
+  if (T > 0.0 && (S < 0.0 || K < 0.0)) return nan;
+  sigma = floored_volatility(sigma);
 
   const auto tree = [&](double years, double rate, double yield, double volatility) {
     return american_tree(S, K, years, 0.0, rate, yield, volatility, OptType, Nsteps);
   };
-  const TreeResult base = tree(T, r, q, sigma);
-  const double h = rate_step(r);
-  const double day = day_step(T);
-  switch (RetType) {
-    case 0:
-      return base.price;
-    case 1:
-      return base.delta;
-    case 2:
-      return base.gamma;
-    case 3:
-      return (tree(T, r, q, 1.001 * sigma).price - base.price) / (0.001 * sigma);
-    case 4:
-      return (tree(T, r + h, q + h, sigma).price - base.price) / h;
-    case 5:
-      return base.theta;
-    case 6:
-      return (tree(T, r + h, q, sigma).price - base.price) / h;
-    case 7:
-      return (tree(T, r, q, 1.001 * sigma).delta - base.delta) / (0.001 * sigma);
-    default:
-      return (tree(T - day, r, q, sigma).delta - base.delta) / day;
-  }
+  const auto result = static_cast<EuropeanResult>(RetType);
+  if (result == EuropeanResult::theta) return tree(T, r, q, sigma).theta;
+  return american_result(tree, T, r, q, sigma, result);
 }
 
 }  // namespace kestran

@@ -1,5 +1,7 @@
 #include "models/black_scholes/combo.h"
 
+#include <limits>
+
 #include "models/black_scholes/european.h"
 
 namespace kestran {
@@ -7,6 +9,7 @@ namespace kestran {
 double combo_option(double S, double KA, double KB, double T, double r, double q, double sigmaA,
                     double sigmaB, int OptType, int RetType) {
   if (OptType < 0 || OptType > 7 || RetType < 0 || RetType > 8) return 99.0;
+  if (T > 0.0 && (S < 0.0 || KA < 0.0 || KB < 0.0)) return std::numeric_limits<double>::quiet_NaN();
   constexpr int put = 0, call = 1;
   constexpr struct {
     double number_A;

@@ -11,7 +11,8 @@ namespace kestran {
 ///   4 put A - put B: bull spread                        5 put A - call B: collar of a holder of the price
 ///   6 call B - put A: collar of a buyer of the price    7 call A + put B: strangle of in-the-money options
 /// RetType 0..8, S, T, r, q and expiry as in bs_general; 3 is the vega and 7 the change of delta for both
-/// volatilities moving together. An unknown OptType or RetType gives 99.0.
+/// volatilities moving together. An unknown OptType or RetType gives 99.0, and a negative S, KA or KB before
+/// expiry not a number.
 double combo_option(double S, double KA, double KB, double T, double r, double q, double sigmaA,
                     double sigmaB, int OptType, int RetType);
 

@@ -1,8 +1,10 @@
 #include "models/black_scholes/digital.h"
 
 #include <cmath>
+#include <limits>
 
 #include "models/black_scholes/european.h"
+#include "models/bumps.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
@@ -30,7 +32,7 @@ double digital_option(double Cash, double S, double K, double T, double r, doubl
     const double exercise_value = positive_part(sign * (S - K));
     return exercise_value > 0.0 ? Cash : exercise_value;
   }
-  if (sigma <= 0.0) sigma = 1e-5;
+  sigma = floored_volatility(sigma);
 
   const double v = sigma * std::sqrt(T);
   // Divided while the logarithm is still under way.
@@ -42,18 +44,18 @@ double digital_option(double Cash, double S, double K, double T, double r, doubl
   const auto premium = [&] { return cash_today * cnorm(sign * d2); };
   const auto density = [&] { return sign * cash_today * normal_density(d2); };
 
-  switch (RetType) {
-    case 0:
+  switch (static_cast<EuropeanResult>(RetType)) {
+    case EuropeanResult::premium:
       return premium();
-    case 1:
+    case EuropeanResult::delta:
       return density() / (S * v);
-    case 2:
+    case EuropeanResult::gamma:
       return -density() * d1 / (S * S * v * v);
-    case 3:
+    case EuropeanResult::vega:
       return -density() * d1 / sigma;
-    case 4:
+    case EuropeanResult::carry_rho:
       return -T * premium();
-    case 5:
+    case EuropeanResult::theta:
       return r * premium() - density() * (((r - q) - sigma * sigma / 2.0) - moneyness / T) / (2.0 * v);
     default:
       return 99.0;
@@ -63,6 +65,7 @@ double digital_option(double Cash, double S, double K, double T, double r, doubl
 double cod_option(double S, double K, double T, double r, double q, double sigma, double Premium, int OptType,
                   int RetType) {
   if (RetType < 0 || RetType > 5) return 99.0;
+  if (T > 0.0 && (S < 0.0 || K < 0.0)) return std::numeric_limits<double>::quiet_NaN();
   return bs_general(S, K, T, r, q, sigma, OptType, RetType) -
          digital_option(Premium, S, K, T, r, q, sigma, OptType, RetType);
 }
@@ -70,7 +73,8 @@ double cod_option(double S, double K, double T, double r, double q, double sigma
 double cod_premium(double S, double K, double T, double r, double q, double sigma, int OptType) {
   const double sign = OptType == 0 ? -1.0 : 1.0;
   if (!(T > 0.0)) return positive_part(sign * (S - K));
-  if (sigma <= 0.0) sigma = 1e-5;
+  if (S < 0.0 || K < 0.0) return std::numeric_limits<double>::quiet_NaN();
+  sigma = floored_volatility(sigma);
   const double v = sigma * std::sqrt(T);
   const double d1 = (natural_log(S / K) + ((r - q) + sigma * sigma / 2.0) * T) / v;
   const double d2 = d1 - v;

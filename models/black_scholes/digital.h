@@ -21,13 +21,14 @@ double digital_option(double Cash, double S, double K, double T, double r, doubl
 /// options"): nothing is paid today; at expiry, if and only if it is in the money, the holder must exercise
 /// and pay Premium, even where that is more than the exercise brings, so the value may be negative.
 /// Arguments, RetType 0..5, expiry and the volatility's floor as in digital_option, Premium as an amount at
-/// expiry; an unknown RetType gives 99.0.
+/// expiry; an unknown RetType gives 99.0. A negative S or K before expiry gives not a number.
 double cod_option(double S, double K, double T, double r, double q, double sigma, double Premium, int OptType,
                   int RetType);
 
 /// The contingent premium: the Premium, due at expiry, that makes cod_option worth nothing today. Arguments
 /// as there. Positive and at least the forward's exercise value, measured within 6e-5 of itself, also far
-/// out of the money. T <= 0 or not a number: the exercise value.
+/// out of the money. T <= 0 or not a number: the exercise value. A negative S or K before expiry, and one of
+/// 0 that leaves no chance of exercise, give not a number.
 double cod_premium(double S, double K, double T, double r, double q, double sigma, int OptType);
 
 }  // namespace kestran

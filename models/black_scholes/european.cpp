@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "models/bumps.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
@@ -11,7 +12,7 @@ namespace kestran {
 double bs_general(double S, double K, double T, double r, double q, double sigma, int OptType, int RetType) {
   const double sign = OptType == 0 ? -1.0 : 1.0;
   if (!(T > 0.0)) return RetType == 0 ? positive_part(sign * (S - K)) : 0.0;
-  if (sigma <= 0.0) sigma = 1e-5;
+  sigma = floored_volatility(sigma);
 
   const double root_T = std::sqrt(T);
   const double v = sigma * root_T;
@@ -34,26 +35,26 @@ double bs_general(double S, double K, double T, double r, double q, double sigma
     return sign * (parts[0] - parts[1]);
   };
 
-  switch (RetType) {
-    case 0:
+  switch (static_cast<EuropeanResult>(RetType)) {
+    case EuropeanResult::premium:
       return premium();
-    case 1:
+    case EuropeanResult::delta:
       return sign * Dq() * N1();
-    case 2:
+    case EuropeanResult::gamma:
       return Dq() * density() * over_v / S;
-    case 3:
+    case EuropeanResult::vega:
       return Dq() * S * density() * root_T;
-    case 4:
+    case EuropeanResult::carry_rho:
       return -T * premium();
-    case 5: {
+    case EuropeanResult::theta: {
       const __m128d parts = asset_and_cash();
       return -S * density() * sigma * Dq() / (2.0 * root_T) + sign * (q * parts[0] - r * parts[1]);
     }
-    case 6:
+    case EuropeanResult::rho:
       return sign * T * cash();
-    case 7:
+    case EuropeanResult::delta_by_volatility:
       return (root_T - d1 / sigma) * Dq() * density();
-    case 8:
+    case EuropeanResult::delta_by_time:
       return -Dq() * ((drift - moneyness / T) * density() * over_v / 2.0 - sign * q * N1());
     default:
       return 99.0;

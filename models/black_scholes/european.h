@@ -3,6 +3,19 @@
 
 namespace kestran {
 
+/// Results of a European option, by their number on the worksheet.
+enum class EuropeanResult : int {
+  premium,
+  delta,
+  gamma,
+  vega,
+  carry_rho,
+  theta,
+  rho,
+  delta_by_volatility,
+  delta_by_time,
+};
+
 /// Premium or a sensitivity of a European option by the generalised Black-Scholes formula (Black and Scholes
 /// 1973, Merton 1973), normal distribution by cnorm (so prices carry up to 7.5e-8 of S and K).
 ///

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/bumps.h"
 #include "models/calendar.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
@@ -79,23 +80,23 @@ double barrier_greek(double S, double K, double sigma, double r, double q, doubl
   };
   const auto V = [&] { return value(S, sigma, r, q, days); };
   const auto V_at_price = [&](double price) { return value(price, sigma, r, q, days); };
-  switch (RetType) {
-    case 0:
+  switch (static_cast<BarrierResult>(RetType)) {
+    case BarrierResult::premium:
       return V();
-    case 1:
-      return (V_at_price(S * 1.001) - V()) / (0.001 * S);
-    case 2:
-      return (V_at_price(S * 1.001) + V_at_price(S * 0.999) - 2.0 * V()) / (0.001 * S * S * 0.001);
-    case 3:
-      return (value(S, sigma * 1.001, r, q, days) - V()) / (sigma * 0.001);
-    case 4: {
+    case BarrierResult::delta:
+      return (V_at_price(S * bump_up) - V()) / (bump * S);
+    case BarrierResult::gamma:
+      return (V_at_price(S * bump_up) + V_at_price(S * bump_down) - 2.0 * V()) / (bump * S * S * bump);
+    case BarrierResult::vega:
+      return (value(S, sigma * bump_up, r, q, days) - V()) / (sigma * bump);
+    case BarrierResult::rho: {
       if (r == 0.0) return 0.0;
       // The yield is replaced, not kept, and the moved rate divides: both are intended.
-      const double moved_rate = 1.001 * r;
-      return (value(S, sigma, moved_rate, moved_rate, days) - V()) / (moved_rate * 0.001);
+      const double moved_rate = bump_up * r;
+      return (value(S, sigma, moved_rate, moved_rate, days) - V()) / (moved_rate * bump);
     }
-    case 5:
-      return (V() - value(S, sigma, r, q, days * 1.001)) / (days * 0.001 / days_per_year);
+    case BarrierResult::theta:
+      return (V() - value(S, sigma, r, q, days * bump_up)) / (days * bump / days_per_year);
     default:
       return -99.0;
   }

@@ -3,6 +3,16 @@
 
 namespace kestran {
 
+/// Results of a barrier option, by their number on the worksheet.
+enum class BarrierResult : int {
+  premium,
+  delta,
+  gamma,
+  vega,
+  rho,
+  theta,
+};
+
 /// Price of a knock-in or knock-out option: Reiner and Rubinstein (1991), "Breaking down the barriers", in
 /// the terms A to F of Haug (2007), section 4.17.1; normal distribution by cnorm. Every term that the option
 /// does not need is left out.

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/bumps.h"
 #include "models/calendar.h"
 #include "numerics/bivariate_normal.h"
 #include "numerics/elementary.h"
@@ -81,12 +82,11 @@ struct Compound {
   double discounted_yield = 0.0, discounted_X = 0.0, discounted_X1 = 0.0;
 };
 
-Compound compound(double X1, double X, double days1, double days2, double r, double q, double sigma_f,
-                  double sigma, int OptType) {
+Compound compound(const CompoundOption& terms) {
   constexpr double compound_year = 365.35;  // intended; Black 76 takes days_per_year
-  const double t1 = days1 / compound_year;
-  const double T2 = days2 / compound_year;
-  const double variance1 = (T2 * sigma * sigma - (T2 - t1) * sigma_f * sigma_f) / t1;
+  const double t1 = terms.days1 / compound_year;
+  const double T2 = terms.days2 / compound_year;
+  const double variance1 = (T2 * terms.sigma * terms.sigma - (T2 - t1) * terms.sigma_f * terms.sigma_f) / t1;
 
   Compound result;
   if (variance1 < 0.0) {
@@ -94,23 +94,24 @@ Compound compound(double X1, double X, double days1, double days2, double r, dou
     return result;
   }
   const double sigma1 = std::sqrt(variance1);
-  if (OptType < 1 || OptType > 4) {
-    result.answer = OptType == 5 ? sigma1 : -999999999.999;
+  if (terms.OptType < 1 || terms.OptType > 4) {
+    result.answer = terms.OptType == 5 ? sigma1 : -999999999.999;
     return result;
   }
   result.needs_price = true;
-  result.over = OptType % 2 == 1 ? 1.0 : -1.0;
-  result.under = OptType < 3 ? 1.0 : -1.0;
-  result.critical_price = compound_critical_price(X1, X, days2 - days1, r, sigma_f, 1e-12, 1e8, OptType >= 3);
-  result.X = X;
+  result.over = terms.OptType % 2 == 1 ? 1.0 : -1.0;
+  result.under = terms.OptType < 3 ? 1.0 : -1.0;
+  result.critical_price = compound_critical_price(terms.X1, terms.X, terms.days2 - terms.days1, terms.r,
+                                                  terms.sigma_f, 1e-12, 1e8, terms.OptType >= 3);
+  result.X = terms.X;
   result.v1 = sigma1 * std::sqrt(t1);
-  result.drift1 = (r - q + variance1 / 2.0) * t1;
-  result.v = sigma * std::sqrt(T2);
-  result.drift = (r - q + sigma * sigma / 2.0) * T2;
-  result.rho = std::sqrt(t1 / T2) * sigma1 / sigma;
-  result.discounted_yield = exponential(-q * T2);
-  result.discounted_X = X * exponential(-r * T2);
-  result.discounted_X1 = X1 * exponential(-r * t1);
+  result.drift1 = (terms.r - terms.q + variance1 / 2.0) * t1;
+  result.v = terms.sigma * std::sqrt(T2);
+  result.drift = (terms.r - terms.q + terms.sigma * terms.sigma / 2.0) * T2;
+  result.rho = std::sqrt(t1 / T2) * sigma1 / terms.sigma;
+  result.discounted_yield = exponential(-terms.q * T2);
+  result.discounted_X = terms.X * exponential(-terms.r * T2);
+  result.discounted_X1 = terms.X1 * exponential(-terms.r * t1);
   return result;
 }
 
@@ -168,35 +169,37 @@ double compound_critical_price(double target, double X, double days, double r, d
   return lower_end_moved ? highest : lowest;
 }
 
-double compound_price(double S, double X1, double X, double days1, double days2, double r, double q,
-                      double sigma_f, double sigma, int OptType) {
-  return value(compound(X1, X, days1, days2, r, q, sigma_f, sigma, OptType), S);
-}
+double compound_price(const CompoundOption& option) { return value(compound(option), option.S); }
 
-double compound_greek(double S, double X1, double X, double days1, double days2, double r, double q,
-                      double sigma_f, double sigma, int OptType, int RetType) {
-  constexpr double step = 0.001, up = 1.001, down = 0.999;
+double compound_greek(const CompoundOption& terms, int RetType) {
+  const double S = terms.S;
   const auto changed = [&](double days_less, double rate_factor, double volatility_factor) {
-    return compound(X1, X, days1 - days_less, days2 - days_less, r * rate_factor, q * rate_factor,
-                    sigma_f * volatility_factor, sigma * volatility_factor, OptType);
+    CompoundOption moved = terms;
+    moved.days1 -= days_less;
+    moved.days2 -= days_less;
+    moved.r *= rate_factor;
+    moved.q *= rate_factor;
+    moved.sigma_f *= volatility_factor;
+    moved.sigma *= volatility_factor;
+    return compound(moved);
   };
   const Compound option = changed(0.0, 1.0, 1.0);
   const double base = value(option, S);
-  const double h = S * step;
+  const double h = S * bump;
 
-  switch (RetType) {
-    case 0:
+  switch (static_cast<CompoundResult>(RetType)) {
+    case CompoundResult::premium:
       return base;
-    case 1:
-      return (value(option, S * up) - base) / h;
-    case 2:
-      return (value(option, S * up) + value(option, S * down) - 2.0 * base) / (h * h);
-    case 3:
-      return (value(changed(0.0, 1.0, up), S) - base) / (sigma * step);
-    case 4:
-      return r == 0.0 ? 0.0 : (value(changed(0.0, up, 1.0), S) - base) / (r * step);
-    case 5: {
-      const double days = days1 <= 0.001 ? 1e-6 : 0.001;
+    case CompoundResult::delta:
+      return (value(option, S * bump_up) - base) / h;
+    case CompoundResult::gamma:
+      return (value(option, S * bump_up) + value(option, S * bump_down) - 2.0 * base) / (h * h);
+    case CompoundResult::vega:
+      return (value(changed(0.0, 1.0, bump_up), S) - base) / (terms.sigma * bump);
+    case CompoundResult::rho:
+      return terms.r == 0.0 ? 0.0 : (value(changed(0.0, bump_up, 1.0), S) - base) / (terms.r * bump);
+    case CompoundResult::theta: {
+      const double days = terms.days1 <= 0.001 ? 1e-6 : 0.001;
       return (value(changed(days, 1.0, 1.0), S) - base) / days * days_per_year;
     }
     default:

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "models/bumps.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
@@ -12,7 +13,7 @@ double heat_rate_option(double SA, double SB, double K, double r, double sigma_A
   const double sign = OptType == 0 ? -1.0 : 1.0;
   const double R = SA / SB;
   if (T <= 0.0) return RetType == 0 ? positive_part(sign * (R - K)) : 0.0;
-  if (sigma_A <= 0.0) sigma_A = 1e-5;
+  sigma_A = floored_volatility(sigma_A);
 
   const double sigma = std::sqrt(sigma_B * sigma_B + sigma_A * sigma_A - 2.0 * rho * sigma_A * sigma_B);
   const double root_T = std::sqrt(T);
@@ -37,35 +38,40 @@ double heat_rate_option(double SA, double SB, double K, double r, double sigma_A
     return r * N1() / SB - sign * (density() / SB) * (sigma * sigma / 2.0 - moneyness / T) * over_v / 2.0;
   };
 
-  switch (RetType) {
-    case 0:
+  switch (static_cast<HeatRateResult>(RetType)) {
+    case HeatRateResult::premium:
       return premium();
-    case 1:
+    case HeatRateResult::delta_A:
       return sign * D * N1() / SB;
-    case 2:
+    case HeatRateResult::delta_B:
       return -sign * D * N1() * SA / (SB * SB);
-    case 3:
+    case HeatRateResult::gamma_A:
       return D * density() / (SA * SB) * over_v;
-    case 4:
-      return (sign * 2.0 * SA * N1() + SA * density() * over_v) / (SB * SB * SB) * D;
-    case 5:
+    case HeatRateResult::gamma_B: {
+      const double convexity = sign * 2.0 * SA * N1();
+      const double curvature = SA * density() * over_v;
+      const double cube = SB * SB * SB;
+      // Without a price B the second term has no value, and so the two have no sum.
+      return (cube == 0.0 ? convexity / cube + curvature / cube : (convexity + curvature) / cube) * D;
+    }
+    case HeatRateResult::vega_A:
       return (sigma_A - rho * sigma_B) * R * D * density() * root_T / sigma;
-    case 6:
+    case HeatRateResult::vega_B:
       return (sigma_B - rho * sigma_A) * R * D * density() * root_T / sigma;
-    case 7:
+    case HeatRateResult::by_correlation:
       return -(sigma_A * sigma_B / sigma) * R * D * density() * root_T;
-    case 8:
+    case HeatRateResult::rho:
       return -T * premium();
-    case 9: {
+    case HeatRateResult::theta: {
       // For the put, too, the price's interest is added and the strike's taken off: intended.
       const __m128d parts = ratio_and_strike();
       return parts[0] * r * D - R * density() * sigma * D / (2.0 * root_T) - D * r * parts[1];
     }
-    case 10:
+    case HeatRateResult::delta_A_by_time:
       return delta_decay() * D;
-    case 11:
+    case HeatRateResult::delta_B_by_time:
       return delta_decay() * -R * D;
-    case 12:
+    case HeatRateResult::cross_gamma:
       return (-density() * over_v - sign * N1()) * D / (SB * SB);
     default:
       return 99.0;

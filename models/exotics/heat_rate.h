@@ -3,6 +3,23 @@
 
 namespace kestran {
 
+/// Results of a heat-rate option, by their number on the worksheet.
+enum class HeatRateResult : int {
+  premium,
+  delta_A,
+  delta_B,
+  gamma_A,
+  gamma_B,
+  vega_A,
+  vega_B,
+  by_correlation,
+  rho,
+  theta,
+  delta_A_by_time,
+  delta_B_by_time,
+  cross_gamma,
+};
+
 /// Premium or a sensitivity of an option on the ratio SA / SB of two lognormal prices: Black's formula (1976)
 /// on the ratio, taken as without drift, with the volatility of ln SA - ln SB; normal distribution by cnorm.
 ///
@@ -17,7 +34,8 @@ namespace kestran {
 /// both are intended. An unknown RetType gives 99.
 ///
 /// T <= 0: RetType 0 is the intrinsic value, every other RetType 0. sigma_A <= 0 is taken as 1e-5, sigma_B as
-/// it is. Nothing else is checked: a zero SB or K or a joint volatility of 0 gives what the arithmetic gives.
+/// it is. Nothing else is checked: a zero SB or K or a joint volatility of 0 gives what the arithmetic gives,
+/// and two negative prices give the same answers as two positive ones.
 double heat_rate_option(double SA, double SB, double K, double r, double sigma_A, double sigma_B, double rho,
                         double T, int OptType, int RetType);
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/bumps.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
@@ -45,23 +46,24 @@ double lookback_greek(double S, double K, double r, double q, double sigma, doub
                           time, OptType, daysPerYear);
   };
   const auto value = [&] { return V(1.0, 1.0, 1.0, days); };
-  switch (RetType) {
-    case 0:
+  switch (static_cast<LookbackResult>(RetType)) {
+    case LookbackResult::premium:
       return value();
-    case 1:
-      return (V(1.001, 1.0, 1.0, days) - value()) / (S * 0.001);
-    case 2:
-      return (V(1.001, 1.0, 1.0, days) + V(0.999, 1.0, 1.0, days) - 2.0 * value()) / (S * 0.001 * S * 0.001);
-    case 3:
-      return (V(1.0, 1.001, 1.0, days) - value()) / (sigma * 0.001);
-    case 4:
-      return r == 0.0 ? 0.0 : (V(1.0, 1.0, 1.001, days) - value()) / (r * 0.001);
-    case 5:
+    case LookbackResult::delta:
+      return (V(bump_up, 1.0, 1.0, days) - value()) / (S * bump);
+    case LookbackResult::gamma:
+      return (V(bump_up, 1.0, 1.0, days) + V(bump_down, 1.0, 1.0, days) - 2.0 * value()) /
+             (S * bump * S * bump);
+    case LookbackResult::vega:
+      return (V(1.0, bump_up, 1.0, days) - value()) / (sigma * bump);
+    case LookbackResult::rho:
+      return r == 0.0 ? 0.0 : (V(1.0, 1.0, bump_up, days) - value()) / (r * bump);
+    case LookbackResult::theta:
       return (V(1.0, 1.0, 1.0, days - 1.0) - value()) / (1.0 / daysPerYear);
-    case 6:
-      return (V(1.001, 1.001, 1.0, days) + V(0.999, 0.999, 1.0, days) - V(0.999, 1.001, 1.0, days) -
-              V(1.001, 0.999, 1.0, days)) /
-             (4.0 * S * 0.001 * sigma * 0.001);
+    case LookbackResult::delta_by_volatility:
+      return (V(bump_up, bump_up, 1.0, days) + V(bump_down, bump_down, 1.0, days) -
+              V(bump_down, bump_up, 1.0, days) - V(bump_up, bump_down, 1.0, days)) /
+             (4.0 * S * bump * sigma * bump);
     default:
       return std::numeric_limits<double>::quiet_NaN();
   }

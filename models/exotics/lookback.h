@@ -3,6 +3,17 @@
 
 namespace kestran {
 
+/// Results of a lookback option, by their number on the worksheet.
+enum class LookbackResult : int {
+  premium,
+  delta,
+  gamma,
+  vega,
+  rho,
+  theta,
+  delta_by_volatility,
+};
+
 /// Price of a floating-strike lookback option, Goldman, Sosin and Gatto (1979) with the yield of Garman
 /// (1989); normal distribution by cnorm. K is the extreme seen so far: a call pays the final price less the
 /// lower of K and the lowest price from now on, a put the higher of K and the highest price from now on, less

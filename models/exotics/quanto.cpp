@@ -1,70 +1,75 @@
 #include "models/exotics/quanto.h"
 
 #include <cmath>
+#include <limits>
 
 #include "models/black_scholes/european.h"
+#include "models/bumps.h"
 
 namespace kestran {
 namespace {
 
-// The European option behind a quanto: result B(i) is the RetType i of bs_general.
+using B = EuropeanResult;
+
+// The European option behind a quanto.
 struct Inner {
   double S, K, T, r, q, sigma;
   int OptType;
-  double operator()(int RetType) const { return bs_general(S, K, T, r, q, sigma, OptType, RetType); }
+  double operator()(EuropeanResult result) const {
+    return bs_general(S, K, T, r, q, sigma, OptType, static_cast<int>(result));
+  }
   // Sensitivity to the yield.
-  double to_yield() const { return -T * (*this)(0) - (*this)(6); }
+  double to_yield() const { return -T * (*this)(B::premium) - (*this)(B::rho); }
 };
 
+// The results of an option on one of the two prices, multiplied by the other, that do not depend on how rates
+// and volatilities come in; 0 for the rest.
+double multiplied(const Inner& option, double other, bool on_asset, QuantoResult result) {
+  const auto delta = on_asset ? QuantoResult::delta_S : QuantoResult::delta_E;
+  const auto gamma = on_asset ? QuantoResult::gamma_S : QuantoResult::gamma_E;
+  const auto delta_of_other = on_asset ? QuantoResult::delta_E : QuantoResult::delta_S;
+  if (result == QuantoResult::premium) return other * option(B::premium);
+  if (result == delta) return other * option(B::delta);
+  if (result == delta_of_other) return option(B::premium);
+  if (result == gamma) return other * option(B::gamma);
+  if (result == QuantoResult::cross_gamma) return option(B::delta);
+  if (result == QuantoResult::theta) return other * option(B::theta);
+  return 0.0;
+}
+
 // E max(S - K, 0) at the exchange rate of expiry: the foreign option, exchanged.
-double foreign_strike(const Inner& B, double E, int RetType) {
-  switch (RetType) {
-    case 0:
-    case 1:
-      return E * B(RetType);
-    case 2:
-      return B(0);
-    case 3:
-      return E * B(2);
-    case 5:
-      return B(1);
-    case 6:
-      return E * B(3);
-    case 10:
-      return E * B(6);
-    case 11:
-      return E * B(5);
-    default:
-      return 0.0;
-  }
+double foreign_strike(const Inner& option, double E, QuantoResult result) {
+  if (result == QuantoResult::vega_S) return E * option(B::vega);
+  if (result == QuantoResult::rho_foreign) return E * option(B::rho);
+  return multiplied(option, E, true, result);
 }
 
 // max(E S - K, 0): an option on the asset's domestic price.
-double domestic_strike(const Inner& B, double E, double S, double sigmaS, double sigmaE, double rho,
-                       int RetType) {
-  switch (RetType) {
-    case 0:
-      return B(0);
-    case 1:
-      return E * B(1);
-    case 2:
-      return S * B(1);
-    case 3:
-      return E * E * B(2);
-    case 4:
-      return S * S * B(2);
-    case 5:
-      return B(1) + E * S * B(2);
-    case 6:
-      return B(3) * (sigmaS + rho * sigmaE) / B.sigma;
-    case 7:
-      return B(3) * (sigmaE + rho * sigmaS) / B.sigma;
-    case 8:
-      return B(3) * sigmaS * sigmaE / B.sigma;
-    case 9:
-      return B(6);
-    case 11:
-      return B(5);
+double domestic_strike(const Inner& option, double E, double S, double sigmaS, double sigmaE, double rho,
+                       QuantoResult result) {
+  switch (result) {
+    case QuantoResult::premium:
+      return option(B::premium);
+    case QuantoResult::delta_S:
+      return E * option(B::delta);
+    case QuantoResult::delta_E:
+      return S * option(B::delta);
+    case QuantoResult::gamma_S:
+      return E * E * option(B::gamma);
+    case QuantoResult::gamma_E:
+      return S * S * option(B::gamma);
+    case QuantoResult::cross_gamma:
+      return option(B::delta) + E * S * option(B::gamma);
+    case QuantoResult::vega_S:
+      return option(B::vega) * (sigmaS + rho * sigmaE) / option.sigma;
+    case QuantoResult::vega_E:
+      return option(B::vega) * (sigmaE + rho * sigmaS) / option.sigma;
+    case QuantoResult::by_correlation:
+      return option(B::vega) * sigmaS * sigmaE / option.sigma;
+    case QuantoResult::rho_domestic:
+      return option(B::rho);
+    case QuantoResult::theta:
+      return option(B::theta);
     default:
       return 0.0;
   }
@@ -72,85 +77,66 @@ double domestic_strike(const Inner& B, double E, double S, double sigmaS, double
 
 // E max(S - K, 0) at today's exchange rate: the yield holds the domestic less the foreign rate and the
 // covariance.
-double fixed_exchange_rate(const Inner& B, double E, double sigmaS, double sigmaE, double rho, int RetType) {
-  switch (RetType) {
-    case 0:
-    case 1:
-      return E * B(RetType);
-    case 2:
-      return B(0);
-    case 3:
-      return E * B(2);
-    case 5:
-      return B(1);
-    case 6:
-      return E * (B(3) + B.to_yield() * rho * sigmaE);
-    case 7:
-      return E * B.to_yield() * rho * sigmaS;
-    case 8:
-      return E * B.to_yield() * sigmaS * sigmaE;
-    case 9:
-      return -B.T * E * B(0);
-    case 10:
-      return -E * B.to_yield();
-    case 11:
-      return E * B(5);
+double fixed_exchange_rate(const Inner& option, double E, double sigmaS, double sigmaE, double rho,
+                           QuantoResult result) {
+  switch (result) {
+    case QuantoResult::vega_S:
+      return E * (option(B::vega) + option.to_yield() * rho * sigmaE);
+    case QuantoResult::vega_E:
+      return E * option.to_yield() * rho * sigmaS;
+    case QuantoResult::by_correlation:
+      return E * option.to_yield() * sigmaS * sigmaE;
+    case QuantoResult::rho_domestic:
+      return -option.T * E * option(B::premium);
+    case QuantoResult::rho_foreign:
+      return -E * option.to_yield();
     default:
-      return 0.0;
+      return multiplied(option, E, true, result);
   }
 }
 
 // S max(E - K, 0): an option on the exchange rate in units of the asset; the rate holds the covariance.
-double asset_linked(const Inner& B, double S, double sigmaS, double sigmaE, double rho, int RetType) {
-  switch (RetType) {
-    case 0:
-      return S * B(0);
-    case 1:
-      return B(0);
-    case 2:
-      return S * B(1);
-    case 4:
-      return S * B(2);
-    case 5:
-      return B(1);
-    case 6:
-      return S * B(6) * rho * sigmaE;
-    case 7:
-      return S * (B(3) + B(6) * rho * sigmaS);
-    case 8:
-      return S * B(6) * sigmaS * sigmaE;
-    case 9:
-      return S * B(6);
-    case 10:
-      return -S * B(6);
-    case 11:
-      return S * B(5);
+double asset_linked(const Inner& option, double S, double sigmaS, double sigmaE, double rho,
+                    QuantoResult result) {
+  switch (result) {
+    case QuantoResult::vega_S:
+      return S * option(B::rho) * rho * sigmaE;
+    case QuantoResult::vega_E:
+      return S * (option(B::vega) + option(B::rho) * rho * sigmaS);
+    case QuantoResult::by_correlation:
+      return S * option(B::rho) * sigmaS * sigmaE;
+    case QuantoResult::rho_domestic:
+      return S * option(B::rho);
+    case QuantoResult::rho_foreign:
+      return -S * option(B::rho);
     default:
-      return 0.0;
+      return multiplied(option, S, false, result);
   }
 }
 
 }  // namespace
 
-double quanto_option(double E, double S, double K, double rd, double rf, double q, double sigmaS,
-                     double sigmaE, double rho, double T, int OptType, int Qtype, int RetType) {
-  constexpr double least_sigma = 1e-5;
+double quanto_option(const QuantoOption& terms, int RetType) {
+  const auto [E, S, K, rd, rf, q, given_sigmaS, given_sigmaE, rho, T, OptType, Qtype] = terms;
   if (Qtype < 1 || Qtype > 4 || RetType < 0 || RetType > 11) return 99.0;
   if (!(T > 0.0) && RetType != 0) return 0.0;
-  if (sigmaS <= 0.0) sigmaS = least_sigma;
-  if (sigmaE <= 0.0) sigmaE = least_sigma;
+  if (T > 0.0 && (E < 0.0 || S < 0.0 || K < 0.0)) return std::numeric_limits<double>::quiet_NaN();
+  const double sigmaS = floored_volatility(given_sigmaS);
+  const double sigmaE = floored_volatility(given_sigmaE);
+  const auto result = static_cast<QuantoResult>(RetType);
   const double covariance = rho * sigmaS * sigmaE;
 
-  if (Qtype == 1) return foreign_strike({S, K, T, rf, q, sigmaS, OptType}, E, RetType);
+  if (Qtype == 1) return foreign_strike({S, K, T, rf, q, sigmaS, OptType}, E, result);
   if (Qtype == 2) {
     const double variance = sigmaS * sigmaS + sigmaE * sigmaE + 2.0 * covariance;
-    const double sigma = variance <= least_sigma * least_sigma ? least_sigma : std::sqrt(variance);
-    return domestic_strike({E * S, K, T, rd, q, sigma, OptType}, E, S, sigmaS, sigmaE, rho, RetType);
+    const double sigma =
+        variance <= least_volatility * least_volatility ? least_volatility : std::sqrt(variance);
+    return domestic_strike({E * S, K, T, rd, q, sigma, OptType}, E, S, sigmaS, sigmaE, rho, result);
   }
   const double carry = rd - rf + q + covariance;
   if (Qtype == 3)
-    return fixed_exchange_rate({S, K, T, rd, carry, sigmaS, OptType}, E, sigmaS, sigmaE, rho, RetType);
-  return asset_linked({E, K, T, carry, q, sigmaE, OptType}, S, sigmaS, sigmaE, rho, RetType);
+    return fixed_exchange_rate({S, K, T, rd, carry, sigmaS, OptType}, E, sigmaS, sigmaE, rho, result);
+  return asset_linked({E, K, T, carry, q, sigmaE, OptType}, S, sigmaS, sigmaE, rho, result);
 }
 
 }  // namespace kestran

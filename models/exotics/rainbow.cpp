@@ -1,18 +1,33 @@
 #include "models/exotics/rainbow.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "models/black_scholes/black_scholes_price.h"
-#include "models/calendar.h"
+#include "models/bumps.h"
 #include "numerics/bivariate_normal.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
 namespace kestran {
+namespace {
 
-double rainbow_price(double S1, double S2, double X, double r, double q1, double q2, double T, double sigma1,
-                     double sigma2, double rho, int OptType) {
+// binorm with a correlation that follows from `rho`. At a rho of 1 or -1 rounding may put it beyond 1, where
+// binorm mostly has no answer.
+double binorm_derived(double a, double b, double derived, double rho) {
+  const double result = binorm(a, b, derived);
+  if (!std::isnan(result) || std::fabs(rho) > 1.0) return result;
+  return binorm(a, b, std::min(std::max(derived, -1.0), 1.0));
+}
+
+}  // namespace
+
+double rainbow_price(const RainbowOption& option) {
+  const double S1 = option.S1, S2 = option.S2, X = option.X, T = option.T;
+  const double r = option.r, q1 = option.q1, q2 = option.q2;
+  const double sigma1 = option.sigma1, sigma2 = option.sigma2, rho = option.rho;
+  const int OptType = option.OptType;
   if (OptType < 1 || OptType > 6) return -1e26;
   const double root_T = std::sqrt(T);
   const double variance = sigma1 * sigma1 + sigma2 * sigma2 - 2.0 * rho * sigma1 * sigma2;
@@ -39,8 +54,9 @@ double rainbow_price(double S1, double S2, double X, double r, double q1, double
     const double y1 = (natural_log(S1 / X) + (r - q1 + sigma1 * sigma1 / 2.0) * T) / v1;
     const double y2 = (natural_log(S2 / X) + (r - q2 + sigma2 * sigma2 / 2.0) * T) / v2;
     const double reverse_d = (-moneyness + (q1 - q2 + variance / 2.0) * T) / v;
-    return asset1 * (N1 - binorm(-y1, d, (rho * sigma2 - sigma1) / sigma)) +
-           asset2 * (cnorm(reverse_d) - binorm(-y2, reverse_d, (rho * sigma1 - sigma2) / sigma)) +
+    return asset1 * (N1 - binorm_derived(-y1, d, (rho * sigma2 - sigma1) / sigma, rho)) +
+           asset2 *
+               (cnorm(reverse_d) - binorm_derived(-y2, reverse_d, (rho * sigma1 - sigma2) / sigma, rho)) +
            cash * binorm(v1 - y1, v2 - y2, rho);
   };
   if (OptType == 6) return X == 0.0 ? better_asset() : best_of_three();
@@ -54,54 +70,54 @@ double rainbow_price(double S1, double S2, double X, double r, double q1, double
   return OptType == 2 ? call_on_smaller : cash - (asset1 + asset2 - better_asset()) + call_on_smaller;
 }
 
-double rainbow_greek(double S1, double S2, double X, double r, double q1, double q2, double days,
-                     double sigma1, double sigma2, double rho, int OptType, int RetType) {
-  constexpr double step = 0.001, up = 1.001, down = 0.999;
-  const double T = days / days_per_year;
-  const double h1 = S1 * step;
-  const double h2 = S2 * step;
+double rainbow_greek(const RainbowOption& option, int RetType) {
+  const double h1 = option.S1 * bump;
+  const double h2 = option.S2 * bump;
   const auto at_prices = [&](double factor1, double factor2) {
-    return rainbow_price(S1 * factor1, S2 * factor2, X, r, q1, q2, T, sigma1, sigma2, rho, OptType);
+    RainbowOption moved = option;
+    moved.S1 *= factor1;
+    moved.S2 *= factor2;
+    return rainbow_price(moved);
   };
-  const auto base = [&] { return at_prices(1.0, 1.0); };
-  const auto at_volatilities = [&](double changed1, double changed2) {
-    return rainbow_price(S1, S2, X, r, q1, q2, T, changed1, changed2, rho, OptType);
+  const auto base = [&] { return rainbow_price(option); };
+  const auto with = [&](double RainbowOption::*term, double value) {
+    RainbowOption moved = option;
+    moved.*term = value;
+    return rainbow_price(moved);
   };
-  const auto at_correlation = [&](double changed) {
-    return rainbow_price(S1, S2, X, r, q1, q2, T, sigma1, sigma2, changed, OptType);
-  };
+  const double r = option.r, T = option.T, rho = option.rho;
 
-  switch (RetType) {
-    case 0:
+  switch (static_cast<RainbowResult>(RetType)) {
+    case RainbowResult::premium:
       return base();
-    case 1:
-      return (at_prices(up, 1.0) - base()) / h1;
-    case 2:
-      return (at_prices(1.0, up) - base()) / h2;
-    case 3:
-      return (at_prices(up, 1.0) + at_prices(down, 1.0) - 2.0 * base()) / (h1 * h1);
-    case 4:
-      return (at_prices(1.0, up) + at_prices(1.0, down) - 2.0 * base()) / (h2 * h2);
-    case 5:
-      return (at_prices(up, up) + at_prices(down, down) - at_prices(up, down) - at_prices(down, up)) /
+    case RainbowResult::delta_1:
+      return (at_prices(bump_up, 1.0) - base()) / h1;
+    case RainbowResult::delta_2:
+      return (at_prices(1.0, bump_up) - base()) / h2;
+    case RainbowResult::gamma_1:
+      return (at_prices(bump_up, 1.0) + at_prices(bump_down, 1.0) - 2.0 * base()) / (h1 * h1);
+    case RainbowResult::gamma_2:
+      return (at_prices(1.0, bump_up) + at_prices(1.0, bump_down) - 2.0 * base()) / (h2 * h2);
+    case RainbowResult::cross_gamma:
+      return (at_prices(bump_up, bump_up) + at_prices(bump_down, bump_down) - at_prices(bump_up, bump_down) -
+              at_prices(bump_down, bump_up)) /
              (4.0 * h1 * h2);
-    case 6:
-      return (at_volatilities(sigma1 * up, sigma2) - base()) / (sigma1 * step);
-    case 7:
-      return (at_volatilities(sigma1, sigma2 * up) - base()) / (sigma2 * step);
-    case 8:
-      if (rho == 0.0) return (at_correlation(step) - base()) / step;
-      return (at_correlation(rho * down) - base()) / (-rho * step);
-    case 9: {
+    case RainbowResult::vega_1:
+      return (with(&RainbowOption::sigma1, option.sigma1 * bump_up) - base()) / (option.sigma1 * bump);
+    case RainbowResult::vega_2:
+      return (with(&RainbowOption::sigma2, option.sigma2 * bump_up) - base()) / (option.sigma2 * bump);
+    case RainbowResult::by_correlation:
+      if (rho == 0.0) return (with(&RainbowOption::rho, bump) - base()) / bump;
+      return (with(&RainbowOption::rho, rho * bump_down) - base()) / (-rho * bump);
+    case RainbowResult::rho: {
       if (r == 0.0) return 0.0;
       // The moved rate serves as both yields, whatever they were, and sizes the step: intended.
-      const double moved = r * up;
-      const double price = rainbow_price(S1, S2, X, moved, moved, moved, T, sigma1, sigma2, rho, OptType);
-      return (price - base()) / (moved * step);
+      RainbowOption moved = option;
+      moved.r = moved.q1 = moved.q2 = r * bump_up;
+      return (rainbow_price(moved) - base()) / (moved.r * bump);
     }
-    case 10:
-      return (base() - rainbow_price(S1, S2, X, r, q1, q2, T * up, sigma1, sigma2, rho, OptType)) /
-             (T * step);
+    case RainbowResult::theta:
+      return (base() - with(&RainbowOption::T, T * bump_up)) / (T * bump);
     default:
       return std::numeric_limits<double>::quiet_NaN();
   }

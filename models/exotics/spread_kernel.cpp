@@ -41,7 +41,7 @@ int exercise_boundaries(const Conditional& c, double boundary[2]) {
   double z[3] = {c.lowest - farthest, c.highest + farthest, 0.0};
   int ends = 2;
   double turning = z[0];
-  if (c.m > 0.0)
+  if (c.m * c.given > 0.0)
     turning = (natural_log(c.given * c.v / (c.optioned * c.m)) + (c.m * c.m - c.v * c.v) / 2.0) / (c.m - c.v);
   if (turning > z[0] && turning < z[1]) {
     z[2] = z[1];
@@ -129,7 +129,10 @@ double spread_kernel(double FA, double FB, double K, double vA, double vB, doubl
   // and also over a price that moves little next to the other. The limits are no likely volatilities or
   // ratios of them: a step in one should not change the choice.
   const auto moves_little = [](double v, double other) { return v < 0.37 && other > 2.61 * v; };
-  const bool over_B = K >= 0.0 ? !moves_little(vA, vB) : moves_little(vB, vA);
+  bool over_B = K >= 0.0 ? !moves_little(vA, vB) : moves_little(vB, vA);
+  // The optioned price needs a logarithm.
+  if (FA <= 0.0 && FB > 0.0) over_B = false;
+  if (FB <= 0.0 && FA > 0.0) over_B = true;
 
   // A call on A - B - K is a put on B - A + K. From here on A is the optioned price.
   double sign = OptType == 0 ? -1.0 : 1.0;

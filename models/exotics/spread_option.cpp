@@ -13,15 +13,15 @@ double spread_option(double SA, double SB, double K, double r, double sigmaA, do
                      double T, int OptType, int RetType) {
   if (RetType < 0 || RetType > 16) return 99.0;
   if (!(T > 0.0)) return RetType == 0 ? positive_part((OptType == 0 ? -1.0 : 1.0) * (SA - SB - K)) : 0.0;
-  if (sigmaA <= 0.0) sigmaA = 1e-5;
-  if (sigmaB <= 0.0) sigmaB = 1e-5;
+  sigmaA = floored_volatility(sigmaA);
+  sigmaB = floored_volatility(sigmaB);
 
-  enum Result { premium, delta_A, delta_B };
+  enum KernelResult { premium, delta_A, delta_B };
   struct Terms {
     double SA, SB, sigmaA, sigmaB, rho, T;
   };
   const Terms terms = {SA, SB, sigmaA, sigmaB, rho, T};
-  const auto kernel = [&](Result result, const Terms& t) {
+  const auto kernel = [&](KernelResult result, const Terms& t) {
     const double root_T = std::sqrt(t.T);
     double out[3];
     spread_kernel(t.SA, t.SB, K, t.sigmaA * root_T, t.sigmaB * root_T, t.rho, exponential(-r * t.T), OptType,
@@ -29,61 +29,63 @@ double spread_option(double SA, double SB, double K, double r, double sigmaA, do
     return out[result];
   };
   // Two-sided: the vega of a spread may be near 0, where the error of a one-sided difference is all of it.
-  const auto slope = [&](Result result, double Terms::*variable) {
+  const auto slope = [&](KernelResult result, double Terms::*variable) {
     Terms up = terms, down = terms;
-    up.*variable *= 1.001;
-    down.*variable *= 0.999;
-    return (kernel(result, up) - kernel(result, down)) / (0.002 * terms.*variable);
+    up.*variable *= bump_up;
+    down.*variable *= bump_down;
+    return (kernel(result, up) - kernel(result, down)) / (2.0 * bump * terms.*variable);
   };
   const auto slope_in_rho = [&] {
     const auto limited = [](double correlation) { return std::min(std::max(correlation, -1.0), 1.0); };
     Terms up = terms, down = terms;
-    up.rho = limited(limited(rho) + 0.001);
-    down.rho = limited(limited(rho) - 0.001);
+    up.rho = limited(limited(rho) + bump);
+    down.rho = limited(limited(rho) - bump);
     return (kernel(premium, up) - kernel(premium, down)) / (up.rho - down.rho);
   };
-  const auto decay = [&](Result result) {
+  const auto decay = [&](KernelResult result) {
     Terms later = terms;
     const double h = day_step(T);
     later.T -= h;
     return (kernel(result, later) - kernel(result, terms)) / h;
   };
 
-  switch (RetType) {
-    case 0:
+  switch (static_cast<SpreadResult>(RetType)) {
+    case SpreadResult::premium:
       return kernel(premium, terms);
-    case 1:
+    case SpreadResult::delta_A:
       return kernel(delta_A, terms);
-    case 2:
+    case SpreadResult::delta_B:
       return kernel(delta_B, terms);
-    case 3:
+    case SpreadResult::gamma_A:
       return slope(delta_A, &Terms::SA);
-    case 4:
+    case SpreadResult::gamma_B:
       return slope(delta_B, &Terms::SB);
-    case 5:
+    case SpreadResult::vega_A:
       return slope(premium, &Terms::sigmaA);
-    case 6:
+    case SpreadResult::vega_B:
       return slope(premium, &Terms::sigmaB);
-    case 7:
+    case SpreadResult::by_correlation:
       return slope_in_rho();
-    case 8:
+    case SpreadResult::rho:
       return -T * kernel(premium, terms);
-    case 9:
+    case SpreadResult::theta:
       return decay(premium);
-    case 10:
+    case SpreadResult::delta_A_by_time:
       return decay(delta_A);
-    case 11:
+    case SpreadResult::delta_B_by_time:
       return decay(delta_B);
-    case 12:
+    case SpreadResult::cross_gamma:
       return slope(delta_A, &Terms::SB);
-    case 13:
+    case SpreadResult::delta_A_by_vol_A:
       return slope(delta_A, &Terms::sigmaA);
-    case 14:
+    case SpreadResult::delta_B_by_vol_B:
       return slope(delta_B, &Terms::sigmaB);
-    case 15:
+    case SpreadResult::delta_A_by_vol_B:
       return slope(delta_A, &Terms::sigmaB);
-    default:
+    case SpreadResult::delta_B_by_vol_A:
       return slope(delta_B, &Terms::sigmaA);
+    default:
+      return 99.0;
   }
 }
 

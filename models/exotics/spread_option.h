@@ -3,11 +3,32 @@
 
 namespace kestran {
 
+/// Results of a spread option, by their number on the worksheet.
+enum class SpreadResult : int {
+  premium,
+  delta_A,
+  delta_B,
+  gamma_A,
+  gamma_B,
+  vega_A,
+  vega_B,
+  by_correlation,
+  rho,
+  theta,
+  delta_A_by_time,
+  delta_B_by_time,
+  cross_gamma,
+  delta_A_by_vol_A,
+  delta_B_by_vol_B,
+  delta_A_by_vol_B,
+  delta_B_by_vol_A,
+};
+
 /// Premium or a sensitivity of a European option on the difference of two lognormal prices without drift,
 /// payoff max(+-(A - B - K), 0), by spread_kernel, which states the accuracy. Where no closed form exists,
 /// sensitivities are two-sided differences over 0.1 % steps, of the premium or of the kernel's own deltas.
 ///
-/// SA, SB futures or forward prices (above 0, not checked), K strike of any sign, r interest rate
+/// SA, SB futures or forward prices (0 and below as in spread_kernel), K strike of any sign, r interest rate
 /// (continuous, per year), sigmaA, sigmaB volatilities (per year), rho correlation, taken as 1 or -1 beyond,
 /// T years to expiry. OptType 0 put, any other value call. RetType selects the result:
 ///   0 premium   1, 2 delta in A, B   3, 4 gamma in A, B

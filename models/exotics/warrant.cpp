@@ -11,23 +11,28 @@
 
 namespace kestran {
 
-double warrant_value(double S, double K, double r, double q, double sigma, double tv, double T, double Nwar,
-                     double Nshr, int WarType, int RetType) {
+double warrant_value(const Warrant& warrant, int RetType) {
+  const double S = warrant.S, K = warrant.K, r = warrant.r, q = warrant.q, tv = warrant.tv, T = warrant.T;
+  const double Nwar = warrant.Nwar, Nshr = warrant.Nshr;
+  const int WarType = warrant.WarType;
   if (RetType < 0 || RetType > 5) return 99.0;
   const double sign = WarType == 0 ? -1.0 : 1.0;
   const double m = Nwar / Nshr;
   const double g = 1.0 + sign * m;
   if (S <= 0.0 || K <= 0.0 || Nshr <= 0.0 || Nwar < 0.0 || g <= 0.0) return -99.0;
   if (!(T > 0.0)) return RetType == 0 ? positive_part(sign * (S - K)) : 0.0;
-  if (sigma <= 0.0) sigma = 1e-5;
+  const double sigma = floored_volatility(warrant.sigma);
 
   // One method for all prices: between a tree and a formula, a small step in the rate would drown in their
   // difference.
   const bool european = early_exercise_rule(r, q, WarType) == EarlyExercise::never;
   const auto bermudan = [&](double x, double rate, double yield, double volatility) -> TreeResult {
     if (!european) return american_tree(x, K, T, tv, rate, yield, volatility, WarType, 400);
-    const auto result = [&](int i) { return bs_general(x, K, T, rate, yield, volatility, WarType, i); };
-    return {result(0), result(1), result(2), result(5)};
+    const auto result = [&](EuropeanResult i) {
+      return bs_general(x, K, T, rate, yield, volatility, WarType, static_cast<int>(i));
+    };
+    return {result(EuropeanResult::premium), result(EuropeanResult::delta), result(EuropeanResult::gamma),
+            result(EuropeanResult::theta)};
   };
 
   TreeResult option = bermudan(S, r, q, sigma);
@@ -55,19 +60,21 @@ double warrant_value(double S, double K, double r, double q, double sigma, doubl
 
   const double d = g - m * option.delta;
   const double h = rate_step(r);
-  switch (RetType) {
-    case 0:
+  switch (static_cast<EuropeanResult>(RetType)) {
+    case EuropeanResult::premium:
       return W;
-    case 1:
+    case EuropeanResult::delta:
       return option.delta / d;
-    case 2:
+    case EuropeanResult::gamma:
       return option.gamma * (g / d) * (g / d) / d;
-    case 3:
-      return (bermudan(x, r, q, 1.001 * sigma).price - option.price) / (0.001 * sigma) / d;
-    case 4:
+    case EuropeanResult::vega:
+      return (bermudan(x, r, q, bump_up * sigma).price - option.price) / (bump * sigma) / d;
+    case EuropeanResult::carry_rho:
       return (bermudan(x, r + h, q + h, sigma).price - option.price) / h / d;
-    default:
+    case EuropeanResult::theta:
       return option.theta / d;
+    default:
+      return 99.0;
   }
 }
 

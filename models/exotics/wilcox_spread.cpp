@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "models/black_scholes/european.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
@@ -23,23 +24,23 @@ double wilcox_spread(double F, double K, double r, double sigma, double T, int O
   const auto call_premium = [&] { return (root_T * sigma * density() + (F - K) * N()) * D; };
   const auto premium = [&] { return call ? call_premium() : (K - F) * D + call_premium(); };
 
-  switch (RetType) {
-    case 0:
+  switch (static_cast<EuropeanResult>(RetType)) {
+    case EuropeanResult::premium:
       return premium();
-    case 1:
+    case EuropeanResult::delta:
       return call ? D * N() : (N() - 1.0) * D;
-    case 2:
+    case EuropeanResult::gamma:
       return D * density() / sigma / root_T;
-    case 3:
+    case EuropeanResult::vega:
       return root_T * D * density();
-    case 4:
+    case EuropeanResult::carry_rho:
       return -T * premium();
-    case 5: {
+    case EuropeanResult::theta: {
       const double decay = sigma * density() / 2.0 / root_T;
       // Intended: the put's adds (F - K) r D to the call's, where the exact derivative takes it off.
       return r * call_premium() - (call ? decay : decay - (F - K) * r) * D;
     }
-    case 8: {
+    case EuropeanResult::delta_by_time: {
       const double drift = r * N() + d * density() / 2.0 / T;
       return (call ? drift : drift - r) * D;
     }

@@ -8,7 +8,8 @@ namespace kestran {
 /// negative. Normal distribution by cnorm; the density takes 6.2832 for 2 pi, which is intended.
 ///
 /// F forward spread, K strike, r interest rate (continuous, per year), sigma volatility in price units per
-/// root of a year, T years to expiry. OptType 1 call, any other value put. RetType:
+/// root of a year, T years to expiry. OptType 1 call, any other value put. RetType,
+/// as in EuropeanResult:
 ///   0 premium   1 delta   2 gamma   3 vega, per 1.00 of price volatility   4 rho, per 1.00 of rate
 ///   5 theta, change of value per year as time passes   6 and 7 zero
 ///   8 change of delta per year as time passes
