@@ -62,8 +62,8 @@ double compound_asian_price(const CompoundAsian& option);
 /// and down: delta and gamma per unit of S0, vegas per 1.00 of volatility, rho with both rates moved, per
 /// 1.00 of rc, and 0 when rc = 0. Theta is the change over the next day (half of CmpExpDays when that is
 /// less) per year, with the fixings that fall due coming in at S0; it bends where a fixing comes within the
-/// day. The moves are right within 1e-5 of a sensitivity at ordinary inputs, and rounding adds 1e-11 of S0 at
-/// most.
+/// day. Against exact derivatives of an option on an option (volatility 30 %, 60 and 180 days) the moves are
+/// right within 1e-5 of each sensitivity; rounding stays below 1e-9 at a price of 100.
 ///
 /// Any other RetType gives 0, as do all but the premium when CmpExpDays <= 0. A sensitivity to a volatility
 /// of 0 is not a number, nor is any of an option that is not bounded.
