@@ -102,7 +102,6 @@ void add_compound(int steps) {
   compound.X = strike;
   compound.CmpExpDays = CmpExpDays;
   compound.CmpOptType = 1;
-  compound.steps = steps;
 
   Case& option = add_case("CMPASN/" + std::to_string(steps), S, S);
   add_worksheet(option, "CMPASN",
@@ -112,7 +111,7 @@ void add_compound(int steps) {
   add_model(option, [compound](double price) {
     CompoundAsian priced = compound;
     priced.S0 = price;
-    return compound_asian_tree(priced);
+    return compound_asian_price(priced);
   });
 }
 

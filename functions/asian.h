@@ -81,7 +81,7 @@ inline Answer ASNSPRD(double PriceA, double PriceB, double Strike, double IntRt,
 inline Answer CMPASN(double Price, double IntRt, double Vol1, double Vol2, double SetPrice, int TotDays,
                      int SetDays, double toNext, double ExpDays, double CmpVol, double AsnStrike,
                      double CompStrike, double CmpExpDays, double CmpIntRt, int CmpOptType, int RetType,
-                     int Tsteps) {
+                     int /*Tsteps*/) {
   CompoundAsian option;
   option.S0 = Price;
   option.r = IntRt;
@@ -98,7 +98,6 @@ inline Answer CMPASN(double Price, double IntRt, double Vol1, double Vol2, doubl
   option.CmpExpDays = CmpExpDays;
   option.rc = CmpIntRt;
   option.CmpOptType = CmpOptType;
-  option.steps = Tsteps;
   if (!compound_asian_is_bounded(option)) return Answer::failure(value_code, Reason::fixings);
   return compound_asian_greek(option, RetType);
 }

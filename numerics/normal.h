@@ -23,6 +23,15 @@ struct NormalPair {
 };
 NormalPair cnorm_and_bell(__m128d x);
 
+/// N(x) with an absolute error of at most 1e-15 and no jump anywhere, for models whose results are
+/// differenced or integrated where cnorm's error would show (rational function, Hart 1968, algorithm 5666,
+/// coefficients as in West 2005, "Better approximations to cumulative normal functions", at all x). NaN gives
+/// NaN.
+double cnorm_precise(double x);
+
+/// Both lanes' N(x), each with exactly the bits of the one-value form.
+__m128d cnorm_precise(__m128d x);
+
 /// Polynomial of the three-term approximation (Abramowitz and Stegun 1964, 26.2.16), taken at |x|.
 double cnorm3_poly(double x);
 

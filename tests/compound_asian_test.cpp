@@ -4,111 +4,195 @@
 
 #include <climits>
 #include <cmath>
+#include <functional>
+#include <vector>
 
-#include "models/asian/asian_geo_cond.h"
+#include "models/asian/fixings_ahead.h"
+#include "models/asian/fixings_before.h"
 #include "numerics/arrays.h"
 
 namespace kestran {
 namespace {
 
-const CompoundAsian before_averaging{100, .05, .35, .30, 0, 21, 0, 150, 180, .40, 100, 4, 90, .045, 1, 12};
-const CompoundAsian half_way{100, .05, .35, .30, 0, 31, 0, 30, 60, .40, 100, 4, 45, .045, 1, 12};
-const CompoundAsian under_way{100, .05, .35, .30, 97, 31, 10, 1, 21, .40, 99, 2, 11, .045, 1, 12};
-const CompoundAsian weekly{100, .05, .35, .30, 103, 6, 1, 0.5, 32.5, .40, 100, 1, 17, .03, 1, 12};
-const CompoundAsian last_day{100, .05, .35, .30, 96, 8, 3, 0, 40, .40, 100, 1, 40, .03, 1, 12};
+const CompoundAsian before_averaging{100, .05, .35, .30, 0, 21, 0, 150, 180, .40, 100, 4, 90, .045, 1};
+const CompoundAsian half_way{100, .05, .35, .30, 0, 31, 0, 30, 60, .40, 100, 4, 45, .045, 1};
+const CompoundAsian under_way{100, .05, .35, .30, 97, 31, 10, 1, 21, .40, 99, 2, 11, .045, 2};
+const CompoundAsian weekly{100, .05, .35, .30, 103, 6, 1, 0.5, 32.5, .40, 100, 1, 17, .03, 3};
+const CompoundAsian last_day{100, .05, .35, .30, 96, 8, 3, 0, 40, .40, 100, 1, 40, .03, 1};
+const CompoundAsian sparse{100, .05, .35, .30, 0, 5, 0, 20, 90, .40, 100, 4, 20, .045, 2};
 
-CompoundAsian with(CompoundAsian option, int CmpOptType, int steps) {
-  option.CmpOptType = CmpOptType;
-  option.steps = steps;
+CompoundAsian with(CompoundAsian option, double CompoundAsian::*term, double value) {
+  option.*term = value;
   return option;
 }
 
-// Expected values here and below, unless said otherwise: tree and node values worked again in
-// mpmath, 30 digits, rolled back level by level, with the same normal distribution.
-TEST(CompoundAsian, Premium) {
-  const struct {
-    CompoundAsian option;
-    double expected[4];
-  } rows[] = {{before_averaging, {6.9773759611961, 1.239768040133, 6.6734820408138, 0.93692713681629}},
-              {half_way, {3.5202459540892, 2.2842323013721, 3.3258781559791, 2.0900884449606}},
-              {under_way, {0.70041124245768, 1.1634312453328, 0.63886285362156, 1.134055485647}},
-              {weekly, {1.830646295026, 0.40770993314733, 1.3894573775522, 0.46427242790525}},
-              {last_day, {0.85375228871262, 0.6507864168913, 2.07162414564, 0.37362459824378}}};
-  for (const auto& row : rows)
-    for (int type = 1; type <= 4; ++type)
-      EXPECT_NEAR(compound_asian_tree(with(row.option, type, 12)), row.expected[type - 1], 1e-11)
-          << row.option.CmpExpDays << " days, type " << type;
-  CompoundAsian expired = half_way;
-  expired.CmpExpDays = 0;
-  EXPECT_NEAR(compound_asian_tree(expired), 0.41893898420637, 1e-11);
+double of_type(CompoundAsian option, int CmpOptType) {
+  option.CmpOptType = CmpOptType;
+  return compound_asian_price(option);
 }
 
-TEST(CompoundAsian, Sensitivities) {
-  const struct {
-    CompoundAsian option;
-    double expected[9];
-  } rows[] = {{with(before_averaging, 1, 12),
-               {6.9773759611961, 0.48003749932856, 0.01706327292107, 17.503711719498, -4.4951524373753,
-                -13.880922100253, 0.19665130053075, 5.9620549252336, 0.82844872943236}},
-              {with(under_way, 2, 12),
-               {1.1634312453328, -0.13193451937921, -0.0030504588670164, -0.25878084765245,
-                -0.026883056224244, 5.3194600416618, 0.3124778137388, -0.1019417454733, -0.249300718443}},
-              {with(weekly, 3, 12),
-               {1.3894573775522, -0.31992888695675, 0.047311021606936, 4.8026168468582, -0.25878663910555,
-                -34.427219377129, -0.21438312431053, 0.26274427017809, 0.056505929205553}}};
-  const double tolerance[9] = {1e-11, 1e-9, 1e-11, 1e-7, 1e-6, 1e-8, 1e-5, 1e-7, 1e-7};
-  for (const auto& row : rows)
-    for (int RetType = 0; RetType < 9; ++RetType)
-      EXPECT_NEAR(compound_asian_greek(row.option, RetType), row.expected[RetType], tolerance[RetType])
-          << row.option.CmpExpDays << " days, RetType " << RetType;
-}
-
-// Fixing paths simulated up to the compound expiry in antithetic pairs, the premium and its standard error.
+// Fixings until the compound expiry and from there on simulated apart, with Sobol points in numpy: the
+// premiums of the four types; standard errors are below 9e-5.
 TEST(CompoundAsian, AgainstSimulatedPaths) {
   const struct {
     CompoundAsian option;
-    double simulated, error;
-  } rows[] = {{with(half_way, 2, 400), 2.27993, 0.00043},
-              {with(under_way, 2, 400), 1.16888, 0.00014},
-              {with(under_way, 4, 400), 1.14061, 0.00012},
-              {with(last_day, 2, 400), 0.68208, 0.00029}};
+    double simulated[4];
+  } rows[] = {{before_averaging, {6.942351, 1.235013, 6.637301, 0.930010}},
+              {half_way, {3.490950, 2.282784, 3.292640, 2.084498}},
+              {under_way, {0.697368, 1.173652, 0.636906, 1.145354}},
+              {weekly, {1.814717, 0.436329, 1.364163, 0.483566}},
+              {last_day, {0.862362, 0.682426, 2.065188, 0.393456}}};
   for (const auto& row : rows)
-    EXPECT_NEAR(compound_asian_tree(row.option), row.simulated, 3 * row.error) << row.simulated;
+    for (int type = 1; type <= 4; ++type)
+      EXPECT_NEAR(of_type(row.option, type), row.simulated[type - 1], 3e-4)
+          << row.option.CmpExpDays << " days, type " << type;
 }
 
-TEST(CompoundAsian, Identities) {
-  const double h = 1 / 365.25;
-  // Call less put is the value of the average-price option less the strike; here it is a call that surely
-  // pays.
-  CompoundAsian sure = under_way;
-  sure.K = 1;
-  const double forward = (10 * 97 + 21 * 100) / 31.0 - 1;
-  EXPECT_NEAR(compound_asian_tree(with(sure, 1, 50)) - compound_asian_tree(with(sure, 2, 50)),
-              forward * std::exp(-.05 * 21 * h) - 2 * std::exp(-.045 * 11 * h), 2e-3);
-  // Daily fixings are those of asian_geo_cond; one in the past counts as today's, days are rounded.
-  const auto node = [](double m, double N, double K, double first, double last, bool call) {
-    return compound_asian_node(95, 102, m, N, K, .04, .35, .5, first, last, call);
+struct Axis {
+  const char* name;
+  double from, to;
+  std::function<CompoundAsian(CompoundAsian, double)> moved;
+};
+
+const Axis axes[] = {
+    {"price", 90, 112, [](const CompoundAsian& o, double x) { return with(o, &CompoundAsian::S0, x); }},
+    {"volatility", .25, .6,
+     [](const CompoundAsian& o, double x) { return with(o, &CompoundAsian::sigma_c, x); }},
+    {"strike", 92, 112, [](const CompoundAsian& o, double x) { return with(o, &CompoundAsian::K, x); }},
+    {"compound strike", 1, 5, [](const CompoundAsian& o, double x) { return with(o, &CompoundAsian::X, x); }},
+    // Up to where the next fixing comes within the day that theta looks ahead.
+    {"time", -3, 0, [](CompoundAsian o, double x) {
+       o.toNext -= x;
+       o.ExpDays -= x;
+       o.CmpExpDays -= x;
+       return o;
+     }}};
+
+// A second difference that jumps is out of line with the cubic through its neighbours.
+TEST(CompoundAsian, EveryResultIsSmooth) {
+  constexpr int points = 40;
+  for (const CompoundAsian& option : {before_averaging, under_way})
+    for (const Axis& axis : axes)
+      for (int RetType = 0; RetType < 9; ++RetType) {
+        std::vector<double> y, bend;
+        for (int i = 0; i < points; ++i)
+          y.push_back(compound_asian_greek(
+              axis.moved(option, axis.from + (axis.to - axis.from) * i / (points - 1)), RetType));
+        double largest = 0;
+        for (int i = 1; i + 1 < points; ++i) {
+          bend.push_back(y[i + 1] - 2 * y[i] + y[i - 1]);
+          largest = std::fmax(largest, std::fabs(bend.back()));
+        }
+        double worst = 0;
+        for (std::size_t i = 2; i + 2 < bend.size(); ++i)
+          worst = std::fmax(
+              worst, std::fabs(bend[i] - (4 * (bend[i - 1] + bend[i + 1]) - bend[i - 2] - bend[i + 2]) / 6));
+        EXPECT_LT(worst, 5e-3 * largest + 1e-8)
+            << axis.name << ", " << option.CmpExpDays << " days, RetType " << RetType;
+      }
+}
+
+// No jump as a fixing passes the compound option's expiry or today.
+TEST(CompoundAsian, ContinuousAsFixingsComeIn) {
+  for (double days : {20.0, 37.5, 55.0, 72.5, 90.0})
+    EXPECT_NEAR(compound_asian_price(with(sparse, &CompoundAsian::CmpExpDays, days * (1 - 1e-12))),
+                compound_asian_price(with(sparse, &CompoundAsian::CmpExpDays, days * (1 + 1e-12))), 1e-9)
+        << days;
+  CompoundAsian due = with(weekly, &CompoundAsian::toNext, 0);
+  CompoundAsian made = due;
+  made.m = due.m + 1;
+  made.A = (due.m * due.A + due.S0) / made.m;
+  made.toNext = due.ExpDays / (due.N - made.m);
+  EXPECT_NEAR(compound_asian_price(due), compound_asian_price(made), 1e-12);
+}
+
+TEST(CompoundAsian, VolatilityWhileAveragingRulesFromTheFirstFixingOn) {
+  const auto vega1 = [](const CompoundAsian& o) {
+    return compound_asian_greek(o, static_cast<int>(CompoundAsianResult::vega_until_averaging));
   };
-  EXPECT_EQ(node(0, 21, 100, 60, 80, false), asian_geo_cond(95, 100, 0, .04, .04, .35, .5, 80, 60, 0, 0));
-  EXPECT_EQ(node(2, 7, 100, -5, 30.6, true), node(2, 7, 100, 0, 31.4, true));
-  EXPECT_NEAR(node(2, 7, 100, 3.4, 30.6, true), 1.0839569275453, 1e-12);
-  EXPECT_NEAR(node(7, 7, 100, 0, 10, true), 2 * std::exp(-.4 * h), 1e-14);
-  EXPECT_EQ(node(2, 4, 50, 3, 30, false), 0.0);
-  EXPECT_TRUE(std::isnan(node(2, 7, 100, NAN, 30, true)));
-  EXPECT_TRUE(std::isnan(node(2, 7, 100, 0, 1e10, true)));
+  for (const CompoundAsian& option : {half_way, under_way, weekly, last_day}) EXPECT_EQ(vega1(option), 0.0);
+  EXPECT_GT(vega1(before_averaging), 5.0);
+  EXPECT_GT(std::fabs(vega1(with(sparse, &CompoundAsian::toNext, 20.5))), 0.05);
+  // Simulated 1.6335.
+  EXPECT_NEAR(compound_asian_price(sparse), 1.6335, 3e-4);
+}
+
+// One fixing makes the average-price option European. Expected: quadrature over the price at expiry and exact
+// derivatives in mpmath, 25 digits.
+TEST(CompoundAsian, OneFixingIsAnOptionOnAnOption) {
+  const CompoundAsian option{100, 0, .3, .3, 0, 1, 0, 180, 180, .3, 105, 3, 60, 0, 1};
+  using Result = CompoundAsianResult;
+  const struct {
+    Result result;
+    double expected, tolerance;
+  } rows[] = {{Result::premium, 3.872249439749167, 1e-13},
+              {Result::delta, 0.3905599929688764, 1e-6},
+              {Result::gamma, 0.02320920974157150, 1e-6},
+              {Result::vega, 11.43780356874160, 2e-5},
+              {Result::rho, 0, 0},
+              {Result::delta_by_volatility, 0.1777917508067637, 1e-5}};
+  for (const auto& row : rows)
+    EXPECT_NEAR(compound_asian_greek(option, static_cast<int>(row.result)), row.expected, row.tolerance)
+        << static_cast<int>(row.result);
+}
+
+TEST(CompoundAsian, CallLessPutIsTheAverageOptionLessTheStrike) {
+  const double h = 1 / 365.25;
+  for (const CompoundAsian& option : {before_averaging, half_way, under_way, weekly, last_day})
+    for (int type : {1, 3}) {
+      const double asian = of_type(with(option, &CompoundAsian::X, 0), type);
+      EXPECT_NEAR(of_type(option, type) - of_type(option, type + 1),
+                  asian - option.X * std::exp(-option.rc * option.CmpExpDays * h), 1e-11);
+    }
+  // An average-price call less the put is its forward less the strike.
+  const CompoundAsian free = with(under_way, &CompoundAsian::X, 0);
+  EXPECT_NEAR(of_type(free, 1) - of_type(free, 3),
+              ((10 * 97 + 21 * 100) / 31.0 - 99) * std::exp(-.05 * 21 * h), 1e-5);
+}
+
+TEST(FixingsAhead, OptionOnASum) {
+  double loading[5];
+  const FixingsAhead one = fixings_ahead(1, .04, .01, loading);
+  // Black's formula, forward 100, strike 110, deviation 0.2.
+  EXPECT_NEAR(sum_option(one, 100, 110, true), 4.292010941409888, 1e-13);
+  const FixingsAhead five = fixings_ahead(5, .01, .02, loading);
+  for (double strike : {-10.0, 0.0, 1e-3, 250.0, 499.0, 500.0, 501.0, 900.0, 1e5}) {
+    const double call = sum_option(five, 100, strike, true);
+    const double put = sum_option(five, 100, strike, false);
+    EXPECT_NEAR(call - put, 500 - strike, 1e-10) << strike;
+    EXPECT_GE(call, std::fmax(500 - strike, 0.0) - 1e-10) << strike;
+  }
+  // A fixing already known may be in the sum or come off the strike.
+  const FixingsAhead known = fixings_ahead(3, 0, .02, loading);
+  const double in_sum = sum_option(known, 100, 305, true);
+  const FixingsAhead rest = fixings_ahead(2, .02, .02, loading);
+  EXPECT_NEAR(in_sum, sum_option(rest, 100, 205, true), 1e-11);
+}
+
+TEST(FixingsBefore, SumIsThatOfTheBridge) {
+  double cells[9] = {0, .4, 1};
+  const FixingsBefore fixings{3, .09, cells, cells + 3, cells + 6};
+  // Only the middle one is left to chance, with variance 0.09 x 0.4 x 0.6.
+  const double x = .2, s = std::sqrt(.0216);
+  for (double z : {-1.7, 0.0, 2.0})
+    EXPECT_NEAR(sum_given_expiry(fixings, x, z), 1 + std::exp(.4 * x + s * z) + std::exp(x), 1e-14) << z;
 }
 
 TEST(CompoundAsian, DegenerateInput) {
   for (int RetType : {INT_MIN, -1, 9, INT_MAX})
     EXPECT_EQ(compound_asian_greek(half_way, RetType), 0.0) << RetType;
-  EXPECT_EQ(compound_asian_tree(with(half_way, 1, INT_MIN)), compound_asian_tree(with(half_way, 1, 1)));
-  EXPECT_EQ(compound_asian_tree(with(half_way, 1, INT_MAX)),
-            compound_asian_tree(with(half_way, 1, compound_asian_most_steps)));
-  CompoundAsian option = half_way;
-  option.rc = 0;
-  EXPECT_EQ(compound_asian_greek(option, 4), 0.0);
-  option.CmpExpDays = -1;
-  EXPECT_EQ(compound_asian_greek(option, 1), 0.0);
+  EXPECT_EQ(compound_asian_greek(with(half_way, &CompoundAsian::rc, 0), 4), 0.0);
+  const CompoundAsian expired = with(half_way, &CompoundAsian::CmpExpDays, -1);
+  EXPECT_EQ(compound_asian_greek(expired, 1), 0.0);
+  EXPECT_NEAR(compound_asian_price(expired),
+              compound_asian_price(with(half_way, &CompoundAsian::CmpExpDays, 1e-9)), 1e-3);
+  // All fixings made: the payoff on their average.
+  CompoundAsian settled = half_way;
+  settled.m = settled.N;
+  settled.A = 110;
+  settled.toNext = 0;
+  EXPECT_NEAR(compound_asian_price(settled),
+              10 * std::exp(-.05 * 60 / 365.25) - 4 * std::exp(-.045 * 45 / 365.25), 1e-12);
 
   const struct {
     double CompoundAsian::*term;
@@ -121,24 +205,20 @@ TEST(CompoundAsian, DegenerateInput) {
                  {&CompoundAsian::CmpExpDays, 1e300, 31},
                  {&CompoundAsian::CmpExpDays, NAN, 31},
                  {&CompoundAsian::sigma_c, 0, 31},
+                 {&CompoundAsian::sigma_c, 1e6, 31},
                  {&CompoundAsian::S0, -1, 31},
+                 {&CompoundAsian::A, NAN, 31},
+                 {&CompoundAsian::sigma2, NAN, 31},
                  {&CompoundAsian::X, 4, 4000}};
   for (const auto& row : refused) {
-    CompoundAsian bad = half_way;
-    bad.*row.term = row.value;
+    CompoundAsian bad = with(half_way, row.term, row.value);
     bad.N = row.N;
+    bad.m = row.term == &CompoundAsian::A ? 1 : 0;
     for (int RetType : {0, 5}) EXPECT_TRUE(std::isnan(compound_asian_greek(bad, RetType))) << row.value;
   }
   set_allocation_limit(1);
-  EXPECT_TRUE(std::isnan(compound_asian_tree(half_way)));
+  EXPECT_TRUE(std::isnan(compound_asian_price(half_way)));
   set_allocation_limit(0);
-}
-
-TEST(CompoundAsian, NodeNeverFallsBelowTheForwardValue) {
-  // 360 of 362 fixings made at 90 leave a strike of 2443, of which the price of 100 falls short for certain.
-  const double put = 2.0 / 362.0 * std::exp(-0.05 / 365.25) * (2443.0 - 100.0);
-  EXPECT_NEAR(compound_asian_node(100, 90, 360, 362, 103, 0.05, 0.25, 0.35, 0, 1, false), put, 1e-12);
-  EXPECT_EQ(compound_asian_node(100, 90, 360, 362, 103, 0.05, 0.25, 0.35, 0, 1, true), 0.0);
 }
 
 }  // namespace

@@ -28,6 +28,7 @@ TEST(Normal, StaysNearTheExactDistribution) {
     const double exact = std::erfc(-x / std::sqrt(2.0)) / 2.0;
     EXPECT_NEAR(cnorm(x), exact, 7.5e-8) << x;
     EXPECT_NEAR(cnorm3(x, cnorm3_poly(x)), exact, 1.2e-5) << x;
+    EXPECT_NEAR(cnorm_precise(x), exact, 1e-15) << x;
     EXPECT_NEAR(cnorm(x) + cnorm(-x), 1.0, x == 0.0 ? 1.3e-9 : 1e-15) << x;
   }
 }
@@ -42,6 +43,9 @@ TEST(Normal, IsClampedFarOut) {
   EXPECT_GT(cnorm3(-37.0, cnorm3_poly(37.0)), -1e-300);
   EXPECT_TRUE(std::isnan(cnorm(std::numeric_limits<double>::quiet_NaN())));
   EXPECT_EQ(cnorm(std::numeric_limits<double>::infinity()), 1.0);
+  EXPECT_EQ(cnorm_precise(-1e300), 0.0);
+  EXPECT_EQ(cnorm_precise(1e300), 1.0);
+  EXPECT_TRUE(std::isnan(cnorm_precise(std::numeric_limits<double>::quiet_NaN())));
 }
 
 TEST(Normal, PairsHaveTheBitsOfSingleValues) {
@@ -52,17 +56,20 @@ TEST(Normal, PairsHaveTheBitsOfSingleValues) {
   for (double x = -26.0; x <= 26.0; x += 0.0037) points.push_back(x);
   for (std::size_t i = 0; i < points.size(); ++i) {
     const double x[2] = {points[i], points[(i * 7 + 3) % points.size()]};
-    double pair[2], with_bell[2], bell[2];
+    double pair[2], with_bell[2], bell[2], precise[2];
     _mm_storeu_pd(pair, cnorm(_mm_loadu_pd(x)));
     const NormalPair normal = cnorm_and_bell(_mm_loadu_pd(x));
     _mm_storeu_pd(with_bell, normal.N);
     _mm_storeu_pd(bell, normal.bell);
+    _mm_storeu_pd(precise, cnorm_precise(_mm_loadu_pd(x)));
     for (int lane = 0; lane < 2; ++lane) {
       const double single = cnorm(x[lane]);
       if (std::isnan(single))
-        EXPECT_TRUE(std::isnan(pair[lane]) && std::isnan(with_bell[lane]) && std::isnan(bell[lane]));
+        EXPECT_TRUE(std::isnan(pair[lane]) && std::isnan(with_bell[lane]) && std::isnan(bell[lane]) &&
+                    std::isnan(precise[lane]));
       else
         EXPECT_TRUE(pair[lane] == single && with_bell[lane] == single &&
+                    precise[lane] == cnorm_precise(x[lane]) &&
                     bell[lane] == exponential(-x[lane] * x[lane] / 2.0))
             << x[lane];
     }

@@ -80,7 +80,6 @@ CompoundAsian compound() {
   option.CmpExpDays = 40;
   option.X = 4;
   option.CmpOptType = 1;
-  option.steps = 10;
   return option;
 }
 

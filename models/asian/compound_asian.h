@@ -8,8 +8,8 @@ namespace kestran {
 struct CompoundAsian {
   double S0 = 0.0;          // futures or forward price
   double r = 0.0;           // zero rate to ExpDays, continuous, per year
-  double sigma1 = 0.0;      // volatility from the compound option's expiry until averaging starts, per year
-  double sigma2 = 0.0;      // volatility while averaging lasts
+  double sigma1 = 0.0;      // volatility from the compound option's expiry until the first fixing, per year
+  double sigma2 = 0.0;      // volatility from the compound option's expiry on, once a fixing is made
   double A = 0.0;           // average of the fixings made
   int N = 0;                // fixings in all
   int m = 0;                // fixings made
@@ -21,10 +21,19 @@ struct CompoundAsian {
   double CmpExpDays = 0.0;  // days to the compound option's expiry
   double rc = 0.0;          // zero rate to CmpExpDays, continuous, per year
   int CmpOptType = 0;       // odd: call on the average-price option, even: put; below 3: that is a call
-  int steps = 0;            // tree steps; below 1 taken as 1, above compound_asian_most_steps as that
 };
 
-constexpr int compound_asian_most_steps = 2000;
+enum class CompoundAsianResult : int {
+  premium = 0,
+  delta = 1,
+  gamma = 2,
+  vega = 3,  // to sigma_c
+  rho = 4,
+  theta = 5,
+  delta_by_volatility = 6,   // change of delta with sigma_c
+  vega_until_averaging = 7,  // to sigma1
+  vega_while_averaging = 8,  // to sigma2
+};
 
 /// Fixings still to be made, and days from the next to the last: ten years of either are priced, more would
 /// keep the caller waiting.
@@ -33,40 +42,31 @@ constexpr double compound_asian_most_fixings = 3653.0;
 /// Whether an option stays within compound_asian_most_fixings; not so where a day count is not a number.
 bool compound_asian_is_bounded(const CompoundAsian& option);
 
-/// Value of the average-price option at the compound option's expiry, when the price is then S and m of the N
-/// fixings have come in at the average A: by asian_geo_cond, whose daily fixings stand for the evenly spaced
-/// ones with sigma2 scaled so that the geometric average has the same variance. f interest rate from then to
-/// payment, first and last days from then to the next and the last fixing, rounded to whole days; K, sigma1
-/// and sigma2 as in CompoundAsian. No fixing left: the discounted payoff. Fixings made that leave a call
-/// nothing but to pay: its discounted forward value, and 0 for the put. Never less than the forward value or
-/// 0. A day count that is not a number or beyond 1e9 gives not a number, as does what asian_geo_cond refuses.
-double compound_asian_node(double S, double A, double m, double N, double K, double f, double sigma1,
-                           double sigma2, double first, double last, bool is_call);
-
-/// Premium of the compound option. The price moves on the driftless log-space binomial tree to the compound
-/// option's expiry, where compound_asian_node values the average-price option at each node and the payoff is
-/// corrected at its kink (see models/trees/log_tree.h). Fixings on the way there are integrated out at each
-/// node: their average, given the node's price, is taken as lognormal with the mean and variance of the
-/// Brownian bridge, in three points. CmpExpDays <= 0: the payoff at today's price, undiscounted.
+/// Premium of the compound option, by quadrature over the price at its expiry (see mean_payoff). There the
+/// fixings still to come make an option on their sum (see sum_option); those on the way are integrated out
+/// given the price at expiry, in three points (see sum_given_expiry). sigma_c rules until expiry, whether or
+/// not a fixing has come in; from there sigma1 until the first fixing of all and sigma2 from it on. A fixing
+/// that falls due on the way is worth the same whether it is counted as made or as due today, before or after
+/// expiry: the premium has no jump. The average-price option pays at ExpDays, discounted at r. CmpExpDays <=
+/// 0: the payoff at today's price, undiscounted.
 ///
-/// Error of the tree against 2000 steps, as a share of S0 sigma_c sqrt(CmpExpDays / 365.25), largest of 1188
-/// cases with volatilities of 10 to 100 % and 10 to 200 days: 1.9e-3 at 50 steps, 8.6e-4 at 100, 3.8e-4 at
-/// 200. At 2000 steps the bridge is within 0.06 % of the premium of simulated fixing paths (a month of daily
-/// fixings, some or all of them before expiry, at 30 to 80 %; a year of weekly ones at 60 %). What
-/// asian_geo_cond is off by comes on top.
+/// Error against simulated fixing paths (216 deals of 5 to 52 fixings, 0 to 180 days before expiry, strikes
+/// of 85 to 115 % of the price, one volatility for all), largest as a share of S0: volatility 20 % 5e-6, 40 %
+/// 1e-5, 80 % 3e-5, 160 % 1.2e-4. A fixing past its day counts as today's.
 ///
-/// An option that is not bounded, sigma_c = 0 and a lack of memory give not a number. Nothing else is
-/// checked.
-double compound_asian_tree(const CompoundAsian& option);
+/// An option that is not bounded, S0 or sigma_c not above 0, sigma_c sqrt(CmpExpDays / 365.25) above 25 and a
+/// lack of memory give not a number. Nothing else is checked.
+double compound_asian_price(const CompoundAsian& option);
 
-/// Premium or a sensitivity by repricing, with one-sided moves of 0.1 % unless said otherwise:
-///   0 premium   1 delta   2 gamma, over one spacing of the nodes   3 vega per 1.00 of sigma_c
-///   4 rho: r and rc up by 0.1 %, per 1.00 of rc; 0 when rc = 0
-///   5 theta per year from one day (half of CmpExpDays when that is less), with the fixings that fall due
-///     coming in at S0
-///   6 change of delta with sigma_c   7 and 8 vegas of sigma1 and sigma2
-/// Any other RetType gives 0, as do all but 0 when CmpExpDays <= 0. A sensitivity to a volatility of 0 is not
-/// a number, nor is any of an option that is not bounded.
+/// Premium or a sensitivity, `RetType` being one of CompoundAsianResult, by repricing with moves of 0.1 % up
+/// and down: delta and gamma per unit of S0, vegas per 1.00 of volatility, rho with both rates moved, per
+/// 1.00 of rc, and 0 when rc = 0. Theta is the change over the next day (half of CmpExpDays when that is
+/// less) per year, with the fixings that fall due coming in at S0; it bends where a fixing comes within the
+/// day. Against exact derivatives of an option on an option (volatility 30 %, 60 and 180 days) the moves are
+/// right within 1e-5 of each sensitivity; rounding stays below 1e-9 at a price of 100.
+///
+/// Any other RetType gives 0, as do all but the premium when CmpExpDays <= 0. A sensitivity to a volatility
+/// of 0 is not a number, nor is any of an option that is not bounded.
 double compound_asian_greek(const CompoundAsian& option, int RetType);
 
 }  // namespace kestran
