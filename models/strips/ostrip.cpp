@@ -14,6 +14,21 @@
 namespace kestran {
 namespace {
 
+// The results in the order of their numbers.
+enum class Result : int {
+  premium,
+  delta,
+  gamma,
+  vega,
+  rho,
+  theta,
+  delta_by_volatility,
+  vega_before,
+  vega_after,
+  by_basis,
+  by_pct,
+};
+
 double premium(const OptionStrip& strip, int age = 0) {
   double out[2];
   ostrip_price(strip, age, out);
@@ -66,43 +81,43 @@ double ostrip_greek(const OptionStrip& strip, int RetType) {
   OptionStrip moved = strip;
   const auto change = [&](double step) { return (premium(moved) - premium(strip)) / step; };
   const double h = 0.0001;
-  switch (RetType) {
-    case 0:
+  switch (Result{RetType}) {
+    case Result::premium:
       return premium(strip);
-    case 1:
+    case Result::delta:
       return delta(strip);
-    case 2: {
+    case Result::gamma: {
       moved.F = 1.001 * strip.F;
       OptionStrip down = strip;
       down.F = 0.999 * strip.F;
       const double step = 0.001 * strip.F;
       return (premium(moved) + premium(down) - 2.0 * premium(strip)) / (step * step);
     }
-    case 3:
+    case Result::vega:
       moved.sigma_before += h;
       moved.sigma_after += h;
       return change(h);
-    case 4: {
+    case Result::rho: {
       double out[2];
       ostrip_price(strip, 0, out);
       return -out[1];
     }
-    case 5:
+    case Result::theta:
       return (premium(strip, 1) - premium(strip)) * days_per_year;
-    case 6:
+    case Result::delta_by_volatility:
       moved.sigma_before += h;
       moved.sigma_after += h;
       return (delta(moved) - delta(strip)) / h;
-    case 7:
+    case Result::vega_before:
       moved.sigma_before += h;
       return change(h);
-    case 8:
+    case Result::vega_after:
       moved.sigma_after += h;
       return change(h);
-    case 9:
+    case Result::by_basis:
       moved.basis += 0.001 * strip.F;
       return change(0.001 * strip.F);
-    case 10:
+    case Result::by_pct:
       moved.pct += 0.001;
       return change(0.001);
     default:
