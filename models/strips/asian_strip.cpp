@@ -188,6 +188,11 @@ double asian_strip_price(const AsianStrip& strip) {
   while (m > 0.0 && !(m < count) && first < strip.L - 1) count += strip.n[++first];
   const double first_count = count - m;
 
+  if (strip.positive_prices)
+    for (int i = first; i < strip.L; ++i)
+      if (strip.F[i] < 0.0 && (i == first ? first_count : strip.n[i]) * fixing_volume(strip, i) != 0.0)
+        return not_a_number;
+
   double K = strip.K;
   double share = 1.0;
   if (m > 0.0) {

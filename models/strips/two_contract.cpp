@@ -170,6 +170,8 @@ double two_contract_price(const TwoContracts& option) {
   const auto discount = [&] { return option.ToExp < 0.0 ? 1.0 : exponential(-option.r * option.ToExp); };
   if (outstanding < 1 || T <= 0.0) return positive_part(sign * ((fixed + sum) / N - option.K)) * discount();
 
+  for (int i = 0; i < 2; ++i)
+    if (fixings[i].count > 0 && option.F[i] < 0.0) return not_a_number;
   const double average = sum / outstanding;
   const double K = (N * option.K - fixed) / outstanding;
   if (K < 0.0) return option.OptType == 0 ? 0.0 : share * (average - K) * discount();
