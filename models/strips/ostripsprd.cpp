@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "models/calendar.h"
 #include "models/exotics/spread_kernel.h"
@@ -149,7 +150,8 @@ void ostripsprd_price(const SpreadStrip& given, int age, double out[2]) {
   strip.rho_m = std::clamp(strip.rho_m, -1.0, 1.0);
   strip.rho_d = std::clamp(strip.rho_d, -1.0, 1.0);
   const bool forward_start = strip.FwdStFlag != 0 && strip.NowToSet > 0.0;
-  const double set_time = positive_part(strip.NowToSet - age) * one_day;
+  const double set_days = positive_part(strip.NowToSet - age);
+  const double set_time = set_days * one_day;
   const bool still_to_set = forward_start && set_time > 0.0;
   const double fixed_strike = strip.pct * (forward_start ? strip.F1 - strip.F2 : strip.K) + strip.basis;
 
@@ -158,12 +160,19 @@ void ostripsprd_price(const SpreadStrip& given, int age, double out[2]) {
   const auto value = [&](double t, double D) {
     const double until_set = std::min(set_time, t);
     const double after = t - until_set;
+    if (t > 0.0 && (strip.F1 < 0.0 || strip.F2 < 0.0)) return std::numeric_limits<double>::quiet_NaN();
     if (t <= 0.0) return intrinsic(strip.F1, strip.F2, fixed_strike, D, strip.OptType);
     if (still_to_set && after <= 0.0) return value_before_setting(strip, t, D);
     if (still_to_set) return forward_start_value(strip, pair, after, D);
     return fixed_strike_value(strip, fixed_strike, until_set, after, D);
   };
-  average_over_days(strip.B, strip.E, age, strip.r, ostripsprd_most_days, value, out);
+  const auto add = [&](double first, double last, DaySums& sums) {
+    if (still_to_set)
+      add_days_around_setting(first, last, set_days, strip.r, value, sums);
+    else
+      add_days(first, last, strip.r, value, sums);
+  };
+  average_over_days(strip.B, strip.E, age, ostripsprd_most_days, add, out);
 }
 
 double ostripsprd_greek(const SpreadStrip& strip, int RetType) {
