@@ -92,6 +92,7 @@ inline Answer ASTRIPMV(Range Price_rng, Range Vol_rng, Range Volume_rng, Range N
       asian_strip_terms(Price_rng.values, Vol_rng.values, Next_rng.values, End_rng.values, Settles_rng.values,
                         Settles_rng.count, SetDays, Strike, IntRt, Correl, SetPrice, ToExp, Opttype);
   strip.u = Volume_rng.values;
+  strip.positive_prices = true;
   return asian_strip_result(strip, RetType, RetMonth);
 }
 
@@ -105,9 +106,10 @@ inline Answer ASTRIP2m(double Price1, double Price2, double Vol1, double Vol2, d
   const double Next[] = {Next1, Next2};
   const double End[] = {End1, End2};
   const double Settles[] = {Settle1, Settle2};
-  return asian_strip_result(asian_strip_terms(Price, Vol, Next, End, Settles, 2, SetDays, Strike, IntRt,
-                                              Correl, SetPrice, ToExp, Opttype),
-                            RetType, RetMonth);
+  AsianStrip strip = asian_strip_terms(Price, Vol, Next, End, Settles, 2, SetDays, Strike, IntRt, Correl,
+                                       SetPrice, ToExp, Opttype);
+  strip.positive_prices = true;
+  return asian_strip_result(strip, RetType, RetMonth);
 }
 
 inline TwoContracts two_contracts(double Price1, double Price2, double Vol1, double Vol2, double Sig1,

@@ -10,6 +10,8 @@ QuadratureRule gauss_legendre(int n) {
       return {n, gauss_legendre_18};
     case 19:
       return {n, gauss_legendre_19};
+    case 24:
+      return {n, gauss_legendre_24};
     case 27:
       return {n, gauss_legendre_27};
     case 28:

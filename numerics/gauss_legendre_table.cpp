@@ -27,6 +27,21 @@ const QuadratureNode gauss_legendre_19[19] = {
     {0x1.fc1cbff545011p-1, 0x1.3edca7fdf97ebp-6},
 };
 
+const QuadratureNode gauss_legendre_24[24] = {
+    {-0x1.fd892de691982p-1, 0x1.9465bd3112202p-7}, {-0x1.f30f9f0cbf876p-1, 0x1.d375514486f1dp-6},
+    {-0x1.e06585a70aa4dp-1, 0x1.6ab884f57c979p-5}, {-0x1.c5d841864d0f5p-1, 0x1.e5c6255d25edap-5},
+    {-0x1.a3d74ce0d3700p-1, 0x1.2c6d5c2eff064p-4}, {-0x1.7af18edb9ddd6p-1, 0x1.6108ef504463ap-4},
+    {-0x1.4bd2ee5fa1086p-1, 0x1.8fd8936444b16p-4}, {-0x1.17417bac4d72bp-1, 0x1.b8177ba4a68dcp-4},
+    {-0x1.bc345d81e24b5p-2, 0x1.d91c78acb1b2dp-4}, {-0x1.429a8c588e910p-2, 0x1.f25cbce1d1ff6p-4},
+    {-0x1.8769542b94f8dp-3, 0x1.01b7117cf8bd8p-3}, {-0x1.0660853eda2e8p-4, 0x1.060475e763736p-3},
+    {0x1.0660853eda2e8p-4, 0x1.060475e763736p-3},  {0x1.8769542b94f8dp-3, 0x1.01b7117cf8bd8p-3},
+    {0x1.429a8c588e910p-2, 0x1.f25cbce1d1ff6p-4},  {0x1.bc345d81e24b5p-2, 0x1.d91c78acb1b2dp-4},
+    {0x1.17417bac4d72bp-1, 0x1.b8177ba4a68dcp-4},  {0x1.4bd2ee5fa1086p-1, 0x1.8fd8936444b16p-4},
+    {0x1.7af18edb9ddd6p-1, 0x1.6108ef504463ap-4},  {0x1.a3d74ce0d3700p-1, 0x1.2c6d5c2eff064p-4},
+    {0x1.c5d841864d0f5p-1, 0x1.e5c6255d25edap-5},  {0x1.e06585a70aa4dp-1, 0x1.6ab884f57c979p-5},
+    {0x1.f30f9f0cbf876p-1, 0x1.d375514486f1dp-6},  {0x1.fd892de691982p-1, 0x1.9465bd3112202p-7},
+};
+
 const QuadratureNode gauss_legendre_27[27] = {
     {-0x1.fe0b35561f891p-1, 0x1.4117efc976f1fp-7}, {-0x1.f5b887a3acb14p-1, 0x1.73b0f3b19adf5p-6},
     {-0x1.e6dc701b1fe7dp-1, 0x1.21274971108f9p-5}, {-0x1.d1a7aaaf33346p-1, 0x1.84b4a15fb1cdep-5},

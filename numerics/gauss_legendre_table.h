@@ -8,6 +8,7 @@ namespace kestran {
 
 extern const QuadratureNode gauss_legendre_18[18];
 extern const QuadratureNode gauss_legendre_19[19];
+extern const QuadratureNode gauss_legendre_24[24];
 extern const QuadratureNode gauss_legendre_27[27];
 extern const QuadratureNode gauss_legendre_28[28];
 extern const QuadratureNode gauss_legendre_55[55];

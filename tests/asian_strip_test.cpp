@@ -160,6 +160,30 @@ TEST(AsianStrip, OneFixingIsAEuropeanOption) {
     }
 }
 
+TEST(AsianStrip, NegativePricesWhereTheyAreRefused) {
+  Months months = ahead;
+  const double without_second[4] = {1000, 0, 500, 200}, all[4] = {1000, 1500, 500, 200};
+  AsianStrip strip = option_on(months, 21, .9, 19.5, 0, .42, 1);
+  months.F[1] = -21;
+  strip.u = all;
+  EXPECT_TRUE(std::isfinite(asian_strip_price(strip)));
+  strip.positive_prices = true;
+  EXPECT_TRUE(std::isnan(asian_strip_price(strip)));
+  strip.K = -30;  // a call sure to be exercised, were the prices positive
+  EXPECT_TRUE(std::isnan(asian_strip_price(strip)));
+  strip.K = 21;
+  strip.u = without_second;
+  EXPECT_TRUE(std::isfinite(asian_strip_price(strip)));
+  strip.u = all;
+  strip.m = 41;  // its fixings are made
+  EXPECT_TRUE(std::isfinite(asian_strip_price(strip)));
+  strip.m = 82;
+  EXPECT_TRUE(std::isfinite(asian_strip_price(strip)));
+  months.F[1] = 0;
+  strip.m = 0;
+  EXPECT_TRUE(std::isfinite(asian_strip_price(strip)));
+}
+
 TEST(AsianStrip, DegenerateInput) {
   const AsianStrip strip = option_on(ahead, 21, .9, 0, 0, .42, 1);
   const Months no_End{{0, 0, 0, 0}, {-1, NAN, -1, -1}};

@@ -39,45 +39,45 @@ TEST(OptionStrip, EveryResult) {
       {fixed_price,
        true,
        {0.3295951495087923, 0.4731594349572025, 0.3888347212120116, 0.5327221328629479, -0.04208778758575422,
-        -0.7632795818927711, 0.1652812663345602, 0.170305107447707, 0.3624313186389604, -0.3707076801964512,
-        -1.556824343935078},
+        -0.7632795818927711, 0.1652812663345602, 0.170305107447707, 0.3624313186389604, -0.371413049611013,
+        -1.559935023227127},
        0.329708,
        0.000375},
       {{4, 4.2, 20, 30, 60, 1, .05, .5, .9, 1, 0, 1},
        true,
        {0.3659653618673092, 0.09149134046682731, 0, 0.4046273113500609, -0.04675592231300185,
-        0.01829952059871025, 0.1011568278375152, 0, 0.4046273113500609, -0.4502866496, -1.801196041517694},
+        0.01829952059871025, 0.1011568278375152, 0, 0.4046273113500609, -0.4511845952, -1.804738121338564},
        0.36527,
        0.00057},
       {with_basis,
        false,
        {0.3139686269, 0.06603591056, 0.0002891103676, 0.3971477798, -0.0403190766, 0.01512139314,
-        0.09671637657, 0.0001266594424, 0.3970211344, 0.4991977971, 1.994227284},
+        0.09671637657, 0.0001266594424, 0.3970211344, 0.4982726466, 1.99057457},
        0.31332,
        0.00056},
       {{4, 4.1, 0, -10, 20, 1, .05, .5, .9, 1, .05, 1},
        true,
        {0.1091725572500771, 0.2669908173516704, 0.4846846045981079, 0.1622353590320681, -0.003864322904564275,
-        -3.195180218455136, 0.09866211523775539, 0, 0.1622353590320681, -0.2291998168501956,
-        -0.9396272915387578},
+        -3.195180218455136, 0.09866211523775539, 0, 0.1622353590320681, -0.2301003804726911,
+        -0.9434119093554227},
        0.10919,
        0.00022},
       {{4, 4.1, 90, 100, 130, 1, .05, .8, 1.2, 1, -.5, 1},
        false,
        {0.7486172294, 0.1079404136, 0.006116732579, 0.3534339456, -0.237517811, 0.006120875543, 0.1041632047,
-        0.01929351907, 0.33414132, -0.633025513, -2.416492549},
+        0.01929351907, 0.33414132, -0.6338084524, -2.419287517},
        0.748257,
        0.000541},
       {{4, 4.1, 1, -3, 20, 2, -.02, .5, .9, 1.1, .05, 0},
        false,
        {0.4610932577, 0.1062053184, 5.041767004e-05, 0.1573601264, -0.01342573276, -0.008947425056,
-        0.04124330599, 1.104394909e-06, 0.157359022, 0.7260913307, 2.904319773},
+        0.04124330599, 1.104394909e-06, 0.157359022, 0.7254459818, 2.901739782},
        0.461120,
        0.000060},
       {set_midway,
        false,
        {0.1756600631, 0.06741233167, 0.01736071647, 0.1961566508, -0.0145239683, -0.04270095965,
-        0.04710827499, 0.004534109831, 0.1916226034, -0.4555403964, -1.875609015},
+        0.04710827499, 0.004534109831, 0.1916226034, -0.4693792884, -1.93090944},
        0.175649,
        0.000139},
   };
@@ -124,6 +124,23 @@ TEST(OptionStrip, KnownRelations) {
     set.FwdStFlag = 1;
     EXPECT_EQ(ostrip_greek(set, RetType), fixed);
   }
+}
+
+// Expected: the derivatives, that is the probability of exercise and the mean of the setting price under
+// exercise, integrated over that price with the exact normal distribution.
+TEST(OptionStrip, BasisAndShareOfShortOptionsThatExpireBeforeTheSetting) {
+  const struct {
+    OptionStrip strip;
+    double by_basis, by_pct;
+  } rows[] = {{{4, 0, 20, 1, 5, 1, .05, .5, .9, .95, .2, 1}, -0.4910507534, -2.034154688},
+              {{4, 0, 20, 3, 10, 1, .05, .5, .9, .95, .2, 0}, 0.5126221462, 1.945953989},
+              {{4, 0, 8, 3, 12, 1, .05, .5, .9, .9, .42, 1}, -0.2995557729, -1.245321611}};
+  for (const auto& row : rows) {
+    EXPECT_NEAR(ostrip_greek(row.strip, 9) / row.by_basis, 1.0, 0.003);
+    EXPECT_NEAR(ostrip_greek(row.strip, 10) / row.by_pct, 1.0, 0.003);
+  }
+  // At a share of 0 the move down would be no price.
+  EXPECT_TRUE(std::isfinite(ostrip_greek({4, 0, 8, 9, 12, 1, .05, .5, .9, 0, 4, 1}, 10)));
 }
 
 TEST(OptionStrip, DegenerateInputs) {
@@ -221,6 +238,105 @@ TEST(SpreadStrip, KnownRelations) {
     strip.OptType = 1;
     EXPECT_NEAR(ostripsprd_greek(strip, 0) - put, discounts * ((1 - pct) * (4 - 5) + .1), 1e-6) << pct;
   }
+}
+
+double mean_of_days(SpreadStrip strip, int RetType) {
+  const int B = strip.B, E = strip.E;
+  double sum = 0;
+  for (strip.B = B < 0 ? 0 : B; strip.B <= E; ++strip.B) {
+    strip.E = strip.B;
+    sum += ostripsprd_greek(strip, RetType);
+  }
+  return sum / (E - B + 1);
+}
+
+double mean_of_days(OptionStrip strip, int RetType) {
+  const int B = strip.B, E = strip.E;
+  double sum = 0;
+  for (strip.B = B < 0 ? 0 : B; strip.B <= E; ++strip.B) {
+    strip.E = strip.B;
+    sum += ostrip_greek(strip, RetType);
+  }
+  return sum / (E - B + 1);
+}
+
+// A strip of one day is priced as it is.
+TEST(LongStrips, InterpolationMeetsTheMeanOfOneDayStrips) {
+  const SpreadStrip spreads[] = {
+      {5, 4, .4, .8, .35, .7, .9, .8, 0, 20, 30, 394, .05, 1, .05, 1, 1},      // 18 nodes
+      {5, 6, .2, .3, 1.1, 1.9, -.6, .3, 0, 29, 30, 394, -.02, .9, .3, 1, 0},   // 24
+      {5, 4.8, .3, .5, .25, .4, .95, .9, 0, 12.5, -10, 430, .05, 1, 0, 1, 1},  // 55, set within
+      {5, 4, .01, .01, .012, .009, .5, .6, 0, 40, 1, 120, .05, 1.02, -.03, 1, 1},
+      {5, 3, 1.6, 2, 1.5, 2, .99, 1, 0, 9, 10, 375, .05, 1.1, 0, 1, 0},
+      {5, 6, .4, .5, .4, .6, -.999, -.9999, 0, 9, 10, 130, .05, 1, -.2, 1, 0},
+  };
+  for (const SpreadStrip& strip : spreads) {
+    const auto row = &strip - spreads;
+    EXPECT_NEAR(ostripsprd_greek(strip, 0), mean_of_days(strip, 0), 1e-9 * 5) << row;
+    EXPECT_NEAR(ostripsprd_greek(strip, 8), mean_of_days(strip, 8), 2e-9 * 5) << row;
+  }
+  const OptionStrip options[] = {{4, 0, 20, 30, 394, 1, .05, .5, .9, .95, .1, 0},
+                                 {4, 0, 29, 30, 394, 1, .05, .3, .4, 1, .02, 1},
+                                 {4, 0, 200.5, -5, 900, 1, -.02, .5, .6, .9, .35, 1},
+                                 {4, 0, 9, 10, 375, 1, .05, .01, .015, 1.01, -.04, 0}};
+  for (const OptionStrip& strip : options) {
+    const auto row = &strip - options;
+    EXPECT_NEAR(ostrip_greek(strip, 0), mean_of_days(strip, 0), 1e-9 * 4) << row;
+    for (int RetType : {1, 3, 4, 5, 7, 8, 9})
+      EXPECT_NEAR(ostrip_greek(strip, RetType), mean_of_days(strip, RetType), 2e-6) << row << ' ' << RetType;
+  }
+  SpreadStrip season = spreads[0];
+  season.E = 89;
+  for (int RetType = 1; RetType <= 17; ++RetType) {
+    const bool second_difference = RetType == 3 || RetType == 4 || (RetType >= 10 && RetType <= 12);
+    EXPECT_NEAR(ostripsprd_greek(season, RetType), mean_of_days(season, RetType),
+                second_difference ? 2e-5 : 1e-7)  // that is, the noise of spread_kernel
+        << RetType;
+  }
+
+  for (double SpreadStrip::*input : {&SpreadStrip::F2, &SpreadStrip::sigma1_d, &SpreadStrip::rho_d,
+                                     &SpreadStrip::rho_m, &SpreadStrip::r, &SpreadStrip::pct}) {
+    SpreadStrip strip = spreads[0];
+    strip.*input = NAN;
+    EXPECT_TRUE(std::isnan(ostripsprd_greek(strip, 0)));
+  }
+}
+
+// Where the lognormal distribution has no answer; prices of 0, strikes below 0 and payoffs of today do.
+TEST(DailyStrips, PricesThatAreNotPositive) {
+  const double disc = std::exp(-.05 * 60 / 365.25), no_number = NAN;
+  const struct {
+    OptionStrip strip;
+    double value;
+  } options[] = {{{-4, -4.2, 20, 60, 60, 0, .05, .5, .9, 1, 0, 1}, no_number},
+                 {{-4, 4.2, 20, 60, 60, 0, .05, .5, .9, 1, 0, 0}, no_number},
+                 {{-4, 0, 20, 60, 60, 1, .05, .5, .9, 1, 0, 1}, no_number},
+                 {{-4, 0, 90, 60, 60, 1, .05, .5, .9, .9, .1, 1}, no_number},
+                 {{-4, -4.2, 20, 60, 60, 0, .05, 0, 0, 1, 0, 1}, .2 * disc},
+                 {{-4, -4.2, 20, 0, 0, 0, .05, .5, .9, 1, 0, 1}, .2},
+                 {{0, 4.2, 20, 60, 60, 0, .05, .5, .9, 1, 0, 0}, 4.2 * disc},
+                 {{0, 0, 20, 60, 60, 1, .05, .5, .9, 1, .1, 0}, .1 * disc},
+                 {{4, -4.2, 20, 60, 60, 0, .05, .5, .9, 1, 0, 1}, 8.2 * disc},
+                 {{4, -4.2, 20, 60, 60, 0, .05, .5, .9, 1, 0, 0}, 0}};
+  for (const auto& row : options) {
+    const double value = ostrip_greek(row.strip, 0);
+    if (std::isnan(row.value)) {
+      EXPECT_TRUE(std::isnan(value)) << &row - options;
+    } else {
+      EXPECT_NEAR(value, row.value, 1e-9) << &row - options;
+    }
+  }
+  const auto spread = [](double F1, double F2, double K, int day, int flag) {
+    return ostripsprd_greek({F1, F2, .4, .8, .35, .7, .9, .8, K, 20, day, day, .05, 1, .1, flag, 0}, 0);
+  };
+  for (int flag : {0, 1})
+    for (int day : {10, 60}) {
+      EXPECT_TRUE(std::isnan(spread(5, -4, 9, day, flag))) << flag << day;
+      EXPECT_TRUE(std::isnan(spread(-5, 4, -9, day, flag))) << flag << day;
+      EXPECT_TRUE(std::isnan(spread(-5, -4, -1, day, flag))) << flag << day;
+    }
+  EXPECT_NEAR(spread(5, -4, 9, 0, 0), .1, 1e-15);
+  EXPECT_NEAR(spread(0, 4, .9, 60, 0), 5 * disc, 1e-9);
 }
 
 TEST(SpreadStrip, DegenerateInputs) {

@@ -129,6 +129,35 @@ TEST(TwoContracts, DegenerateInput) {
   EXPECT_TRUE(std::isfinite(two_contract_sens(long_made, 5, 1)));
 }
 
+// A contract without fixings to come counts for nothing, and a settled average has no distribution.
+TEST(TwoContracts, PricesThatAreNotPositive) {
+  const struct {
+    const char* name;
+    double F1, F2, K;
+    int n2, m;
+    bool a_number;
+  } rows[] = {{"both below 0", -25, -25.5, -25, 8, 0, false},
+              {"one below 0", 25, -2, 15, 8, 0, false},
+              {"call sure by its strike", 25, -2, -30, 8, 0, false},
+              {"first over, second below 0", 25, -2, 20, 8, 14, false},
+              {"both 0", 0, 0, 20, 8, 0, false},
+              {"one 0", 0, 25.5, 9, 8, 0, true},
+              {"below 0 without fixings", 25, -2, 25, 0, 0, true},
+              {"below 0 with its fixings made", -25, 25.5, 25, 8, 14, true},
+              {"settled", -25, -25.5, 20, 8, 22, true}};
+  for (const auto& row : rows)
+    for (bool one : {false, true})
+      for (int OptType : {0, 1}) {
+        TwoContracts o = option(20, 40, 39, 50, row.m, 75, OptType);
+        if (one) o = one_period(option(20, 0, 0, 50, row.m, 75, OptType));
+        o.F[0] = row.F1, o.F[1] = row.F2, o.K = row.K, o.n[1] = row.n2;
+        EXPECT_EQ(std::isfinite(two_contract_price(o)), row.a_number) << row.name << one << OptType;
+      }
+  TwoContracts half = option(20, 20, 39, 39, 0, 0, 1);
+  half.F[0] = 0, half.n[0] = half.n[1] = 1, half.K = 10, half.ToExp = 20 * day;
+  EXPECT_NEAR(two_contract_price(half), .5 * bs_general(25.5, 20, 20 * day, .05, .05, .33, 1, 0), 1e-12);
+}
+
 TEST(TwoContracts, OnTheWorksheet) {
   const double Price[] = {25, 25.5}, Vol[] = {.35, .33}, Next[] = {.02, .06}, End[] = {.05, .1},
                n[] = {14.9, 8};
@@ -140,6 +169,9 @@ TEST(TwoContracts, OnTheWorksheet) {
         asian_strip(worksheet::asian_strip_terms(Price, Vol, Next, End, n, 2, 3, 25, .05, .98, 24, .1, 20),
                     RetType, 2))
         << RetType;
+  EXPECT_TRUE(std::isnan(
+      worksheet::ASTRIP2m(25, -5.5, .35, .33, .02, .06, .05, .1, 14, 8, 3, 9, .05, .98, 24, .1, 1, 0, 2)
+          .number));
   const auto refused = [](int Settle1, int SetDays, int RetType, int RetMonth) {
     return worksheet::xCrudeAPO(25, 25.5, .35, .33, .45, .4, .1, .2, Settle1, 8, SetDays, 25, .05, .98, 0, .2,
                                 1, RetType, RetMonth)

@@ -56,6 +56,22 @@ TEST(YrStrip, EveryResult) {
   }
 }
 
+// Months of 32 days are never summed by blocks.
+TEST(YrStrip, LongMonthIsTheMeanOfItsParts) {
+  for (double ToSet : {0.0, 900.0, 5000.0}) {
+    const double first = -3, last = 32 * 250 - 4;
+    double whole[7], sum[7] = {};
+    yrstrip_value({Price, Strike, IntRt, Vol, &ToSet, &first, &last, Qty, 1, 0, 1}, whole);
+    for (int part = 0; part < 250; ++part) {
+      const double from = first + 32 * part, to = from + 31;
+      double result[7];
+      yrstrip_value({Price, Strike, IntRt, Vol, &ToSet, &from, &to, Qty, 1, 0, 1}, result);
+      for (int k = 0; k < 7; ++k) sum[k] += result[k] / 250;
+    }
+    for (int k = 0; k < 7; ++k) EXPECT_NEAR(whole[k], sum[k], 1e-10) << ToSet << ' ' << k;
+  }
+}
+
 TEST(YrStrip, DegenerateInput) {
   double result[7];
   const auto one_month = [&](double ToSet, double first, double last) {
@@ -76,6 +92,19 @@ TEST(YrStrip, DegenerateInput) {
   for (double bad : {1e300, HUGE_VAL, double{NAN}}) EXPECT_TRUE(std::isnan(one_month(0, 0, bad))) << bad;
   EXPECT_TRUE(std::isnan(one_month(0, NAN, 30)));
   EXPECT_TRUE(std::isnan(one_month(NAN, 0, 30)));
+  for (double below : {-2.0, 4.0})
+    for (double ToSet : {0.0, 20.0, 50.0}) {
+      const double price[1] = {-1}, strike[1] = {below}, first[1] = {10}, last[1] = {40};
+      yrstrip_value({price, strike, IntRt, Vol, &ToSet, first, last, Qty, 1, 0, 1}, result);
+      EXPECT_TRUE(std::isnan(result[0]) && std::isnan(result[4])) << below << ' ' << ToSet;
+    }
+  const double none[3] = {}, today[3] = {}, below[3] = {-1, -1, -1};
+  yrstrip_value({none, Strike, IntRt, Vol, Fixed, Beg, Beg, Qty, 1, 0, 0}, result);
+  EXPECT_NEAR(result[0], 4.1 * std::exp(-.05 * 5 / 365.25), 1e-14);
+  yrstrip_value({Price, none, IntRt, Vol, Fixed, Beg, Beg, Qty, 1, 0, 1}, result);
+  EXPECT_NEAR(result[0], 4 * std::exp(-.05 * 5 / 365.25), 1e-14);
+  yrstrip_value({below, none, IntRt, Vol, Fixed, today, today, Qty, 1, 0, 0}, result);
+  EXPECT_EQ(result[0], 1);
   yrstrip_value({}, result);
   EXPECT_TRUE(std::isnan(result[6]));
 }

@@ -12,6 +12,20 @@
 namespace kestran {
 namespace {
 
+// The results in the order of their numbers.
+enum class Result : int {
+  premium,
+  delta,
+  gamma,  // change of delta as all prices rise
+  vega,
+  rho,
+  theta_with_fixing,
+  theta_of_time,
+  by_volume,
+  by_correlation,
+  vega_by_price,  // change of vega as all prices rise
+};
+
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
 double discounted_payoff(const AsianStrip& strip, double K, double average) {
@@ -115,15 +129,16 @@ double price_one_day_on(const AsianStrip& strip, bool with_fixing, double* Next,
   return asian_strip_price(moved);
 }
 
-bool is_per_month(int RetType) {
-  return RetType == 1 || RetType == 2 || RetType == 3 || RetType == 7 || RetType == 9;
+bool is_per_month(Result result) {
+  return result == Result::delta || result == Result::gamma || result == Result::vega ||
+         result == Result::by_volume || result == Result::vega_by_price;
 }
 
-// Results 1, 2, 3, 7 and 9. F and `other` have room for the strip.
-void month_sensitivities(const AsianStrip& strip, int RetType, int first_month, int last_month, double* F,
+// The results of is_per_month. F and `other` have room for the strip.
+void month_sensitivities(const AsianStrip& strip, Result result, int first_month, int last_month, double* F,
                          double* other, double* out) {
-  const bool to_price = RetType == 1 || RetType == 2;
-  const bool to_volume = RetType == 7;
+  const bool to_price = result == Result::delta || result == Result::gamma;
+  const bool to_volume = result == Result::by_volume;
   AsianStrip moved = strip;
   moved.F = F;
   (to_volume ? moved.u : moved.sigma) = other;
@@ -145,12 +160,12 @@ void month_sensitivities(const AsianStrip& strip, int RetType, int first_month, 
 
   double base_price = asian_strip_price(moved);
   for (int i = first_month; i <= last_month; ++i) out[i - first_month] = sensitivity(i - 1, base_price);
-  if (RetType != 2 && RetType != 9) return;
+  if (result != Result::gamma && result != Result::vega_by_price) return;
   for (int i = 0; i < strip.L; ++i) F[i] += h;
   base_price = asian_strip_price(moved);
   for (int i = first_month; i <= last_month; ++i) {
-    double& result = out[i - first_month];
-    result = (sensitivity(i - 1, base_price) - result) / h;
+    double& sensitivity_before = out[i - first_month];
+    sensitivity_before = (sensitivity(i - 1, base_price) - sensitivity_before) / h;
   }
 }
 
@@ -172,6 +187,11 @@ double asian_strip_price(const AsianStrip& strip) {
   double count = strip.n[0];
   while (m > 0.0 && !(m < count) && first < strip.L - 1) count += strip.n[++first];
   const double first_count = count - m;
+
+  if (strip.positive_prices)
+    for (int i = first; i < strip.L; ++i)
+      if (strip.F[i] < 0.0 && (i == first ? first_count : strip.n[i]) * fixing_volume(strip, i) != 0.0)
+        return not_a_number;
 
   double K = strip.K;
   double share = 1.0;
@@ -195,36 +215,40 @@ double asian_strip_price(const AsianStrip& strip) {
 void asian_strip_sens(const AsianStrip& strip, int RetType, int first_month, int last_month, double* out) {
   out[0] = not_a_number;
   const int L = strip.L;
-  if (L < 1 || (is_per_month(RetType) && (first_month < 1 || last_month < first_month || last_month > L)))
+  const Result result{RetType};
+  if (L < 1 || (is_per_month(result) && (first_month < 1 || last_month < first_month || last_month > L)))
     return;
 
   AsianStrip moved = strip;
-  switch (RetType) {
-    case 0:
+  switch (result) {
+    case Result::premium:
       out[0] = asian_strip_price(strip);
       return;
-    case 4:
+    case Result::rho:
       moved.r += 0.0001;
       out[0] = (asian_strip_price(moved) - asian_strip_price(strip)) / 0.0001;
       return;
-    case 8:
+    case Result::by_correlation:
       moved.rho += 0.0001;
       out[0] = (asian_strip_price(moved) - asian_strip_price(strip)) / 0.0001;
       return;
-    case 7:
+    case Result::by_volume:
       if (strip.u) break;
       std::fill_n(out, last_month - first_month + 1, 0.0);
       return;
+    default:
+      break;
   }
-  if (!is_per_month(RetType) && RetType != 5 && RetType != 6) return;
+  if (!is_per_month(result) && result != Result::theta_with_fixing && result != Result::theta_of_time) return;
 
   double* first_copy = dvector(0, L - 1);
   double* second_copy = dvector(0, L - 1);
   if (first_copy && second_copy) {
-    if (is_per_month(RetType))
-      month_sensitivities(strip, RetType, first_month, last_month, first_copy, second_copy, out);
+    if (is_per_month(result))
+      month_sensitivities(strip, result, first_month, last_month, first_copy, second_copy, out);
     else
-      out[0] = (price_one_day_on(strip, RetType == 5, first_copy, second_copy) - asian_strip_price(strip)) /
+      out[0] = (price_one_day_on(strip, result == Result::theta_with_fixing, first_copy, second_copy) -
+                asian_strip_price(strip)) /
                one_day;
   }
   free_dvector(second_copy, 0, L - 1);

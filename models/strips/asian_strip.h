@@ -21,6 +21,7 @@ struct AsianStrip {
   int OptType = 0;                // 0 put, any other value call
   int L = 0;                      // number of months
   const double* u = nullptr;      // daily volume of each month, in any unit; null: all the same
+  bool positive_prices = false;   // whether a negative price that counts makes the option not a number
 };
 
 /// Premium of the option. The average of the outstanding fixings is taken as one lognormal variable, its
@@ -37,7 +38,9 @@ struct AsianStrip {
 /// discounted and the latter is 0. Fixings without volume leave nothing to fix.
 ///
 /// Nothing is checked: a month without fixings or a last fixing at End = 0 give not a number where they
-/// enter, and so do L < 1, m < 0, no volume at all and a lack of memory.
+/// enter, and so do L < 1, m < 0, no volume at all and a lack of memory. Prices that are not positive give
+/// what the arithmetic gives, or with positive_prices not a number while a month priced below 0 has fixings
+/// to come that count; a price of 0 stays 0, and a month without volume is not looked at.
 double asian_strip_price(const AsianStrip& strip);
 
 /// Premium or sensitivities by repricing with small moves (h is 0.0001 of the mean of the L prices):

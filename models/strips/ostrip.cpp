@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "models/calendar.h"
 #include "models/exotics/spread_kernel.h"
@@ -13,6 +14,21 @@
 
 namespace kestran {
 namespace {
+
+// The results in the order of their numbers.
+enum class Result : int {
+  premium,
+  delta,
+  gamma,
+  vega,
+  rho,
+  theta,
+  delta_by_volatility,
+  vega_before,
+  vega_after,
+  by_basis,
+  by_pct,
+};
 
 double premium(const OptionStrip& strip, int age = 0) {
   double out[2];
@@ -24,6 +40,15 @@ double delta(const OptionStrip& strip) {
   OptionStrip moved = strip;
   moved.F *= 1.001;
   return (premium(moved) - premium(strip)) / (0.001 * strip.F);
+}
+
+// Change of the premium per unit as a term of the strip moves from one value to another.
+double two_sided(const OptionStrip& strip, double OptionStrip::*term, double from, double to) {
+  OptionStrip down = strip;
+  OptionStrip up = strip;
+  down.*term = from;
+  up.*term = to;
+  return (premium(up) - premium(down)) / (to - from);
 }
 
 }  // namespace
@@ -40,7 +65,8 @@ double black_variance(double F, double K, double v, double D, int OptType) {
 
 void ostrip_price(const OptionStrip& strip, int age, double out[2]) {
   const bool forward_start = strip.FwdStFlag != 0 && strip.NowToSet > 0.0;
-  const double set_time = positive_part(strip.NowToSet - age) * one_day;
+  const double set_days = positive_part(strip.NowToSet - age);
+  const double set_time = set_days * one_day;
   const bool still_to_set = forward_start && set_time > 0.0;
   const double fixed_strike = strip.pct * (forward_start ? strip.F : strip.K) + strip.basis;
 
@@ -49,6 +75,7 @@ void ostrip_price(const OptionStrip& strip, int age, double out[2]) {
     const double variance_before = strip.sigma_before * strip.sigma_before * until_set;
     const double variance_after = strip.sigma_after * strip.sigma_after * (t - until_set);
     const double variance = variance_before + variance_after;
+    if (strip.F < 0.0 && variance > 0.0) return std::numeric_limits<double>::quiet_NaN();
     if (!still_to_set || variance == 0.0)
       return black_variance(strip.F, fixed_strike, variance, D, strip.OptType);
     if (strip.basis == 0.0)
@@ -59,52 +86,60 @@ void ostrip_price(const OptionStrip& strip, int age, double out[2]) {
     return spread_kernel(strip.F, strip.pct * strip.F, strip.basis, v, v_set, v_set / v, D, strip.OptType,
                          kernel);
   };
-  average_over_days(strip.B, strip.E, age, strip.r, ostrip_most_days, value, out);
+  const auto add = [&](double first, double last, DaySums& sums) {
+    if (still_to_set && strip.basis != 0.0)
+      add_days_around_setting(first, last, set_days, strip.r, value, sums);
+    else
+      add_days(first, last, strip.r, value, sums);
+  };
+  average_over_days(strip.B, strip.E, age, ostrip_most_days, add, out);
 }
 
 double ostrip_greek(const OptionStrip& strip, int RetType) {
   OptionStrip moved = strip;
   const auto change = [&](double step) { return (premium(moved) - premium(strip)) / step; };
   const double h = 0.0001;
-  switch (RetType) {
-    case 0:
+  switch (Result{RetType}) {
+    case Result::premium:
       return premium(strip);
-    case 1:
+    case Result::delta:
       return delta(strip);
-    case 2: {
+    case Result::gamma: {
       moved.F = 1.001 * strip.F;
       OptionStrip down = strip;
       down.F = 0.999 * strip.F;
       const double step = 0.001 * strip.F;
       return (premium(moved) + premium(down) - 2.0 * premium(strip)) / (step * step);
     }
-    case 3:
+    case Result::vega:
       moved.sigma_before += h;
       moved.sigma_after += h;
       return change(h);
-    case 4: {
+    case Result::rho: {
       double out[2];
       ostrip_price(strip, 0, out);
       return -out[1];
     }
-    case 5:
+    case Result::theta:
       return (premium(strip, 1) - premium(strip)) * days_per_year;
-    case 6:
+    case Result::delta_by_volatility:
       moved.sigma_before += h;
       moved.sigma_after += h;
       return (delta(moved) - delta(strip)) / h;
-    case 7:
+    case Result::vega_before:
       moved.sigma_before += h;
       return change(h);
-    case 8:
+    case Result::vega_after:
       moved.sigma_after += h;
       return change(h);
-    case 9:
-      moved.basis += 0.001 * strip.F;
-      return change(0.001 * strip.F);
-    case 10:
-      moved.pct += 0.001;
-      return change(0.001);
+    case Result::by_basis:
+      return two_sided(strip, &OptionStrip::basis, strip.basis - 0.001 * strip.F,
+                       strip.basis + 0.001 * strip.F);
+    case Result::by_pct: {
+      // No step crosses 0, where the strike loses its share in the price.
+      const double least = strip.pct >= 0.0 ? 0.0 : -HUGE_VAL;
+      return two_sided(strip, &OptionStrip::pct, std::max(strip.pct - 0.001, least), strip.pct + 0.001);
+    }
     default:
       return 99.0;
   }

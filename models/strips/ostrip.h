@@ -39,11 +39,15 @@ double black_variance(double F, double K, double v, double D, int OptType);
 /// worth the intrinsic value against the strike of its own day.
 ///
 /// Exact for a lognormal price but for cnorm, within 2e-7 of F, with a basis also but for spread_kernel:
-/// within 4e-7 of F up to a deviation of 0.8 until the setting day, 3e-6 up to 1.5.
+/// within 4e-7 of F up to a deviation of 0.8 until the setting day, 3e-6 up to 1.5. With a basis and more
+/// than 18 days to come, those before the setting and those after it are interpolated (add_smooth_days):
+/// within 1e-9 of F of the day-by-day mean, up to 6e-9 where spread_kernel itself jumps from one day to the
+/// next.
 ///
 /// Past days have no value and count in the average. A strip without days (E < B) or without days to come (E
 /// < 0) is worth 0; with more than ostrip_most_days to come the results are not a number. Nothing else is
-/// checked: prices that are not positive give what the arithmetic gives.
+/// checked but the price: F below 0 with variance to come is not a number. F of 0 stays 0, and a strike that
+/// is not positive leaves a call the forward less the strike.
 void ostrip_price(const OptionStrip& strip, int age, double out[2]);
 
 /// Premium or a sensitivity of the strip, by repricing:
@@ -54,8 +58,9 @@ void ostrip_price(const OptionStrip& strip, int age, double out[2]);
 ///   5 theta, change over one day per year; an option expiring today keeps its value
 ///   6 change of delta as both volatilities rise by 0.0001, per 1.00
 ///   7 and 8 vega by the volatility before and after the setting day alone
-///   9 sensitivity to basis, up by 0.001 F, per 1.00
-///   10 sensitivity to pct, up by 0.001, per 1.00
+///   9 sensitivity to basis, from moves of 0.001 F up and down, per 1.00
+///   10 sensitivity to pct, from moves of 0.001 up and down (down to 0 at most, when it is not below),
+///   per 1.00
 /// Any other RetType gives 99.0.
 double ostrip_greek(const OptionStrip& strip, int RetType);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "models/calendar.h"
 #include "models/exotics/spread_kernel.h"
@@ -11,6 +12,28 @@
 
 namespace kestran {
 namespace {
+
+// The results in the order of their numbers.
+enum class Result : int {
+  premium,
+  delta_1,
+  delta_2,
+  gamma_1,
+  gamma_2,
+  vega_1,
+  vega_2,
+  by_correlation,
+  rho,
+  theta,
+  delta_1_by_time,
+  delta_2_by_time,
+  cross_gamma,
+  daily_vega_1,
+  daily_vega_2,
+  by_daily_correlation,
+  by_basis,
+  by_pct,
+};
 
 constexpr int nodes = 25;
 
@@ -127,7 +150,8 @@ void ostripsprd_price(const SpreadStrip& given, int age, double out[2]) {
   strip.rho_m = std::clamp(strip.rho_m, -1.0, 1.0);
   strip.rho_d = std::clamp(strip.rho_d, -1.0, 1.0);
   const bool forward_start = strip.FwdStFlag != 0 && strip.NowToSet > 0.0;
-  const double set_time = positive_part(strip.NowToSet - age) * one_day;
+  const double set_days = positive_part(strip.NowToSet - age);
+  const double set_time = set_days * one_day;
   const bool still_to_set = forward_start && set_time > 0.0;
   const double fixed_strike = strip.pct * (forward_start ? strip.F1 - strip.F2 : strip.K) + strip.basis;
 
@@ -136,12 +160,19 @@ void ostripsprd_price(const SpreadStrip& given, int age, double out[2]) {
   const auto value = [&](double t, double D) {
     const double until_set = std::min(set_time, t);
     const double after = t - until_set;
+    if (t > 0.0 && (strip.F1 < 0.0 || strip.F2 < 0.0)) return std::numeric_limits<double>::quiet_NaN();
     if (t <= 0.0) return intrinsic(strip.F1, strip.F2, fixed_strike, D, strip.OptType);
     if (still_to_set && after <= 0.0) return value_before_setting(strip, t, D);
     if (still_to_set) return forward_start_value(strip, pair, after, D);
     return fixed_strike_value(strip, fixed_strike, until_set, after, D);
   };
-  average_over_days(strip.B, strip.E, age, strip.r, ostripsprd_most_days, value, out);
+  const auto add = [&](double first, double last, DaySums& sums) {
+    if (still_to_set)
+      add_days_around_setting(first, last, set_days, strip.r, value, sums);
+    else
+      add_days(first, last, strip.r, value, sums);
+  };
+  average_over_days(strip.B, strip.E, age, ostripsprd_most_days, add, out);
 }
 
 double ostripsprd_greek(const SpreadStrip& strip, int RetType) {
@@ -149,58 +180,58 @@ double ostripsprd_greek(const SpreadStrip& strip, int RetType) {
   const auto change = [&](double step) { return (premium(moved) - premium(strip)) / step; };
   const double h = 0.0001;
   double step = 0.001;
-  switch (RetType) {
-    case 0:
+  switch (Result{RetType}) {
+    case Result::premium:
       return premium(strip);
-    case 1:
+    case Result::delta_1:
       return delta(strip, &SpreadStrip::F1, 0);
-    case 2:
+    case Result::delta_2:
       return delta(strip, &SpreadStrip::F2, 0);
-    case 3:
+    case Result::gamma_1:
       return gamma(strip, &SpreadStrip::F1);
-    case 4:
+    case Result::gamma_2:
       return gamma(strip, &SpreadStrip::F2);
-    case 5:
+    case Result::vega_1:
       moved.sigma1_m += h;
       moved.sigma1_d += h;
       return change(h);
-    case 6:
+    case Result::vega_2:
       moved.sigma2_m += h;
       moved.sigma2_d += h;
       return change(h);
-    case 7:
+    case Result::by_correlation:
       if (strip.rho_m > 0.0 || strip.rho_d > 0.0) step = -step;
       moved.rho_m += step;
       moved.rho_d += step;
       return change(step);
-    case 8: {
+    case Result::rho: {
       double out[2];
       ostripsprd_price(strip, 0, out);
       return -out[1];
     }
-    case 9:
+    case Result::theta:
       return (premium(strip, 1) - premium(strip)) * days_per_year;
-    case 10:
+    case Result::delta_1_by_time:
       return change_of_delta(strip, &SpreadStrip::F1);
-    case 11:
+    case Result::delta_2_by_time:
       return change_of_delta(strip, &SpreadStrip::F2);
-    case 12:
+    case Result::cross_gamma:
       return cross_gamma(strip);
-    case 13:
+    case Result::daily_vega_1:
       moved.sigma1_d += h;
       return change(h);
-    case 14:
+    case Result::daily_vega_2:
       moved.sigma2_d += h;
       return change(h);
-    case 15:
+    case Result::by_daily_correlation:
       if (strip.rho_d > 0.0) step = -step;
       moved.rho_d += step;
       return change(step);
-    case 16:
+    case Result::by_basis:
       step *= (strip.F1 + strip.F2) / 2.0;
       moved.basis += step;
       return change(step);
-    case 17:
+    case Result::by_pct:
       moved.pct += step;
       return change(step);
     default:

@@ -44,9 +44,14 @@ constexpr double ostripsprd_most_days = 3653.0;
 ///   sigma_m sqrt(t)   0.11    0.23    0.45     0.8
 ///   error             1e-10   5e-8    4e-6     5e-5
 ///
+/// While the strike is still to be set and more than 18 days are to come, those before the setting and those
+/// after it are interpolated (add_smooth_days): mostly within 1e-11 of F1 of the day-by-day mean, up to 2e-8
+/// where spread_kernel itself jumps from one day to the next (a correlation beyond 0.99, one volatility more
+/// than 2.6 times the other).
+///
 /// Past days have no value and count in the average. A strip without days (E < B) or without days to come (E
 /// < 0) is worth 0; with more than ostripsprd_most_days to come the results are not a number. Nothing else is
-/// checked: prices that are not positive give what spread_kernel gives for them.
+/// checked but the prices: one below 0 with time to come is not a number. A price of 0 stays 0.
 void ostripsprd_price(const SpreadStrip& strip, int age, double out[2]);
 
 /// Premium or a sensitivity of the strip, by repricing, the relative moves being 0.1 %:

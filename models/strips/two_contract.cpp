@@ -13,18 +13,34 @@
 namespace kestran {
 namespace {
 
+// The results in the order of their numbers.
+enum class Result : int {
+  premium,
+  delta,
+  gamma,  // change of delta as both prices rise
+  vega_before,
+  rho,
+  theta_with_fixing,
+  theta_of_time,
+  vega_within,
+  by_correlation,
+  vega_by_price,  // change of vega_before as both prices rise
+};
+
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
 // The outstanding fixings of a contract, at even steps from the first; those in the past count as today's.
-struct Fixings {
+struct OutstandingFixings {
   double first = 0.0;
   double step = 0.0;
   int count = 0;
 };
 
-double time_of(const Fixings& fixings, int i) { return positive_part(fixings.first + fixings.step * i); }
+double time_of(const OutstandingFixings& fixings, int i) {
+  return positive_part(fixings.first + fixings.step * i);
+}
 
-double last_time(const Fixings& fixings) {
+double last_time(const OutstandingFixings& fixings) {
   return fixings.count > 0 ? time_of(fixings, fixings.count - 1) : 0.0;
 }
 
@@ -39,9 +55,9 @@ double even_step(double first, double last, int count) {
   return count > 1 ? positive_part(last - first) / (count - 1) : 0.0;
 }
 
-Fixings outstanding_fixings(const TwoContracts& option, int contract) {
+OutstandingFixings outstanding_fixings(const TwoContracts& option, int contract) {
   const int made = fixings_made(option, contract);
-  Fixings fixings;
+  OutstandingFixings fixings;
   fixings.count = option.n[contract] - made;
   if (option.one_period) {
     const int N = option.n[0] + option.n[1];
@@ -62,7 +78,7 @@ struct Covariance {
   double window[2];  // start of each window
 };
 
-Covariance covariance_of(const TwoContracts& option, const Fixings* fixings) {
+Covariance covariance_of(const TwoContracts& option, const OutstandingFixings* fixings) {
   const double* before = option.sigma_before;
   const double* within = option.sigma_within;
   Covariance c;
@@ -91,7 +107,7 @@ double covariance_until(const Covariance& c, double t) {
 
 // Variance of the sum of the outstanding fixings. A pair of fixings shares the variance up to the earlier
 // one: from the latest fixing to the earliest, each meets all those after it.
-double variance_of_sum(const TwoContracts& option, const Fixings* fixings) {
+double variance_of_sum(const TwoContracts& option, const OutstandingFixings* fixings) {
   const Covariance c = covariance_of(option, fixings);
   int left[2] = {fixings[0].count, fixings[1].count};
   double after[2] = {0.0, 0.0};
@@ -120,7 +136,7 @@ double price_one_day_on(const TwoContracts& option, bool with_fixing) {
   }
   moved.ToExp -= one_day;
   const int contract = option.m < option.n[0] ? 0 : 1;
-  const Fixings fixings = outstanding_fixings(option, contract);
+  const OutstandingFixings fixings = outstanding_fixings(option, contract);
   // A fixing one day ahead is due tomorrow however its time was rounded.
   if (with_fixing && fixings.count > 0 && fixings.first - one_day <= 1e-12) {
     moved.A = (option.m * option.A + option.F[contract]) / (option.m + 1.0);
@@ -130,8 +146,9 @@ double price_one_day_on(const TwoContracts& option, bool with_fixing) {
   return two_contract_price(moved);
 }
 
-bool is_per_contract(int RetType) {
-  return RetType == 1 || RetType == 2 || RetType == 3 || RetType == 7 || RetType == 9;
+bool is_per_contract(Result result) {
+  return result == Result::delta || result == Result::gamma || result == Result::vega_before ||
+         result == Result::vega_within || result == Result::vega_by_price;
 }
 
 }  // namespace
@@ -142,7 +159,7 @@ double two_contract_price(const TwoContracts& option) {
   if (n1 < 0 || n2 < 0 || option.m < 0 || n1 > two_contract_most_fixings ||
       n2 > two_contract_most_fixings - n1)
     return not_a_number;
-  const Fixings fixings[2] = {outstanding_fixings(option, 0), outstanding_fixings(option, 1)};
+  const OutstandingFixings fixings[2] = {outstanding_fixings(option, 0), outstanding_fixings(option, 1)};
   const int outstanding = fixings[0].count + fixings[1].count;
   const double N = n1 + n2;
   const double share = outstanding / N;
@@ -153,6 +170,8 @@ double two_contract_price(const TwoContracts& option) {
   const auto discount = [&] { return option.ToExp < 0.0 ? 1.0 : exponential(-option.r * option.ToExp); };
   if (outstanding < 1 || T <= 0.0) return positive_part(sign * ((fixed + sum) / N - option.K)) * discount();
 
+  for (int i = 0; i < 2; ++i)
+    if (fixings[i].count > 0 && option.F[i] < 0.0) return not_a_number;
   const double average = sum / outstanding;
   const double K = (N * option.K - fixed) / outstanding;
   if (K < 0.0) return option.OptType == 0 ? 0.0 : share * (average - K) * discount();
@@ -165,7 +184,8 @@ double two_contract_price(const TwoContracts& option) {
 }
 
 double two_contract_sens(const TwoContracts& option, int RetType, int contract) {
-  if (is_per_contract(RetType) && contract != 1 && contract != 2) return not_a_number;
+  const Result result{RetType};
+  if (is_per_contract(result) && contract != 1 && contract != 2) return not_a_number;
   const int i = contract == 2 ? 1 : 0;
   const double h = 0.0001 * (option.F[0] + option.F[1]) / 2.0;
   const double step = 0.0001;
@@ -186,27 +206,28 @@ double two_contract_sens(const TwoContracts& option, int RetType, int contract) 
   TwoContracts raised = option;
   raised.F[0] += h;
   raised.F[1] += h;
-  switch (RetType) {
-    case 0:
+  switch (result) {
+    case Result::premium:
       return two_contract_price(option);
-    case 1:
+    case Result::delta:
       return delta(option);
-    case 2:
+    case Result::gamma:
       return (delta(raised) - delta(option)) / h;
-    case 3:
+    case Result::vega_before:
       return vega(option, &TwoContracts::sigma_before);
-    case 4:
+    case Result::rho:
       changed.r += step;
       return (two_contract_price(changed) - two_contract_price(option)) / step;
-    case 5:
-    case 6:
-      return (price_one_day_on(option, RetType == 5) - two_contract_price(option)) / one_day;
-    case 7:
+    case Result::theta_with_fixing:
+    case Result::theta_of_time:
+      return (price_one_day_on(option, result == Result::theta_with_fixing) - two_contract_price(option)) /
+             one_day;
+    case Result::vega_within:
       return vega(option, &TwoContracts::sigma_within);
-    case 8:
+    case Result::by_correlation:
       changed.rho += step;
       return (two_contract_price(changed) - two_contract_price(option)) / step;
-    case 9:
+    case Result::vega_by_price:
       return (vega(raised, &TwoContracts::sigma_before) - vega(option, &TwoContracts::sigma_before)) / h;
     default:
       return not_a_number;

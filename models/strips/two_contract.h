@@ -36,8 +36,9 @@ struct TwoContracts {
 /// that the call cannot end worthless, that of the expected average: discounted over ToExp unless that is
 /// negative. An End before Next counts as Next.
 ///
-/// Not a number: n or m below 0, more than two_contract_most_fixings in all, no fixings at all. Prices that
-/// are not positive give what the arithmetic gives.
+/// Not a number: n or m below 0, more than two_contract_most_fixings in all, no fixings at all, a price below
+/// 0 of a contract that has fixings to come (unless all are due today), and both prices 0. One price of 0
+/// stays 0; a price without fixings to come is not looked at.
 double two_contract_price(const TwoContracts& option);
 
 /// Premium or sensitivities by repricing with small moves (h is 0.0001 of the mean of the two prices):

@@ -39,7 +39,9 @@ void add_day(const YearStrip& strip, int i, double d, double weight, double out[
 
   double g[7] = {};
   double V;
-  if (left > 0.0)
+  if (F < 0.0 && d > 0.0)
+    V = std::numeric_limits<double>::quiet_NaN();
+  else if (left > 0.0)
     V = discount * (call ? bs_call_sens : bs_put_sens)(F, K, left, r, r, strip.Vol[i], g);
   else
     V = discount * positive_part(call ? F - K : K - F);
@@ -58,6 +60,28 @@ void add_day(const YearStrip& strip, int i, double d, double weight, double out[
   }
 }
 
+struct WeightedDay {
+  double from_centre;
+  double weight;
+};
+
+// Five days that stand for 128 consecutive ones: sums of polynomials of degree up to 9 are exact (the
+// Gaussian rule of a sum, from the recurrence of Gram's polynomials in 40 digits).
+constexpr int block_days = 128;
+constexpr WeightedDay block[5] = {{-57.984409713450612761, 15.176264996626428608},
+                                  {-34.452502040481194845, 30.624478098283997638},
+                                  {0.0, 36.398513810179147507},
+                                  {34.452502040481194845, 30.624478098283997638},
+                                  {57.984409713450612761, 15.176264996626428608}};
+
+// Whether a block of days from day d on is two years off and, where the strike is set before it, two years
+// from that day, too: values then change too slowly for the five days to differ from all of them.
+bool is_smooth_block(const YearStrip& strip, int i, double d) {
+  constexpr double far = 730.0;
+  const double set_day = positive_part(strip.ToSet[i]);
+  return d >= far && (d - set_day >= far || d + block_days <= set_day);
+}
+
 }  // namespace
 
 bool yrstrip_is_bounded(const YearStrip& strip) {
@@ -74,7 +98,19 @@ void yrstrip_value(const YearStrip& strip, double out[7]) {
   for (int i = 0; i < strip.L; ++i) {
     const MonthDays days = month_days(strip, i);
     quantity += strip.Qty[i];
-    for (double k = 0.0; k < days.ahead; ++k) add_day(strip, i, days.first + k, strip.Qty[i] / days.all, out);
+    const double weight = strip.Qty[i] / days.all;
+    for (double k = 0.0; k < days.ahead;) {
+      const double d = days.first + k;
+      if (k + block_days <= days.ahead && is_smooth_block(strip, i, d)) {
+        const double centre = d + (block_days - 1) / 2.0;
+        for (const WeightedDay& day : block)
+          add_day(strip, i, centre + day.from_centre, weight * day.weight, out);
+        k += block_days;
+      } else {
+        add_day(strip, i, d, weight, out);
+        k += 1.0;
+      }
+    }
   }
   const double referred = strip.AnnualQty <= 0.0 ? quantity : strip.AnnualQty;
   for (int k = 0; k < 7; ++k) out[k] /= referred;
