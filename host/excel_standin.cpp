@@ -153,7 +153,7 @@ bool find_cells(const XLOPER& reference, std::shared_ptr<const Block>& block, Ar
   const AreaList* list = &reference.value.sheet_reference;
   if (reference.type == xltypeRef) {
     list = reference.value.reference.areas;
-    while (sheet < excel.sheets.size() && sheet_id(sheet) != reference.value.reference.sheet) ++sheet;
+    sheet = reference.value.reference.sheet - first_sheet_id;
   }
   if (sheet >= excel.sheets.size() || list == nullptr || list->count != 1) return false;
   block = excel.sheets[sheet];
