@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <exception>
 #include <utility>
 
 #include "host/excel_standin.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr std::size_t most_arguments = max_operands - 1;
 constexpr std::size_t sheet_columns = 256;
+constexpr std::size_t usual_operands = 16;  // more need a second allocation
 
 // An operand: one value, or cells that lie on a sheet or came as an array.
 struct Value {
@@ -104,21 +106,27 @@ constexpr std::array<Caller, sizeof...(counts)> make_callers(std::index_sequence
 constexpr auto callers = make_callers(std::make_index_sequence<most_arguments + 1>());
 
 // An argument as Excel passes it; `memory` and `areas` hold what the record points at.
-XLOPER make_argument(const Value& value, std::unique_ptr<char[]>& memory, AreaList& areas) {
-  if (value.cells == nullptr) return make_record(value.scalar, memory);
-  if (value.sheet == 0) return make_array(*value.cells, memory);
-  areas.count = 1;
-  areas.area = {0, static_cast<std::uint16_t>(value.cells->rows - 1), 0,
-                static_cast<std::uint8_t>(value.cells->columns - 1)};
-  XLOPER record;
-  if (value.sheet == 1) {
-    record.type = xltypeSRef;
-    record.value.sheet_reference = areas;
+void make_argument(const Value& value, XLOPER& record, std::vector<std::unique_ptr<char[]>>& memory,
+                   AreaList& areas) {
+  if (value.cells == nullptr && value.scalar.kind == Kind::number) {
+    record.type = xltypeNum;
+    record.value.number = value.scalar.number;
+  } else if (value.cells == nullptr) {
+    record = make_record(value.scalar, memory.emplace_back());
+  } else if (value.sheet == 0) {
+    record = make_array(*value.cells, memory.emplace_back());
   } else {
-    record.type = xltypeRef;
-    record.value.reference = {&areas, sheet_id(value.sheet - 1)};
+    areas.count = 1;
+    areas.area = {0, static_cast<std::uint16_t>(value.cells->rows - 1), 0,
+                  static_cast<std::uint8_t>(value.cells->columns - 1)};
+    if (value.sheet == 1) {
+      record.type = xltypeSRef;
+      record.value.sheet_reference = areas;
+    } else {
+      record.type = xltypeRef;
+      record.value.reference = {&areas, sheet_id(value.sheet - 1)};
+    }
   }
-  return record;
 }
 
 Value read_result(const XLOPER* result) {
@@ -140,17 +148,17 @@ Value call_function(const std::string& name, const Value* given, std::size_t cou
   if (function == nullptr || count > function->arguments) return of_scalar(error_scalar(xlerrName));
   void* const entry = function->entry;
   const std::size_t declared = function->arguments;
-  std::array<std::unique_ptr<char[]>, most_arguments> memory;
+  std::vector<std::unique_ptr<char[]>> memory;
   std::array<AreaList, most_arguments> areas;
   std::array<XLOPER, most_arguments> records;
   std::array<XLOPER*, most_arguments> arguments{};
   for (std::size_t i = 0; i < declared; ++i) {
     arguments[i] = &records[i];
     records[i].type = xltypeMissing;
-    if (i < count) records[i] = make_argument(given[i], memory[i], areas[i]);
+    if (i < count) make_argument(given[i], records[i], memory, areas[i]);
   }
   Value value;
-  const bool gives_logical = registered_text(*function, 2) == "A";
+  const bool gives_logical = registered_text(*function, type_text) == "A";
   begin_call(registered_name(*function));
   if (gives_logical) {
     using Entry = int(EXCEL_STDCALL*)();
@@ -162,49 +170,45 @@ Value call_function(const std::string& name, const Value* given, std::size_t cou
   return value;
 }
 
-// Puts the ranges of a formula on sheets; gives the sheet of each, counted from 1, 0 where it fits on none.
-std::vector<std::size_t> lay_out(const std::vector<std::shared_ptr<const Block>>& blocks) {
+// Puts a range on a sheet; gives its number, counted from 1, or 0 where it fits on none.
+std::size_t lay_out(const std::shared_ptr<const Block>& block) {
   auto& sheets = standin().sheets;
-  std::vector<std::size_t> sheet_of;
-  sheets.clear();
-  for (const auto& block : blocks) {
-    const bool fits = block->columns <= sheet_columns;
-    if (fits) sheets.push_back(block);
-    sheet_of.push_back(fits ? sheets.size() : 0);
-  }
-  return sheet_of;
+  if (block->columns > sheet_columns) return 0;
+  sheets.push_back(block);
+  return sheets.size();
 }
 
-Value evaluate(Formula& formula) {
-  const std::vector<std::size_t> sheet_of = lay_out(formula.blocks);
-  std::vector<Value> stack;
-  for (Step& step : formula.steps) {
-    switch (step.operation) {
-      case Operation::scalar:
-        stack.push_back(of_scalar(std::move(step.scalar)));
-        break;
-      case Operation::block:
-        stack.push_back({Scalar(), formula.blocks[step.count], sheet_of[step.count]});
-        break;
-      case Operation::negate:
-      case Operation::percent:
-        stack.back() = of_scalar(change(step.operation, stack.back()));
-        break;
-      case Operation::call: {
-        const std::size_t first = stack.size() - step.count;
-        Value value = call_function(step.scalar.text, stack.data() + first, step.count);
-        stack.resize(first);
-        stack.push_back(std::move(value));
-        break;
-      }
-      default: {
-        const Scalar result = combine(step.operation, stack[stack.size() - 2], stack.back());
-        stack.pop_back();
-        stack.back() = of_scalar(result);
-      }
+// Does one step with the operands on the stack.
+void do_step(Step& step, std::vector<Value>& stack) {
+  switch (step.operation) {
+    case Operation::scalar:
+      stack.push_back(of_scalar(std::move(step.scalar)));
+      break;
+    case Operation::block: {
+      const std::size_t sheet = lay_out(step.block);
+      stack.push_back({Scalar(), std::move(step.block), sheet});
+      break;
+    }
+    case Operation::negate:
+    case Operation::percent:
+      stack.back() = of_scalar(change(step.operation, stack.back()));
+      break;
+    case Operation::drop:
+      stack.pop_back();
+      break;
+    case Operation::call: {
+      const std::size_t first = stack.size() - step.count;
+      Value value = call_function(step.scalar.text, stack.data() + first, step.count);
+      stack.resize(first);
+      stack.push_back(std::move(value));
+      break;
+    }
+    default: {
+      const Scalar result = combine(step.operation, stack[stack.size() - 2], stack.back());
+      stack.pop_back();
+      stack.back() = of_scalar(result);
     }
   }
-  return std::move(stack.back());
 }
 
 int declared_arguments(const std::string& name) {
@@ -218,14 +222,41 @@ XLOPER* call_entry(void* entry, XLOPER* const* arguments, std::size_t count) {
   return callers[count](entry, arguments);
 }
 
-Evaluation evaluate_line(const std::string& line) {
-  Formula formula = parse_formula(line, declared_arguments);
-  if (formula.error_column != 0) {
-    return {"#SYNTAX! column " + std::to_string(formula.error_column) + ": expected " + formula.expected,
+const char out_of_memory_text[] = "#MEMORY!";
+
+namespace {
+
+Evaluation evaluate(std::string_view line) {
+  std::vector<Value> stack;
+  stack.reserve(usual_operands);
+  const Unreadable unreadable =
+      read_formula(line, declared_arguments, [&stack](Step& step) { do_step(step, stack); });
+  if (unreadable.column != 0)
+    return {"#SYNTAX! column " + std::to_string(unreadable.column) + ": expected " + unreadable.expected,
             false};
+  const Value& value = stack.back();
+  const Scalar& shown = value.cells == nullptr ? value.scalar : value.cells->cells[0];
+  Evaluation evaluation{printed(shown), true, shown.kind};
+  if (shown.kind == Kind::number && !std::isfinite(shown.number)) evaluation.kind = Kind::error;
+  if (shown.kind == Kind::empty || shown.kind == Kind::missing) evaluation.kind = Kind::number;
+  return evaluation;
+}
+
+}  // namespace
+
+Evaluation evaluate_line(std::string_view line) noexcept {
+  Standin& excel = standin();
+  excel.sheets.clear();
+  excel.out_of_memory = false;
+  try {
+    Evaluation evaluation = evaluate(line);
+    if (!excel.out_of_memory) return evaluation;
+  } catch (const std::exception&) {
+    // No memory, or what was asked for is more than there are addresses.
+    abandon_call();
   }
-  const Value value = evaluate(formula);
-  return {printed(value.cells == nullptr ? value.scalar : value.cells->cells[0]), true};
+  excel.sheets.clear();
+  return {out_of_memory_text, false};
 }
 
 std::string printed_number(double number) {

@@ -2,21 +2,29 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "addin/excel_api.h"
 #include "host/formula.h"
 
 namespace kestran {
 
-/// The answer to one line: what a cell would show, or why the line cannot be read.
+/// The answer to one line: what a cell would show, or why the line was not worked out.
 struct Evaluation {
   std::string text;
   bool readable = false;
+  Kind kind =
+      Kind::error;  // number, text, boolean or error; infinities and NaN, which no cell holds, are errors
 };
+
+/// What is printed for a line that memory does not suffice for. Such a line counts as not readable.
+extern const char out_of_memory_text[];
 
 /// Reads and works out one formula. The first range in it lies on the active sheet, each further one on a
 /// sheet of its own; a range of more than 256 columns fits on no sheet and reaches functions as an array.
-Evaluation evaluate_line(const std::string& line);
+/// It is worked out while it is read: functions may have been called when a line turns out not to be
+/// readable. Whichever allocation fails, this throws nothing.
+Evaluation evaluate_line(std::string_view line) noexcept;
 
 /// Calls a worksheet function's entry point with as many records as it declares, at most 29.
 XLOPER* call_entry(void* entry, XLOPER* const* arguments, std::size_t count);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <new>
 #include <utility>
 
@@ -9,12 +10,6 @@
 
 namespace kestran {
 namespace {
-
-constexpr std::size_t procedure_text = 1;
-constexpr std::size_t type_text = 2;
-constexpr std::size_t name_text = 3;
-constexpr std::size_t argument_names = 4;
-constexpr std::size_t macro_type = 5;
 
 constexpr std::uintptr_t first_sheet_id = 0x4B0001;
 
@@ -76,6 +71,38 @@ int answer_with(Call& call, const XLOPER& answer) {
   return xlretSuccess;
 }
 
+std::size_t text_bytes(const Scalar& scalar) {
+  return scalar.kind == Kind::text ? std::min<std::size_t>(scalar.text.size(), 255) + 2 : 0;
+}
+
+// One value as a record; its text goes to `text`, which is moved to behind it.
+XLOPER record_of(const Scalar& scalar, char*& text) {
+  XLOPER record;
+  switch (scalar.kind) {
+    case Kind::empty:
+      record.type = xltypeNil;
+      break;
+    case Kind::missing:
+      record.type = xltypeMissing;
+      break;
+    case Kind::number:
+      return number_record(scalar.number);
+    case Kind::boolean:
+      return boolean_record(scalar.code != 0);
+    case Kind::error:
+      return error_record(static_cast<std::uint16_t>(scalar.code));
+    case Kind::text: {
+      const std::size_t length = text_bytes(scalar) - 2;
+      record.type = xltypeStr;
+      record.value.text = text;
+      *text++ = static_cast<char>(length);
+      text = std::copy_n(scalar.text.data(), length, text);
+      *text++ = '\0';
+    }
+  }
+  return record;
+}
+
 // Rows of cells within a block.
 struct Area {
   std::size_t first_row = 0, first_column = 0, rows = 0, columns = 0;
@@ -87,42 +114,12 @@ XLOPER make_array(const Block& block, const Area& area, std::unique_ptr<char[]>&
     return block.cells[row * block.columns + area.first_column + index % area.columns];
   };
   const std::size_t count = area.rows * area.columns;
-  std::size_t text_bytes = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    if (cell(i).kind == Kind::text) text_bytes += std::min<std::size_t>(cell(i).text.size(), 255) + 2;
-  }
-  memory.reset(new char[count * sizeof(XLOPER) + text_bytes]);
+  std::size_t all_text_bytes = 0;
+  for (std::size_t i = 0; i < count; ++i) all_text_bytes += text_bytes(cell(i));
+  memory.reset(new char[count * sizeof(XLOPER) + all_text_bytes]);
   auto* const records = reinterpret_cast<XLOPER*>(memory.get());
   char* text = memory.get() + count * sizeof(XLOPER);
-  for (std::size_t i = 0; i < count; ++i) {
-    const Scalar& from = cell(i);
-    XLOPER& to = *new (records + i) XLOPER;
-    switch (from.kind) {
-      case Kind::empty:
-        to.type = xltypeNil;
-        break;
-      case Kind::missing:
-        to.type = xltypeMissing;
-        break;
-      case Kind::number:
-        to = number_record(from.number);
-        break;
-      case Kind::boolean:
-        to = boolean_record(from.code != 0);
-        break;
-      case Kind::error:
-        to = error_record(static_cast<std::uint16_t>(from.code));
-        break;
-      case Kind::text: {
-        const std::size_t length = std::min<std::size_t>(from.text.size(), 255);
-        to.type = xltypeStr;
-        to.value.text = text;
-        *text++ = static_cast<char>(length);
-        text = std::copy_n(from.text.data(), length, text);
-        *text++ = '\0';
-      }
-    }
-  }
+  for (std::size_t i = 0; i < count; ++i) new (records + i) XLOPER(record_of(cell(i), text));
   XLOPER array;
   array.type = xltypeMulti;
   array.value.array.elements = records;
@@ -134,8 +131,8 @@ XLOPER make_array(const Block& block, const Area& area, std::unique_ptr<char[]>&
 // Leaves memory to the add-in, which has to free it by this address.
 void hand_out(const void* address, std::unique_ptr<char[]> memory, bool array) {
   Standin& excel = standin();
-  ++(array ? excel.accounting.arrays_handed_out : excel.accounting.texts_handed_out);
   excel.handed_out[address] = {std::move(memory), array};
+  ++(array ? excel.accounting.arrays_handed_out : excel.accounting.texts_handed_out);
 }
 
 void take_back(const void* address, const char* what) {
@@ -156,7 +153,7 @@ bool find_cells(const XLOPER& reference, std::shared_ptr<const Block>& block, Ar
   const AreaList* list = &reference.value.sheet_reference;
   if (reference.type == xltypeRef) {
     list = reference.value.reference.areas;
-    while (sheet < excel.sheets.size() && sheet_id(sheet) != reference.value.reference.sheet) ++sheet;
+    sheet = reference.value.reference.sheet - first_sheet_id;
   }
   if (sheet >= excel.sheets.size() || list == nullptr || list->count != 1) return false;
   block = excel.sheets[sheet];
@@ -248,6 +245,12 @@ int give_active_sheet(Call& call) {
   return xlretSuccess;
 }
 
+Registration* find_registration(const std::string& name) {
+  Standin& excel = standin();
+  const auto found = excel.place_of.find(upper_case(name));
+  return found == excel.place_of.end() ? nullptr : &excel.registrations[found->second];
+}
+
 // Why Excel would not register this, or an empty text.
 std::string refusal(int count, XLOPER** operands, Registration& registration) {
   if (count > max_operands) return "more than 30 operands";
@@ -266,15 +269,15 @@ std::string refusal(int count, XLOPER** operands, Registration& registration) {
   if (texts[0] != excel.library_path || !excel.find_entry) return "library '" + texts[0] + "' is not loaded";
   registration.entry = excel.find_entry(texts[procedure_text].c_str());
   if (registration.entry == nullptr) return "procedure '" + texts[procedure_text] + "' is not exported";
-  const std::string type = texts[type_text];
-  const std::string macro = registered_text(registration, macro_type);
+  const std::string& type = texts[type_text];
+  const std::string& macro = registered_text(registration, macro_type_text);
   if (!macro.empty() && macro != "1" && macro != "2") return "macro type '" + macro + "' is neither 1 nor 2";
   const bool records = !type.empty() && type.size() <= static_cast<std::size_t>(max_operands) &&
                        type.find_first_not_of('R') == std::string::npos;
   if (type != "A" && (!records || macro == "2")) return "type text '" + type + "' is not supported";
   if (!is_worksheet_name(texts[name_text])) return "'" + texts[name_text] + "' is no name for a worksheet";
   registration.arguments = type.size() - 1;
-  const std::string names = registered_text(registration, argument_names);
+  const std::string& names = registered_text(registration, argument_names_text);
   const auto commas = static_cast<std::size_t>(std::count(names.begin(), names.end(), ','));
   const bool any_name = names.find_first_not_of(' ') != std::string::npos;
   if (any_name && commas + 1 > registration.arguments)
@@ -283,21 +286,24 @@ std::string refusal(int count, XLOPER** operands, Registration& registration) {
 }
 
 int register_entry(Call& call) {
-  auto& all = standin().registrations;
+  Standin& excel = standin();
   Registration registration;
   const std::string reason = refusal(call.count, call.operands, registration);
   if (!reason.empty()) {
-    const std::string name = registered_text(registration, name_text);
+    const std::string& name = registered_text(registration, name_text);
     note_fault("registration" + (name.empty() ? "" : " of " + name) + " refused: " + reason);
     return xlretSuccess;
   }
-  const std::string name = upper_case(registered_name(registration));
-  const auto same = std::find_if(all.begin(), all.end(), [&](const Registration& other) {
-    return upper_case(registered_name(other)) == name;
-  });
-  registration.id = ++standin().last_id;
-  (same != all.end() ? *same : all.emplace_back()) = registration;
-  return answer_with(call, number_record(registration.id));
+  registration.id = ++excel.last_id;
+  Registration* const same = find_registration(registered_name(registration));
+  if (same != nullptr) {
+    *same = std::move(registration);
+  } else {
+    excel.registrations.push_back(std::move(registration));
+    const std::string& name = registered_name(excel.registrations.back());
+    excel.place_of.emplace(upper_case(name), excel.registrations.size() - 1);
+  }
+  return answer_with(call, number_record(excel.last_id));
 }
 
 int find_id(Call& call) {
@@ -312,12 +318,17 @@ int find_id(Call& call) {
 }
 
 int unregister(Call& call) {
-  auto& all = standin().registrations;
+  Standin& excel = standin();
+  auto& all = excel.registrations;
   double id = 0.0;
   const bool given = number_operand(*call.operands[0], id);
   const auto found =
       std::find_if(all.begin(), all.end(), [&](const Registration& one) { return one.id == id; });
   if (!given || found == all.end()) return answer_with(call, boolean_record(false));
+  const auto place = static_cast<std::size_t>(found - all.begin());
+  excel.place_of.erase(upper_case(registered_name(*found)));
+  for (auto& other : excel.place_of)
+    if (other.second > place) --other.second;
   all.erase(found);
   return answer_with(call, boolean_record(true));
 }
@@ -325,11 +336,8 @@ int unregister(Call& call) {
 int delete_name(Call& call) {
   std::string name;
   if (!text_operand(*call.operands[0], name)) return xlretSuccess;
-  bool deleted = false;
-  for (Registration& registration : standin().registrations) {
-    if (upper_case(registered_name(registration)) != upper_case(name)) continue;
-    deleted = std::exchange(registration.named, false);
-  }
+  Registration* const registration = find_registration(name);
+  const bool deleted = registration != nullptr && std::exchange(registration->named, false);
   return answer_with(call, boolean_record(deleted));
 }
 
@@ -430,6 +438,7 @@ std::string open_addin() {
   begin_call("xlAutoOpen");
   const int opened = reinterpret_cast<Command>(entry)();
   end_call();
+  if (standin().out_of_memory) return standin().library_path + ": not enough memory to open it";
   return (opened & 0xFFFF) != 0 ? "" : standin().library_path + ": xlAutoOpen reports failure";
 }
 
@@ -437,11 +446,14 @@ std::string open_addin() {
 
 const std::string& registered_name(const Registration& registration) { return registration.texts[name_text]; }
 
-std::string registered_text(const Registration& registration, std::size_t place) {
-  return place < registration.texts.size() ? registration.texts[place] : "";
+const std::string& registered_text(const Registration& registration, std::size_t place) {
+  static const std::string none;
+  return place < registration.texts.size() ? registration.texts[place] : none;
 }
 
-bool is_command(const Registration& registration) { return registered_text(registration, macro_type) == "2"; }
+bool is_command(const Registration& registration) {
+  return registered_text(registration, macro_type_text) == "2";
+}
 
 Standin& standin() {
   static Standin instance;
@@ -482,25 +494,19 @@ void unload_addin() {
 }
 
 bool run_command(const std::string& name) {
-  for (const Registration& registration : standin().registrations) {
-    if (!is_command(registration) || registration.entry == nullptr) continue;
-    if (upper_case(registered_name(registration)) != upper_case(name)) continue;
-    const auto entry = reinterpret_cast<Command>(registration.entry);
-    begin_call(registered_name(registration));
-    entry();  // may unregister itself
-    end_call();
-    return true;
-  }
-  return false;
+  const Registration* const command = find_registration(name);
+  if (command == nullptr || !is_command(*command) || command->entry == nullptr) return false;
+  const auto entry = reinterpret_cast<Command>(command->entry);
+  begin_call(registered_name(*command));
+  entry();  // may unregister itself
+  end_call();
+  return true;
 }
 
 const Registration* find_function(const std::string& name) {
-  const std::string wanted = upper_case(name);
-  for (const Registration& registration : standin().registrations) {
-    if (registration.entry == nullptr || !registration.named || is_command(registration)) continue;
-    if (upper_case(registered_name(registration)) == wanted) return &registration;
-  }
-  return nullptr;
+  const Registration* const function = find_registration(name);
+  if (function == nullptr || function->entry == nullptr || !function->named) return nullptr;
+  return is_command(*function) ? nullptr : function;
 }
 
 void begin_call(const std::string& entry) { standin().running = entry; }
@@ -514,14 +520,26 @@ void end_call() {
   excel.running.clear();
 }
 
+void abandon_call() noexcept {
+  standin().handed_out.clear();
+  standin().running.clear();
+}
+
 void note_fault(const std::string& fault) {
   const std::string& running = standin().running;
   standin().faults.push_back((running.empty() ? "add-in" : running) + ": " + fault);
 }
 
-int call_standin(int function, XLOPER* result, int count, XLOPER** operands) {
+int call_standin(int function, XLOPER* result, int count, XLOPER** operands) noexcept {
   Call call{count, operands, result != nullptr, error_record(xlerrValue)};
-  const int code = answer_call(function, call);
+  int code = xlretFailed;
+  try {
+    code = answer_call(function, call);
+  } catch (const std::exception&) {
+    // Nothing may be thrown through the add-in's calls.
+    standin().out_of_memory = true;
+    call.answer = error_record(xlerrValue);
+  }
   if (result != nullptr) *result = call.answer;
   return code;
 }
@@ -575,7 +593,9 @@ XLOPER make_array(const Block& block, std::unique_ptr<char[]>& memory) {
 }
 
 XLOPER make_record(const Scalar& scalar, std::unique_ptr<char[]>& memory) {
-  return make_array(Block{1, 1, {scalar}}, memory).value.array.elements[0];
+  if (scalar.kind == Kind::text) memory.reset(new char[text_bytes(scalar)]);
+  char* text = memory.get();
+  return record_of(scalar, text);
 }
 
 }  // namespace kestran

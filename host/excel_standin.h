@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "addin/excel_api.h"
@@ -15,12 +16,20 @@
 
 namespace kestran {
 
+/// Places of the texts that a registration consists of. The library stands first; category, shortcut and help
+/// topic before the description, the descriptions of the arguments last.
+constexpr std::size_t procedure_text = 1;
+constexpr std::size_t type_text = 2;
+constexpr std::size_t name_text = 3;
+constexpr std::size_t argument_names_text = 4;
+constexpr std::size_t macro_type_text = 5;
+constexpr std::size_t description_text = 9;
+constexpr std::size_t first_argument_text = 10;
+
 /// One function or command as the add-in registered it.
 struct Registration {
   double id = 0.0;
-  /// All texts as they came: library, procedure, type text, name, argument names, macro type, category,
-  /// shortcut, help topic, description, argument descriptions.
-  std::vector<std::string> texts;
+  std::vector<std::string> texts;  // all of them, as they came
   void* entry = nullptr;
   std::size_t arguments = 0;  // declared by the type text
   bool named = true;          // until its name is deleted
@@ -29,7 +38,7 @@ struct Registration {
 const std::string& registered_name(const Registration& registration);
 bool is_command(const Registration& registration);
 /// The text at this place of `texts`, empty when the add-in gave fewer.
-std::string registered_text(const Registration& registration, std::size_t place);
+const std::string& registered_text(const Registration& registration, std::size_t place);
 
 struct Menu {
   double bar = 0.0;
@@ -66,6 +75,7 @@ struct Standin {
   void* library = nullptr;
   std::function<void*(const char*)> find_entry;  // among the add-in's exports; empty when none is loaded
   std::vector<Registration> registrations;
+  std::unordered_map<std::string, std::size_t> place_of;  // among the registrations, by name in upper case
   std::vector<Menu> menus;
   std::vector<Alert> alerts;
   std::vector<HelpCall> help_calls;
@@ -77,6 +87,7 @@ struct Standin {
   std::string running;       // the add-in's entry that is being called
   int next_coerce_code = 0;  // when not 0 the next xlCoerce fails with it, such as xlretUncalced
   double last_id = 0.0;
+  bool out_of_memory = false;  // a call of the add-in could not be answered for want of memory
 };
 
 /// The one stand-in of this process: the add-in's calls carry nothing that could tell several apart.
@@ -105,11 +116,14 @@ const Registration* find_function(const std::string& name);
 void begin_call(const std::string& entry);
 void end_call();
 
+/// Ends a call that did not come back, and takes away what was handed out to it.
+void abandon_call() noexcept;
+
 /// Notes a fault of the entry that is being called.
 void note_fault(const std::string& fault);
 
-/// Answers one call of the add-in: what Excel4v does.
-int call_standin(int function, XLOPER* result, int count, XLOPER** operands);
+/// Answers one call of the add-in: what Excel4v does. Without memory the call fails.
+int call_standin(int function, XLOPER* result, int count, XLOPER** operands) noexcept;
 
 /// Id of a sheet by its index in Standin::sheets.
 std::uintptr_t sheet_id(std::size_t index);

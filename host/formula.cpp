@@ -1,5 +1,6 @@
 #include "host/formula.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -57,7 +58,7 @@ bool continues_name(char c) { return starts_name(c) || is_digit(c) || c == '.' |
 char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 // Digits, a decimal point and an exponent; no sign. A number beyond the range of a double comes out infinite.
-bool scan_number(const std::string& text, std::size_t& at, double& number) {
+bool scan_number(std::string_view text, std::size_t& at, double& number) {
   std::size_t end = at;
   const auto scan_digits = [&] {
     const std::size_t from = end;
@@ -78,22 +79,22 @@ bool scan_number(const std::string& text, std::size_t& at, double& number) {
   }
   const auto read = std::from_chars(text.data() + at, text.data() + end, number);
   // from_chars does not tell a number that is too large from one that is too small; strtod does.
-  if (read.ec != std::errc()) number = std::strtod(text.substr(at, end - at).c_str(), nullptr);
+  if (read.ec != std::errc()) number = std::strtod(std::string(text.substr(at, end - at)).c_str(), nullptr);
   at = end;
   return true;
 }
 
 struct Parser {
-  const std::string& line;
+  std::string_view line;
   const DeclaredArguments& declared;
-  Formula& formula;
+  const TakeStep& take_step;
+  Unreadable unreadable;
   std::size_t at = 0;
   int nesting = 0;
 };
 
 bool fail_at(Parser& parser, std::size_t at, std::string expected) {
-  parser.formula.error_column = at + 1;
-  parser.formula.expected = std::move(expected);
+  parser.unreadable = {at + 1, std::move(expected)};
   return false;
 }
 
@@ -114,11 +115,13 @@ bool take(Parser& parser, char wanted) {
 std::string scan_name(Parser& parser) {
   const std::size_t from = parser.at;
   while (parser.at < parser.line.size() && continues_name(parser.line[parser.at])) ++parser.at;
-  return upper_case(parser.line.substr(from, parser.at - from));
+  return upper_case(std::string(parser.line.substr(from, parser.at - from)));
 }
 
-void add_step(Parser& parser, Operation operation, std::size_t count = 0, Scalar scalar = {}) {
-  parser.formula.steps.push_back({operation, count, std::move(scalar)});
+void hand_over(Parser& parser, Operation operation, std::size_t count = 0, Scalar scalar = {},
+               std::shared_ptr<const Block> block = {}) {
+  Step step{operation, count, std::move(scalar), std::move(block)};
+  parser.take_step(step);
 }
 
 bool parse_number(Parser& parser, Scalar& scalar) {
@@ -134,7 +137,7 @@ bool parse_text(Parser& parser, Scalar& scalar) {
   while (true) {
     const std::size_t start = ++parser.at;
     parser.at = parser.line.find('"', start);
-    if (parser.at == std::string::npos) {
+    if (parser.at == std::string_view::npos) {
       parser.at = parser.line.size();
       return fail(parser, "'\"' at the end of the text");
     }
@@ -149,7 +152,7 @@ bool parse_text(Parser& parser, Scalar& scalar) {
 bool parse_error_name(Parser& parser, Scalar& scalar) {
   for (const auto& error : error_names) {
     const std::string name = error.name;
-    if (upper_case(parser.line.substr(parser.at, name.size())) != name) continue;
+    if (upper_case(std::string(parser.line.substr(parser.at, name.size()))) != name) continue;
     parser.at += name.size();
     scalar = error_scalar(error.code);
     return true;
@@ -182,6 +185,11 @@ bool parse_cell(Parser& parser, Scalar& cell) {
 bool parse_block(Parser& parser) {
   ++parser.at;
   const auto block = std::make_shared<Block>();
+  // As many cells as there can be: a vector that grows takes three times their memory while it does.
+  const std::string_view rest = parser.line.substr(parser.at);
+  const auto separates = [](char c) { return c == ',' || c == ';'; };
+  const std::string_view cells = rest.substr(0, rest.find('}'));
+  block->cells.reserve(1 + static_cast<std::size_t>(std::count_if(cells.begin(), cells.end(), separates)));
   std::size_t columns = 0;  // of the row being read
   while (true) {
     const std::size_t from = parser.at;
@@ -200,8 +208,7 @@ bool parse_block(Parser& parser) {
     ++parser.at;
     if (next == '}') break;
   }
-  add_step(parser, Operation::block, parser.formula.blocks.size());
-  parser.formula.blocks.push_back(block);
+  hand_over(parser, Operation::block, 0, {}, block);
   return true;
 }
 
@@ -225,15 +232,16 @@ bool parse_call(Parser& parser, const std::string& name) {
     if (next == ',' || next == ')') {
       Scalar missing;
       missing.kind = Kind::missing;
-      add_step(parser, Operation::scalar, 0, missing);
+      hand_over(parser, Operation::scalar, 0, missing);
     } else if (!parse_operators(parser, 0)) {
       return false;
     }
+    if (declared < 0) hand_over(parser, Operation::drop);
     more = take(parser, ',');
   }
   if (!take(parser, ')')) return fail(parser, "an operator, ',' or ')'");
   --parser.nesting;
-  add_step(parser, Operation::call, count, text_scalar(name));
+  hand_over(parser, Operation::call, declared < 0 ? 0 : count, text_scalar(name));
   return true;
 }
 
@@ -245,7 +253,7 @@ bool parse_name(Parser& parser) {
     return parse_call(parser, name);
   }
   if (name != "TRUE" && name != "FALSE") return fail(parser, "'(' after " + name);
-  add_step(parser, Operation::scalar, 0, boolean_scalar(name == "TRUE"));
+  hand_over(parser, Operation::scalar, 0, boolean_scalar(name == "TRUE"));
   return true;
 }
 
@@ -271,7 +279,7 @@ bool parse_operand(Parser& parser) {
   } else {
     return fail(parser, "a number, a text, a range, a function or '('");
   }
-  add_step(parser, Operation::scalar, 0, std::move(scalar));
+  hand_over(parser, Operation::scalar, 0, std::move(scalar));
   return true;
 }
 
@@ -283,10 +291,10 @@ bool parse_signed(Parser& parser) {
     ++parser.at;
   }
   if (!parse_operand(parser)) return false;
-  while (take(parser, '%')) add_step(parser, Operation::percent);
+  while (take(parser, '%')) hand_over(parser, Operation::percent);
   // Two signs cancel but still make a number of their operand.
   const std::size_t negations = minuses == 0 ? 0 : 2 - minuses % 2;
-  for (std::size_t i = 0; i < negations; ++i) add_step(parser, Operation::negate);
+  for (std::size_t i = 0; i < negations; ++i) hand_over(parser, Operation::negate);
   return true;
 }
 
@@ -323,16 +331,15 @@ bool parse_operators(Parser& parser, int precedence) {
     const Operation joined_by = operation;
     ++parser.at;
     if (!parse_operators(parser, precedence + 1)) return false;
-    add_step(parser, joined_by);
+    hand_over(parser, joined_by);
   }
   return true;
 }
 
 }  // namespace
 
-Formula parse_formula(const std::string& line, const DeclaredArguments& declared) {
-  Formula formula;
-  Parser parser{line, declared, formula};
+Unreadable read_formula(std::string_view line, const DeclaredArguments& declared, const TakeStep& take_step) {
+  Parser parser{line, declared, take_step, {}};
   take(parser, '=');
   const bool any = peek(parser) != '\0' || parser.at < line.size();
   if (!any) {
@@ -340,10 +347,10 @@ Formula parse_formula(const std::string& line, const DeclaredArguments& declared
   } else if (parse_operators(parser, 0) && (peek(parser) != '\0' || parser.at < line.size())) {
     fail(parser, "an operator or the end of the formula");
   }
-  return formula;
+  return parser.unreadable;
 }
 
-bool number_from_text(const std::string& text, double& number) {
+bool number_from_text(std::string_view text, double& number) {
   std::size_t at = 0;
   const auto skip_blanks = [&] {
     while (at < text.size() && is_blank(text[at])) ++at;

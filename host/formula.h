@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kestran {
@@ -31,33 +32,37 @@ struct Block {
   std::vector<Scalar> cells;
 };
 
-enum class Operation { scalar, block, negate, percent, add, subtract, multiply, divide, raise, call };
+enum class Operation { scalar, block, negate, percent, add, subtract, multiply, divide, raise, drop, call };
 
-/// One step of a formula in the order of evaluation: operands come before the operation that takes them.
+/// One step of a formula in the order of evaluation: operands come before the operation that takes them. An
+/// operand that nothing takes is dropped.
 struct Step {
   Operation operation = Operation::scalar;
-  std::size_t count = 0;  // of a call: its arguments; of a block: its index
-  Scalar scalar;          // a constant, or the called function's name in upper case as text
+  std::size_t count = 0;               // of a call: its arguments
+  Scalar scalar;                       // a constant, or the called function's name in upper case as text
+  std::shared_ptr<const Block> block;  // a range
 };
 
-/// A formula that was read, or where and why it could not be.
-struct Formula {
-  std::vector<Step> steps;
-  std::vector<std::shared_ptr<const Block>> blocks;  // as they stand from left to right
-  std::size_t error_column = 0;                      // counted from 1; 0 when the line was read
-  std::string expected;                              // at error_column, in plain words
+/// Where a line stops to make sense, and why.
+struct Unreadable {
+  std::size_t column = 0;  // counted from 1; 0 when the line was read
+  std::string expected;    // at the column, in plain words
 };
 
 /// How many arguments the function of this upper-case name takes; below 0 when there is none of that name.
 using DeclaredArguments = std::function<int(const std::string& name)>;
 
-/// Reads one line. A call of a known function has at most the arguments declared for it; one of an unknown
-/// function may have any number.
-Formula parse_formula(const std::string& line, const DeclaredArguments& declared);
+/// Takes over what it needs of a step.
+using TakeStep = std::function<void(Step& step)>;
+
+/// Reads one line and hands over its steps as it goes, so that the memory it needs does not grow with the
+/// line. A call of a known function has at most the arguments declared for it; one of an unknown function may
+/// have any number, which are dropped.
+Unreadable read_formula(std::string_view line, const DeclaredArguments& declared, const TakeStep& take);
 
 /// The number a cell's text stands for, blanks around it, a sign and percent signs allowed; false when it
 /// stands for none.
-bool number_from_text(const std::string& text, double& number);
+bool number_from_text(std::string_view text, double& number);
 
 /// What a value counts as in arithmetic: TRUE 1, FALSE and nothing 0, a text the number it stands for. False
 /// for errors and other texts.

@@ -2,204 +2,140 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
-#include <iostream>
+#include <new>
 #include <string>
 #include <vector>
 
-#include "host/evaluate.h"
+#include "host/describe.h"
 #include "host/excel_standin.h"
 #include "host/library.h"
-
-#if !defined(_WIN32)
-#include <editline/readline.h>
-
-#include <cstdlib>
-#include <cstring>
-#endif
+#include "host/lines.h"
+#include "host/prompt.h"
 
 namespace kestran {
 namespace {
 
-constexpr int all_read = 0;
+constexpr int all_well = 0;
 constexpr int not_written = 1;
+constexpr int answered_error = 1;  // with --strict
 constexpr int not_readable = 2;
 constexpr int addin_at_fault = 3;
 
-constexpr std::size_t argument_names = 4;
-constexpr std::size_t description = 9;
-constexpr std::size_t first_argument_description = 10;
+constexpr char about[] =
+    "Works out worksheet formulas with the functions of an option pricing add-in.\n\n"
+    "Each FORMULA is answered with one line. Without any, formulas are read from the input, one a\n"
+    "line; blank lines and lines that start with # give blank lines. Ranges of cells are written in\n"
+    "braces: {1,2;3,4}. A formula may begin with a sign: -2^2. All after -- are formulas.\n"
+    "Exit status: 0; 1 when the output could not be written or, with --strict, an answer is an error;\n"
+    "2 when a formula, an option or the input could not be read; 3 when the add-in failed.";
 
-// Passes on to the user what the add-in showed or did wrong since the last time; true when it did wrong.
-bool report() {
-  Standin& excel = standin();
-  for (const Alert& alert : excel.alerts) std::fprintf(stderr, "alert: %s\n", alert.text.c_str());
-  for (const std::string& fault : excel.faults) std::fprintf(stderr, "add-in at fault: %s\n", fault.c_str());
-  const bool faulty = !excel.faults.empty();
-  excel.alerts.clear();
-  excel.faults.clear();
-  return faulty;
-}
-
-void print_line(const std::string& line) {
-  std::fwrite(line.data(), 1, line.size(), stdout);
-  std::fputc('\n', stdout);
-  std::fflush(stdout);
-}
-
-// What became of the lines so far.
-struct Outcome {
-  bool unreadable = false;
-  bool fault = false;
+struct Settings {
+  bool list = false;
+  bool describe = false;
+  bool json = false;
+  bool strict = false;
+  std::string described;
+  std::string library;
+  std::vector<std::string> formulas;
 };
 
-void answer(const std::string& line, Outcome& outcome) {
-  const Evaluation evaluation = evaluate_line(line);
-  print_line(evaluation.text);
-  outcome.unreadable = outcome.unreadable || !evaluation.readable;
-  outcome.fault = report() || outcome.fault;
+// Formulas may begin with one or two signs, too. An option is a word, which at most a value follows, such as
+// -h, --list or --describe=EURO, but not -5+3, -EURO(1) or --(2).
+bool is_option(const std::string& argument) {
+  const std::size_t word = std::min(argument.find_first_not_of('-'), argument.size());
+  const auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+  if (word < 1 || word > 2 || word == argument.size() || !letter(argument[word])) return false;
+  std::size_t end = word;
+  while (end < argument.size() && (letter(argument[end]) || argument[end] == '-')) ++end;
+  return end == argument.size() || argument[end] == '=';
 }
 
-#if defined(_WIN32)
-
-// The console of Windows has line editing of its own.
-bool read_prompted(std::string& line) {
-  std::fputs("> ", stdout);
-  std::fflush(stdout);
-  return static_cast<bool>(std::getline(std::cin, line));
-}
-
-#else
-
-// Called with state 0 for the first and then for each further function whose name begins with `typed`.
-char* complete_function(const char* typed, int state) {
-  const std::string start = upper_case(typed);
-  int place = 0;
-  for (const Registration& registration : standin().registrations) {
-    if (find_function(registered_name(registration)) == nullptr) continue;
-    if (upper_case(registered_name(registration)).compare(0, start.size(), start) != 0) continue;
-    if (place++ == state) return strdup(registered_name(registration).c_str());
-  }
-  return nullptr;
-}
-
-char** complete(const char* typed, int, int) {
-  rl_attempted_completion_over = 1;
-  return rl_completion_matches(typed, complete_function);
-}
-
-bool read_prompted(std::string& line) {
-  rl_attempted_completion_function = complete;
-  rl_completion_append_character = '(';
-  char* const typed = readline("> ");
-  if (typed == nullptr) return false;
-  line = typed;
-  std::free(typed);
-  if (!line.empty()) add_history(line.c_str());
-  return true;
-}
-
-#endif
-
-void answer_input(Outcome& outcome) {
-  std::ios::sync_with_stdio(false);
-  std::string line;
-  if (!input_is_terminal()) {
-    // Editors of Windows begin a file with this mark of its encoding.
-    const std::string byte_order_mark = "\xEF\xBB\xBF";
-    bool first = true;
-    while (std::getline(std::cin, line)) {
-      if (first && line.compare(0, 3, byte_order_mark) == 0) line.erase(0, 3);
-      first = false;
-      answer(line, outcome);
+// Takes the formulas out of the arguments and leaves the options with their values.
+std::vector<std::string> take_formulas(const CLI::App& app, std::vector<std::string>& arguments) {
+  std::vector<std::string> formulas, options;
+  bool value_follows = false;
+  for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
+    if (*argument == "--") {
+      formulas.insert(formulas.end(), argument + 1, arguments.end());
+      break;
     }
-    if (std::cin.bad()) {
-      std::fputs("kestran: the input cannot be read\n", stderr);
-      outcome.unreadable = true;
-    }
-    return;
+    const bool option = is_option(*argument);
+    (option || value_follows ? options : formulas).push_back(*argument);
+    const CLI::Option* const known = option ? app.get_option_no_throw(*argument) : nullptr;
+    value_follows = known != nullptr && known->get_items_expected_min() > 0;
   }
-  while (read_prompted(line)) {
-    if (line.find_first_not_of(" \t\r") != std::string::npos) answer(line, outcome);
-  }
-  std::fputc('\n', stdout);
+  arguments = std::move(options);
+  return formulas;
 }
 
-void list_functions() {
-  for (const Registration& function : standin().registrations) {
-    if (is_command(function)) continue;
-    print_line(registered_name(function) + "\t" + registered_text(function, argument_names) + "\t" +
-               registered_text(function, description));
-  }
-}
-
-bool describe_function(const std::string& name) {
-  const Registration* const function = find_function(name);
-  if (function == nullptr) {
-    std::fprintf(stderr, "There is no function %s.\n", name.c_str());
+// Reads the arguments; false, with the exit status, when nothing is left to do.
+bool read_arguments(int argument_count, char** arguments, Settings& settings, int& status) {
+  CLI::App app(about, "kestran [FORMULA...]");
+  settings.library = program_folder() + default_library_name;
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.set_version_flag("--version", "kestran " KESTRAN_VERSION);
+  const auto add_flag = [&app](const char* name, bool& flag, const char* words) {
+    app.add_flag(name, flag, words)->disable_flag_override();
+  };
+  add_flag("--list", settings.list, "List all functions: name, arguments and description, separated by tabs");
+  app.add_option("--describe", settings.described, "Describe one function")->type_name("NAME");
+  add_flag("--json", settings.json, "Answer with a JSON object a line: formula, value and error");
+  add_flag("--strict", settings.strict, "Exit with 1 when an answer is an error");
+  app.add_option("--library", settings.library, "The add-in to load instead of the one beside this program")
+      ->type_name("FILE");
+  app.allow_windows_style_options(false);
+  std::vector<std::string> given(arguments + std::min(argument_count, 1), arguments + argument_count);
+  settings.formulas = take_formulas(app, given);
+  std::reverse(given.begin(), given.end());
+  try {
+    app.parse(given);
+  } catch (const CLI::ParseError& error) {
+    status = app.exit(error) == 0 ? all_well : not_readable;
     return false;
   }
-  print_line(registered_name(*function) + "(" + registered_text(*function, argument_names) + ")");
-  print_line("  " + registered_text(*function, description));
-  for (std::size_t i = first_argument_description; i < function->texts.size(); ++i) {
-    if (function->texts[i].find_first_not_of(' ') != std::string::npos) print_line("  " + function->texts[i]);
-  }
+  settings.describe = app.count("--describe") > 0;
   return true;
 }
 
 int run(int argument_count, char** arguments) {
   use_binary_streams();
-  CLI::App app(
-      "Works out worksheet formulas with the functions of an option pricing add-in.\n\n"
-      "Each FORMULA is answered with one line. Without any, formulas are read from the input, one a line.\n"
-      "Ranges of cells are written in braces: {1,2;3,4}. A formula may begin with a sign: -2^2.\n"
-      "Exit status: 0, or 1 when the output could not be written, 2 when a formula could not be read, 3 "
-      "when\n"
-      "the add-in failed.",
-      "kestran [FORMULA...]");
-  bool list = false;
-  std::string described;
-  std::string library = program_folder() + default_library_name;
-  app.set_help_flag("--help", "Print this help and exit");
-  app.set_version_flag("--version", "kestran " KESTRAN_VERSION);
-  app.add_flag("--list", list, "List all functions: name, arguments and description, separated by tabs");
-  app.add_option("--describe", described, "Describe one function")->type_name("NAME");
-  app.add_option("--library", library, "The add-in to load instead of the one beside this program")
-      ->type_name("FILE");
-  // Formulas are what is left over, so that one may begin with a sign without being taken for an option.
-  app.allow_extras();
-  app.allow_windows_style_options(false);
-  try {
-    app.parse(argument_count, arguments);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? all_read : not_readable;
-  }
+  Settings settings;
+  int status = all_well;
+  if (!read_arguments(argument_count, arguments, settings, status)) return status;
 
-  const std::string failure = load_addin(library);
   Outcome outcome;
+  const std::string failure = load_addin(settings.library);
+  report(outcome);
   if (!failure.empty()) {
     std::fprintf(stderr, "kestran: %s\n", failure.c_str());
-    report();
     return addin_at_fault;
   }
-  outcome.fault = report();
-  std::vector<std::string> formulas = app.remaining();
-  const auto end_of_options = std::find(formulas.begin(), formulas.end(), "--");
-  if (end_of_options != formulas.end()) formulas.erase(end_of_options);
-  if (list) list_functions();
-  const bool describe = app.count("--describe") > 0;
-  if (describe) outcome.unreadable = !describe_function(described);
-  for (const std::string& formula : formulas) answer(formula, outcome);
-  if (!list && !describe && formulas.empty()) answer_input(outcome);
+  const Format format = settings.json ? Format::json : Format::plain;
+  if (settings.list) list_functions();
+  if (settings.describe) outcome.unreadable = !describe_function(settings.described);
+  for (const std::string& formula : settings.formulas) answer(formula, format, outcome);
+  if (!settings.list && !settings.describe && settings.formulas.empty()) {
+    input_is_terminal() ? prompt(format, outcome) : answer_lines(format, outcome);
+  }
   unload_addin();
-  outcome.fault = report() || outcome.fault;
-  if (std::ferror(stdout) != 0) {
+  report(outcome);
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     std::fputs("kestran: the output cannot be written\n", stderr);
     return not_written;
   }
-  return outcome.fault ? addin_at_fault : outcome.unreadable ? not_readable : all_read;
+  if (outcome.fault) return addin_at_fault;
+  if (outcome.unreadable) return not_readable;
+  return settings.strict && outcome.error ? answered_error : all_well;
 }
 
 }  // namespace
 }  // namespace kestran
 
-int main(int argument_count, char** arguments) { return kestran::run(argument_count, arguments); }
+int main(int argument_count, char** arguments) {
+  try {
+    return kestran::run(argument_count, arguments);
+  } catch (const std::bad_alloc&) {
+    std::fputs("kestran: not enough memory\n", stderr);
+    return kestran::not_readable;
+  }
+}

@@ -2,16 +2,19 @@
 // they are given, some that do what Excel does not forgive. Expected values follow Excel's documented rules.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
 #include <limits>
 #include <list>
+#include <new>
 #include <random>
 #include <utility>
 
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
+#include "tests/failing_new.h"
 
 namespace kestran {
 namespace {
@@ -178,8 +181,8 @@ XLOPER enter(std::initializer_list<std::string> texts_after_library) {
   std::vector<XLOPER*> operands;
   for (XLOPER& record : records) operands.push_back(&record);
   XLOPER result;
-  EXPECT_EQ(xlretSuccess,
-            call_standin(xlfRegister, &result, static_cast<int>(operands.size()), operands.data()));
+  const int code = call_standin(xlfRegister, &result, static_cast<int>(operands.size()), operands.data());
+  EXPECT_TRUE(code == xlretSuccess || standin().out_of_memory) << code;
   return result;
 }
 
@@ -415,6 +418,58 @@ TEST_F(Host, AccountsForMemory) {
   XLOPER own = text("mine");
   call(xlFree, nullptr, {&own});
   EXPECT_EQ(0u, only_fault().find("add-in: double free"));
+}
+
+TEST_F(Host, AnswersALineWhicheverAllocationFails) {
+  const std::string long_text(100, 'x');
+  const std::string rows[] = {
+      "total({1,2;3,4},{5;6})",
+      "total(total(1,2),matrix())",
+      "kind_of(\"" + long_text + "\")",
+      "second({" + repeated(",", 256) + "},{1;2})",
+      "kind_of({\"" + long_text + "\"," + repeated(",", 256) + "})",
+      long_text + "(1,2)",
+      "weigh(" + repeated("1,", 28) + "1)",
+      "1e-999+{\"" + long_text + "\"}",
+      "total(1;2)",
+      "keeps({1})",
+      "frees_twice({1})",
+      "nothing()",
+  };
+  for (const std::string& formula : rows) {
+    const std::string expected = evaluate_line(formula).text;
+    int failing = 1;
+    for (;; ++failing) {
+      standin().faults.clear();
+      fail_new(failing);
+      const Evaluation evaluation = evaluate_line(formula);
+      const bool failed = new_failed();
+      EXPECT_EQ(failed ? "#MEMORY!" : expected, evaluation.text) << formula << ", allocation " << failing;
+      EXPECT_TRUE(standin().handed_out.empty()) << formula << ", allocation " << failing;
+      if (!failed) break;
+      EXPECT_FALSE(evaluation.readable) << formula << ", allocation " << failing;
+    }
+    EXPECT_GT(failing, 1) << formula << " allocates nothing";
+  }
+}
+
+TEST(HostWithoutMemory, LoadsNoAddInInPart) {
+  int failing = 1;
+  for (bool failed = true; failed; ++failing) {
+    reset_standin();
+    std::function<void*(const char*)> entries = find_entry;
+    std::string reason;
+    fail_new(failing);
+    try {
+      reason = attach_addin(fake_path, std::move(entries));
+    } catch (const std::bad_alloc&) {
+      reason = "thrown";
+    }
+    failed = new_failed();
+    EXPECT_EQ(failed, !reason.empty()) << failing;
+  }
+  EXPECT_GT(failing, 50);
+  reset_standin();
 }
 
 TEST_F(Host, RefusesWhatExcelWouldNotRegister) {

@@ -1,0 +1,34 @@
+#include "host/describe.h"
+
+#include <cstdio>
+
+#include "host/excel_standin.h"
+
+namespace kestran {
+
+void list_functions() {
+  for (const Registration& function : standin().registrations) {
+    if (is_command(function)) continue;
+    std::printf("%s\t%s\t%s\n", registered_name(function).c_str(),
+                registered_text(function, argument_names_text).c_str(),
+                registered_text(function, description_text).c_str());
+  }
+}
+
+bool describe_function(const std::string& name) {
+  const Registration* const function = find_function(name);
+  if (function == nullptr) {
+    std::fprintf(stderr, "There is no function %s.\n", name.c_str());
+    return false;
+  }
+  std::printf("%s(%s)\n", registered_name(*function).c_str(),
+              registered_text(*function, argument_names_text).c_str());
+  std::printf("  %s\n", registered_text(*function, description_text).c_str());
+  for (std::size_t i = first_argument_text; i < function->texts.size(); ++i) {
+    const std::string& text = function->texts[i];
+    if (text.find_first_not_of(' ') != std::string::npos) std::printf("  %s\n", text.c_str());
+  }
+  return true;
+}
+
+}  // namespace kestran

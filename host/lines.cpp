@@ -1,0 +1,177 @@
+#include "host/lines.h"
+
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <utility>
+
+#include "host/byte_streams.h"
+#include "host/evaluate.h"
+#include "host/excel_standin.h"
+
+namespace kestran {
+namespace {
+
+constexpr std::size_t block_bytes = 1 << 16;
+
+void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+// Bytes of the UTF-8 character that `text` starts with; 0 when it starts with none.
+std::size_t character_bytes(std::string_view text) {
+  const auto byte = [text](std::size_t i) {
+    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
+  };
+  const unsigned first = byte(0);
+  if (first < 0x80) return 1;
+  const std::size_t bytes = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+  for (std::size_t i = 1; i < bytes; ++i)
+    if ((byte(i) & 0xC0) != 0x80) return 0;
+  // Longer than need be, half of a surrogate pair, or beyond the last character.
+  const bool overlong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
+  const bool beyond = (first == 0xED && byte(1) > 0x9F) || (first == 0xF4 && byte(1) > 0x8F);
+  return overlong || beyond ? 0 : bytes;
+}
+
+// A text as JSON writes it; bytes that are no UTF-8 become replacement characters.
+void print_quoted(std::string_view text) {
+  std::fputc('"', stdout);
+  while (!text.empty()) {
+    const std::size_t bytes = character_bytes(text);
+    const char c = text[0];
+    if (bytes == 0) {
+      print("\\ufffd");
+    } else if (c == '"' || c == '\\') {
+      std::fputc('\\', stdout);
+      std::fputc(c, stdout);
+    } else if (bytes == 1 && static_cast<unsigned char>(c) < 0x20) {
+      std::fprintf(stdout, "\\u%04x", static_cast<unsigned>(c));
+    } else {
+      print(text.substr(0, bytes));
+    }
+    text.remove_prefix(bytes == 0 ? 1 : bytes);
+  }
+  std::fputc('"', stdout);
+}
+
+void print_json(std::string_view formula, const Evaluation& evaluation) {
+  print("{\"formula\":");
+  print_quoted(formula);
+  print(",\"value\":");
+  if (evaluation.kind == Kind::error) {
+    print("null");
+  } else if (evaluation.kind == Kind::text) {
+    print_quoted(evaluation.text);
+  } else if (evaluation.kind == Kind::boolean) {
+    print(evaluation.text == "TRUE" ? "true" : "false");
+  } else {
+    print(evaluation.text);
+  }
+  print(",\"error\":");
+  if (evaluation.kind == Kind::error) {
+    print_quoted(evaluation.text);
+  } else {
+    print("null");
+  }
+  print("}\n");
+}
+
+void print_answer(std::string_view formula, const Evaluation& evaluation, Format format, Outcome& outcome) {
+  if (format == Format::json) {
+    print_json(formula, evaluation);
+  } else {
+    print(evaluation.text);
+    print("\n");
+  }
+  outcome.error = outcome.error || evaluation.kind == Kind::error;
+  outcome.unreadable = outcome.unreadable || !evaluation.readable;
+  report(outcome);
+}
+
+// The input, of which the buffer from `begin` on is read and not yet answered.
+struct Input {
+  ByteSource source{""};
+  std::string buffer;
+  std::size_t begin = 0;
+  bool ended = false;
+};
+
+enum class Found { line, line_too_long, nothing };
+
+// Waits for more input; false when a line has outgrown memory.
+bool read_more(Input& input) {
+  input.buffer.erase(0, std::exchange(input.begin, 0));
+  std::fflush(stdout);
+  try {
+    input.ended = !input.source.append_to(input.buffer, block_bytes);
+  } catch (const std::exception&) {
+    return false;
+  }
+  return true;
+}
+
+// The next line without its end, good until the next call. Of one that is too long there is nothing to see.
+Found next_line(Input& input, std::string_view& line) {
+  bool too_long = false;
+  std::size_t searched = input.begin;
+  while (true) {
+    const std::size_t newline = input.buffer.find('\n', searched);
+    if (newline != std::string::npos || input.ended) {
+      line = std::string_view(input.buffer).substr(input.begin, newline - input.begin);
+      if (newline == std::string::npos && line.empty() && !too_long) return Found::nothing;
+      input.begin = newline == std::string::npos ? input.buffer.size() : newline + 1;
+      return too_long ? Found::line_too_long : Found::line;
+    }
+    searched = input.buffer.size() - input.begin;
+    if (too_long || !read_more(input)) {
+      too_long = true;
+      searched = 0;
+      input.buffer.clear();  // which keeps its memory, so that this reading cannot fail
+      read_more(input);
+    }
+  }
+}
+
+}  // namespace
+
+void report(Outcome& outcome) {
+  Standin& excel = standin();
+  for (const Alert& alert : excel.alerts) std::fprintf(stderr, "alert: %s\n", alert.text.c_str());
+  for (const std::string& fault : excel.faults) std::fprintf(stderr, "add-in at fault: %s\n", fault.c_str());
+  outcome.fault = outcome.fault || !excel.faults.empty();
+  excel.alerts.clear();
+  excel.faults.clear();
+}
+
+void answer(std::string_view formula, Format format, Outcome& outcome) {
+  print_answer(formula, evaluate_line(formula), format, outcome);
+}
+
+void answer_lines(Format format, Outcome& outcome) {
+  // Editors of Windows begin a file with this mark of its encoding.
+  constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+  Input input;
+  input.buffer.reserve(2 * block_bytes);
+  std::string_view line;
+  bool first = true;
+  for (Found found; (found = next_line(input, line)) != Found::nothing && std::ferror(stdout) == 0;
+       first = false) {
+    if (found == Found::line_too_long) {
+      print_answer({}, {out_of_memory_text, false}, format, outcome);
+      continue;
+    }
+    if (first && line.substr(0, byte_order_mark.size()) == byte_order_mark)
+      line.remove_prefix(byte_order_mark.size());
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    if (line.find_first_not_of(" \t") == std::string_view::npos || line[0] == '#') {
+      print("\n");
+    } else {
+      answer(line, format, outcome);
+    }
+  }
+  if (input.source.failed()) {
+    std::fputs("kestran: the input cannot be read\n", stderr);
+    outcome.unreadable = true;
+  }
+}
+
+}  // namespace kestran

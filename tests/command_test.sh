@@ -1,0 +1,123 @@
+#!/bin/bash
+# The command as its users meet it: options, lines, exit statuses, little memory, the prompt.
+#   command_test.sh KESTRAN [--sanitized]   (a sanitized program needs more memory than is allowed here)
+set -u
+kestran=$1
+sanitized=${2-}
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+failed=0
+
+same() {  # WHAT EXPECTED ACTUAL
+  [ "$2" = "$3" ] && return
+  printf '%s\n  expected: %q\n  got:      %q\n' "$1" "$2" "${3:0:400}"
+  failed=1
+}
+
+# expect STATUS OUTPUT INPUT [ARGUMENT...], backslashes in OUTPUT and INPUT as printf %b reads them.
+expect() {
+  local status=$1 output=$2 input=$3
+  shift 3
+  same "kestran $* with input ${input:0:60}" "$(printf '%bstatus %s' "$output" "$status")" \
+    "$(printf '%b' "$input" | timeout 60 "$kestran" "$@" 2>"$folder/errors"; echo "status $?")"
+}
+
+# refuse WORD ARGUMENT...: prints nothing but a message with this word, exits with 2.
+refuse() {
+  local word=$1
+  shift
+  same "kestran $*" 'status 2' "$("$kestran" "$@" </dev/null 2>"$folder/errors"; echo "status $?")"
+  grep -q -e "$word" "$folder/errors" || same "message of kestran $*" "$word" "$(cat "$folder/errors")"
+}
+
+call='EURO(100,95,5%,2%,25%,90,1,0)'
+value=8.14303821049409
+
+# Options and formulas.
+expect 0 '-2\n' '' -5+3
+expect 0 '-5\n-7\n-0.5\n2\n' '' '=-5' '-(7)' -.5 '--(2)'
+expect 0 "-$value\n$value\n3\n" '' "-$call" "--$call" '--"3"'
+expect 0 '-1\n1\n-2\n' '' 1-2 -- '--TRUE' '-2'
+expect 0 '' '' --
+expect 2 "1\n#SYNTAX! column 2: expected a number, a text, a range, a function or '('\n" '' 1 -
+refuse --jsn --jsn 1
+refuse -- -x
+refuse json --json=5 1
+refuse -TRUE -TRUE
+refuse --describe --describe
+refuse EURRO --describe EURRO
+for flag in -h --help; do
+  "$kestran" $flag | grep -q 'Usage: kestran' || same "kestran $flag" usage nothing
+done
+
+# Lines, and what of them are formulas.
+expect 0 "\n\n$value\n\n\n#N/A\n3\n" "# a remark\n\n=$call\r\n \t\r\n#N/A\n=#N/A\n1+2"
+expect 0 '1\n\n' '\xEF\xBB\xBF1\n#\xEF\xBB\xBF2\n'
+expect 2 "#SYNTAX! column 3: expected a number, a text, a range, a function or '('\n2\n" '1+\n2\n'
+same 'lines over the edge of a buffer' "$(seq 2 50001 | cksum)" "$(seq 50000 | sed 's/$/+1/' | "$kestran" | cksum)"
+same 'a line of many buffers' 100001 "$( (printf 1; for _ in {1..100000}; do printf +1; done) | "$kestran")"
+same 'a line in two pieces' 3 "$( (printf '1+'; sleep 0.1; printf '2\n') | "$kestran")"
+coproc "$kestran"
+echo "$call" >&"${COPROC[1]}"
+read -r -t 20 answer <&"${COPROC[0]}"
+same 'an answer before the input ends' $value "${answer-}"
+eval "exec ${COPROC[1]}>&-"
+wait
+
+# Exit statuses.
+expect 0 '#DIV/0!\n' '' 1/0
+expect 1 '#DIV/0!\n1\n' '' --strict 1/0 1
+expect 1 'nan\n' "HEAT(52,6.5,-7.5,5%,45%,55%,0.6,120,1,0)" --strict
+expect 0 "$value\n\nx\nTRUE\n0\n" "$call\n\n\"x\"\nTRUE\n{}" --strict
+expect 2 "#SYNTAX! column 2: expected an operator or the end of the formula\n#DIV/0!\n" '1)\n1/0\n' --strict
+same 'unreadable input' 'status 2' "$("$kestran" </ 2>/dev/null; echo "status $?")"
+same 'output that cannot be written' 'status 1' "$("$kestran" 1 2>&1 >/dev/full | grep -v written; echo "status ${PIPESTATUS[0]}")"
+same 'no add-in' 'status 3' "$("$kestran" --library /none 1 2>/dev/null; echo "status $?")"
+
+# JSON.
+expect 2 '{"formula":"1/4","value":0.25,"error":null}
+{"formula":"1e300*10^9","value":null,"error":"#NUM!"}
+{"formula":"\\"\\\\é\\u0009\\ufffd\\ufffd\\ufffd𝄞\\"","value":"\\\\é\\u0009\\ufffd\\ufffd\\ufffd𝄞","error":null}
+\n{"formula":"FALSE","value":false,"error":null}
+{"formula":"EURO()","value":null,"error":"#ERR(65535)"}
+{"formula":"1+","value":null,"error":"#SYNTAX! column 3: expected a number, a text, a range, a function or '"'('"'"}
+' '1/4\n1e300*10^9\n"\\é\t\xC3\xE0\x80𝄞"\n#\nFALSE\nEURO()\n1+' --json
+
+# Formulas that memory does not suffice for have one answer each, and so have those after them.
+if [ -z "$sanitized" ]; then
+  repeat() { head -c "$1" /dev/zero | sed "s/\\x0/$2/g"; }  # TIMES TEXT
+  (
+    ulimit -v 40000
+    same 'a sum of 4 MB' $'2000001\n2\nstatus 0' "$( (printf =1; repeat 2000000 +1; echo; echo 1+1) | "$kestran"; echo "status $?")"
+    same 'a call of 4 MB' $'#NAME?\n2\nstatus 0' "$( (printf 'nobody('; repeat 4000000 ,; echo ')'; echo 1+1) | "$kestran"; echo "status $?")"
+    same 'a range of 4 MB' $'#MEMORY!\n2\nstatus 2' "$( (printf {; repeat 2000 "$(repeat 999 1,)1;"; echo '}'; echo 1+1) | "$kestran"; echo "status $?")"
+    same 'a line of 64 MB' $'#MEMORY!\n2\nstatus 2' "$( (head -c 64000000 /dev/zero; echo; echo 1+1) | "$kestran"; echo "status $?")"
+    exit $failed
+  ) || failed=1
+fi
+
+# The prompt, with the answers it must show.
+converse() {  # INPUT
+  printf '%b' "$1" | TERM=xterm timeout 60 script -qec "'$kestran' --strict" /dev/null
+  echo "status $?"
+}
+shows() {  # WHAT PATTERN TEXT
+  grep -q -e "$2" <<<"$3" || same "prompt: $1" "$2" "$3"
+}
+export HOME=$folder XDG_STATE_HOME=
+shown=$(converse '\n1+1\nCODPR\t100,105,5%,2%,30%,182.625,1)\nhelp\nHelp  codprem\n1/0\nquit\n5+5\n')
+past=$folder/.local/state/kestran/history
+shows answers '^2' "$shown"
+shows completion '^17.926674856' "$shown"
+shows help '^help NAME' "$shown"
+shows 'help of a function' '^CODPREM(Price' "$shown"
+shows 'status of an error' '^status 1$' "$shown"
+same 'prompt: nothing after quit' '' "$(grep '^10' <<<"$shown")"
+same 'prompt: history' $'1+1\nCODPREM(100,105,5%,2%,30%,182.625,1)\nhelp\nHelp  codprem\n1/0\nquit' "$(cat "$past")"
+seq -f '%g+0' 1500 >"$past"
+shows 'history of an earlier session' '^1500' "$(converse '\x10\nquit\n')"
+same 'prompt: history is cut' '501+0 1002' "$(head -n 1 "$past") $(wc -l <"$past")"
+for place in "HOME=/proc" "HOME=" "HOME=$kestran" "XDG_STATE_HOME=/proc/none"; do
+  shows "without a history ($place)" '^3' "$(export "${place?}"; converse '1+2\nquit\n')"
+done
+exit $failed
