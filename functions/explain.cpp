@@ -54,6 +54,7 @@ std::string per_cent(double share) { return short_number(100.0 * share) + " %"; 
 
 // What is odd about one number of an argument; empty when nothing is.
 std::string oddity(const ArgumentText& text, double number) {
+  if (std::isnan(number)) return "";
   const double years = text.unit == Unit::years ? number : number / days_per_year;
   const bool may_be_negative = text.low < 0.0;
   switch (text.unit) {

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "functions/describe.h"
+#include "functions/nearest.h"
 #include "host/excel_standin.h"
 
 namespace kestran {
@@ -15,11 +17,20 @@ void list_functions() {
   }
 }
 
+void tell_unknown(const std::string& name) {
+  std::fprintf(stderr, "kestran: there is no function %s%s\n", name.c_str(),
+               suggestion(nearest_function(name)).c_str());
+}
+
 bool describe_function(const std::string& name) {
   const Registration* const function = find_function(name);
   if (function == nullptr) {
-    std::fprintf(stderr, "There is no function %s.\n", name.c_str());
+    tell_unknown(name);
     return false;
+  }
+  if (const Function* known = find_in_catalogue(name.c_str())) {
+    std::fputs(description(*known).c_str(), stdout);
+    return true;
   }
   std::printf("%s(%s)\n", registered_name(*function).c_str(),
               registered_text(*function, argument_names_text).c_str());

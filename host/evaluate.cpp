@@ -170,6 +170,25 @@ Value call_function(const std::string& name, const Value* given, std::size_t cou
   return value;
 }
 
+// What a line leaves behind beside its value.
+struct Trace {
+  std::string unknown_function;
+  std::vector<Call>* calls;
+};
+
+Value call_traced(const std::string& name, const Value* given, std::size_t count, Trace& trace) {
+  if (find_function(name) == nullptr) trace.unknown_function = name;
+  Value value = call_function(name, given, count);
+  if (trace.calls == nullptr) return value;
+  Call call;
+  call.name = name;
+  for (std::size_t i = 0; i < count; ++i)
+    call.given.push_back(given[i].cells == nullptr ? Block{0, 0, {given[i].scalar}} : *given[i].cells);
+  call.answer = value.cells == nullptr ? value.scalar : value.cells->cells[0];
+  trace.calls->push_back(std::move(call));
+  return value;
+}
+
 // Puts a range on a sheet; gives its number, counted from 1, or 0 where it fits on none.
 std::size_t lay_out(const std::shared_ptr<const Block>& block) {
   auto& sheets = standin().sheets;
@@ -179,7 +198,7 @@ std::size_t lay_out(const std::shared_ptr<const Block>& block) {
 }
 
 // Does one step with the operands on the stack.
-void do_step(Step& step, std::vector<Value>& stack) {
+void do_step(Step& step, std::vector<Value>& stack, Trace& trace) {
   switch (step.operation) {
     case Operation::scalar:
       stack.push_back(of_scalar(std::move(step.scalar)));
@@ -198,7 +217,7 @@ void do_step(Step& step, std::vector<Value>& stack) {
       break;
     case Operation::call: {
       const std::size_t first = stack.size() - step.count;
-      Value value = call_function(step.scalar.text, stack.data() + first, step.count);
+      Value value = call_traced(step.scalar.text, stack.data() + first, step.count, trace);
       stack.resize(first);
       stack.push_back(std::move(value));
       break;
@@ -226,17 +245,18 @@ const char out_of_memory_text[] = "#MEMORY!";
 
 namespace {
 
-Evaluation evaluate(std::string_view line) {
+Evaluation evaluate(std::string_view line, std::vector<Call>* calls) {
   std::vector<Value> stack;
+  Trace trace{{}, calls};
   stack.reserve(usual_operands);
   const Unreadable unreadable =
-      read_formula(line, declared_arguments, [&stack](Step& step) { do_step(step, stack); });
+      read_formula(line, declared_arguments, [&](Step& step) { do_step(step, stack, trace); });
   if (unreadable.column != 0)
     return {"#SYNTAX! column " + std::to_string(unreadable.column) + ": expected " + unreadable.expected,
             false};
   const Value& value = stack.back();
   const Scalar& shown = value.cells == nullptr ? value.scalar : value.cells->cells[0];
-  Evaluation evaluation{printed(shown), true, shown.kind};
+  Evaluation evaluation{printed(shown), true, shown.kind, std::move(trace.unknown_function)};
   if (shown.kind == Kind::number && !std::isfinite(shown.number)) evaluation.kind = Kind::error;
   if (shown.kind == Kind::empty || shown.kind == Kind::missing) evaluation.kind = Kind::number;
   return evaluation;
@@ -244,12 +264,12 @@ Evaluation evaluate(std::string_view line) {
 
 }  // namespace
 
-Evaluation evaluate_line(std::string_view line) noexcept {
+Evaluation evaluate_line(std::string_view line, std::vector<Call>* calls) noexcept {
   Standin& excel = standin();
   excel.sheets.clear();
   excel.out_of_memory = false;
   try {
-    Evaluation evaluation = evaluate(line);
+    Evaluation evaluation = evaluate(line, calls);
     if (!excel.out_of_memory) return evaluation;
   } catch (const std::exception&) {
     // No memory, or what was asked for is more than there are addresses.

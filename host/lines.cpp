@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/byte_streams.h"
+#include "host/describe.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
 
@@ -82,6 +83,7 @@ void print_answer(std::string_view formula, const Evaluation& evaluation, Format
     print(evaluation.text);
     print("\n");
   }
+  if (!evaluation.unknown_function.empty()) tell_unknown(evaluation.unknown_function);
   outcome.error = outcome.error || evaluation.kind == Kind::error;
   outcome.unreadable = outcome.unreadable || !evaluation.readable;
   report(outcome);

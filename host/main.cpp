@@ -10,6 +10,7 @@
 #include "host/excel_standin.h"
 #include "host/library.h"
 #include "host/lines.h"
+#include "host/price_book.h"
 #include "host/prompt.h"
 
 namespace kestran {
@@ -23,6 +24,7 @@ constexpr int addin_at_fault = 3;
 
 constexpr char about[] =
     "Works out worksheet formulas with the functions of an option pricing add-in.\n\n"
+    "kestran price --help tells how to price a file of deals.\n\n"
     "Each FORMULA is answered with one line. Without any, formulas are read from the input, one a\n"
     "line; blank lines and lines that start with # give blank lines. Ranges of cells are written in\n"
     "braces: {1,2;3,4}. A formula may begin with a sign: -2^2. All after -- are formulas.\n"
@@ -35,6 +37,7 @@ struct Settings {
   bool json = false;
   bool strict = false;
   std::string described;
+  std::vector<std::string> explained;
   std::string library;
   std::vector<std::string> formulas;
 };
@@ -79,6 +82,12 @@ bool read_arguments(int argument_count, char** arguments, Settings& settings, in
   };
   add_flag("--list", settings.list, "List all functions: name, arguments and description, separated by tabs");
   app.add_option("--describe", settings.described, "Describe one function")->type_name("NAME");
+  app.add_option(
+         "--explain", settings.explained,
+         "Tell how each argument of a formula is understood, what is refused and what looks like a slip")
+      ->type_name("FORMULA")
+      ->type_size(1)
+      ->allow_extra_args(false);
   add_flag("--json", settings.json, "Answer with a JSON object a line: formula, value and error");
   add_flag("--strict", settings.strict, "Exit with 1 when an answer is an error");
   app.add_option("--library", settings.library, "The add-in to load instead of the one beside this program")
@@ -97,8 +106,52 @@ bool read_arguments(int argument_count, char** arguments, Settings& settings, in
   return true;
 }
 
+// kestran price: the rest of the arguments are its options.
+int run_price(int argument_count, char** arguments) {
+  CLI::App app(
+      "Prices a file of deals: comma-separated values whose header names the arguments of the function, in "
+      "any\n"
+      "order and case. RetType may be left out; other columns pass through; a range is one cell, 20;21;22, "
+      "a\n"
+      "matrix 1;0.5|0.5;1. Each row gets its results and, where it is refused, the reason in a column "
+      "Error.\n"
+      "Exit status: 0; 1 when the output could not be written or, with --strict, a row was refused; 2 when "
+      "the\n"
+      "input or an option cannot be used.",
+      "kestran price");
+  PriceOptions options;
+  bool no_header_out = false;
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.add_option("--function", options.function,
+                 "The function; without it a column Function names each row's")
+      ->type_name("NAME");
+  app.add_option("--input", options.input, "Read from this file instead of the standard input")
+      ->type_name("FILE");
+  app.add_option("--output", options.output, "Write to this file, which appears once it is complete")
+      ->type_name("FILE");
+  app.add_option("--results", options.results, "Results wanted, such as premium,delta, or all")
+      ->type_name("NAMES");
+  app.add_option("--threads", options.threads, "How many threads price")
+      ->type_name("N")
+      ->check(CLI::Range(1, 256));
+  app.add_option("--delimiter", options.delimiter, "What stands between fields: a character, or tab")
+      ->type_name("C");
+  app.add_flag("--no-header-out", no_header_out, "Write no header")->disable_flag_override();
+  app.add_flag("--strict", options.strict, "Exit with 1 when a row was refused")->disable_flag_override();
+  app.allow_windows_style_options(false);
+  try {
+    app.parse(argument_count, arguments);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? all_well : not_readable;
+  }
+  options.header_out = !no_header_out;
+  return price_book(options);
+}
+
 int run(int argument_count, char** arguments) {
   use_binary_streams();
+  if (argument_count > 1 && std::string(arguments[1]) == "price")
+    return run_price(argument_count - 1, arguments + 1);
   Settings settings;
   int status = all_well;
   if (!read_arguments(argument_count, arguments, settings, status)) return status;
@@ -113,8 +166,9 @@ int run(int argument_count, char** arguments) {
   const Format format = settings.json ? Format::json : Format::plain;
   if (settings.list) list_functions();
   if (settings.describe) outcome.unreadable = !describe_function(settings.described);
+  for (const std::string& formula : settings.explained) explain_formula(formula, outcome);
   for (const std::string& formula : settings.formulas) answer(formula, format, outcome);
-  if (!settings.list && !settings.describe && settings.formulas.empty()) {
+  if (!settings.list && !settings.describe && settings.explained.empty() && settings.formulas.empty()) {
     input_is_terminal() ? prompt(format, outcome) : answer_lines(format, outcome);
   }
   unload_addin();
