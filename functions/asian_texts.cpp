@@ -217,8 +217,9 @@ constexpr char fast_accuracy[] =
     "3e-5 of Price at V = 0.1, 3e-4 at 0.4 and 3.3e-3 at 1; a put on 250, which has no correction, "
     "within 8e-5, 1.3e-3 and 7e-3. Above V = 0.4, and for puts from 0.16, use AGC.";
 constexpr char spread_accuracy[] =
-    "Too high, for calls near the money, by up to 0.1 % of the premium at a volatility times the root of "
-    "the years of 0.12, 0.3 % at 0.2, 0.8 % at 0.3, 2 % at 0.5 and 5 % at 0.8.";
+    "As a share of the premium at the money mostly within 0.25 % for a volatility times the root of the "
+    "years "
+    "up to 0.12, 0.6 % up to 0.3 and 1.2 % up to 0.8; at most 0.6, 1.4 and 4 %.";
 
 constexpr FunctionText functions[] = {
     {"ASN", "average-price option, fast approximation; times in years",

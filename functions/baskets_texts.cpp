@@ -186,9 +186,9 @@ constexpr FunctionText functions[] = {
      "lognormal "
      "variable, their correlation from the expected product, and the engine of SPRDOPT.",
      pplus_arguments, pplus_results,
-     "Within 0.1 % of the premium where the components of a basket are closely correlated; not for loosely "
-     "correlated "
-     "components that move much.",
+     "As a share of the premium at the money mostly within 0.45 % for a volatility times the root of the "
+     "years "
+     "up to 0.3, 0.9 % up to 0.5 and 2.2 % up to 0.8; at most 0.9, 1.8 and 7 %.",
      "SPRDOPT, BASVOLT, BASCORR",
      "=PPLUS(60,62,50,51,20,10,30%,28%,35%,33%,0.95,0.97,0.85,0.84,0.83,0.86,8,5%,0.5,1,0,1,1)"},
 };

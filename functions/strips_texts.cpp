@@ -342,9 +342,7 @@ constexpr FunctionText functions[] = {
      "average is taken "
      "as one lognormal variable with a linearised variance (compare Levy 1992).",
      astrip_arguments, astrip_results,
-     "Calls near the money on strips of two to twelve months at 30 to 60 % lay between 0.3 % above and 1.3 % "
-     "below a "
-     "simulation.",
+     "As a share of the premium at the money mostly within 1.5 %, between 2.2 % too low and 1.3 % too high.",
      "ASTRIPMV, ASTRIP2m, AdjASTRIP2m, ASN",
      "=ASTRIP({20,21,22,21.5},{0.4,0.35,0.3,0.28},{0.08,0.17,0.25,0.33},{0.16,0.24,0.32,0.4},{21,20,22,19},0,"
      "21,5%,0.9,"
@@ -353,7 +351,7 @@ constexpr FunctionText functions[] = {
      "Option on the average of daily fixings across a strip of delivery months, in which a fixing counts by "
      "its month's "
      "daily volume.",
-     astripmv_arguments, astripmv_results, "A few per cent below a simulation with uneven volumes.", "ASTRIP",
+     astripmv_arguments, astripmv_results, "As ASTRIP; with uneven volumes up to 3.4 % too low.", "ASTRIP",
      "=ASTRIPMV({20,21,22},{0.4,0.35,0.3},{1000,1500,500},{0.08,0.17,0.25},{0.16,0.24,0.32},{21,20,22},0,21,"
      "5%,0.9,0,"
      "0.34,1,0,1)"},
@@ -361,7 +359,8 @@ constexpr FunctionText functions[] = {
      "Option on the average of daily fixings over two contracts, taken as one lognormal variable with a "
      "linearised "
      "variance.",
-     astrip2m_arguments, astrip_results, "Low at high volatility; AdjASTRIP2m is the better one.",
+     astrip2m_arguments, astrip_results,
+     "Mostly within 1.2 % of the premium at the money, up to 2.1 % too low; AdjASTRIP2m is the better one.",
      "AdjASTRIP2m, xCrudeAPO, ASTRIP",
      "=ASTRIP2m(25,25.5,35%,33%,40/365.25,60/365.25,59/365.25,70/365.25,14,8,0,25,5%,0.98,0,75/"
      "365.25,1,0,1)"},
@@ -370,7 +369,7 @@ constexpr FunctionText functions[] = {
      "within: the "
      "lognormal variable with the exact first two moments (compare Turnbull and Wakeman 1991, Levy 1992).",
      adjastrip2m_arguments, two_contract_results,
-     "Below 0.2 % of the premium from simulations at 30 to 60 %, averaged over one to three months.",
+     "As a share of the premium at the money mostly within 1 %, between 1.4 % too low and 2.2 % too high.",
      "xCrudeAPO, ASTRIP2m",
      "=AdjASTRIP2m(25,25.5,35%,33%,45%,40%,40/365.25,60/365.25,59/365.25,70/365.25,14,8,0,25,5%,0.98,0,75/"
      "365.25,1,0,1)"},

@@ -26,7 +26,7 @@ namespace kestran {
 /// the discrete average (the average-price equation solved numerically), S/K from 0.7 to 1.5, t1/T from 0 to
 /// 0.95:
 ///   sigma sqrt(T)           0.1      0.16     0.25     0.4      0.63     1        1.6      2.5
-///   call, 250 fixings       2e-5     4e-5     6e-5     1.5e-4   5e-4     2.5e-3   1.3e-2   6.5e-2
+///   call, 250 fixings       2e-5     4e-5     6e-5     1.6e-4   6e-4     2.5e-3   1.3e-2   6.7e-2
 ///   call,  21 fixings       3e-5     5e-5     1.2e-4   3e-4     9e-4     3.3e-3   1.5e-2   7e-2
 ///   call,   5 fixings       6e-5     1.6e-4   4e-4     1e-3     2.5e-3   7e-3     2.3e-2   8e-2
 ///   put,  250 fixings       8e-5     2e-4     5e-4     1.3e-3   3.3e-3   7e-3     1.6e-2   3.4e-2

@@ -41,7 +41,7 @@ enum class GeoCondResult : int {
 ///   sigma sqrt(T)           0.04     0.1      0.25     0.4      0.63     1        1.6      2.5
 ///   r = q                   4e-7     1.4e-6   1.4e-5   6e-5     2.3e-4   9e-4     3.5e-3   1.5e-2
 ///   |r - q| = 0.05          9e-5     4.5e-5   6e-5     1.4e-4   3.5e-4   9e-4     3.6e-3   1.8e-2
-///   |r - q| = 0.1           1.6e-3   7e-4     4.5e-4   6e-4     1e-3     1.7e-3   5e-3     2.5e-2
+///   |r - q| = 0.1           1.8e-3   8e-4     4.5e-4   6e-4     1e-3     1.7e-3   5e-3     2.5e-2
 /// With r away from q the error comes from a drift that is not scaled by time. A sigma2 of 1.5 times sigma1
 /// doubles or triples the error; from about sigma sqrt(T) = 2.5 on the price is no longer usable. Neither is
 /// it for a strike many times the price, as fixings made can leave it near the end of averaging (from about 8

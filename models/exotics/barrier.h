@@ -29,7 +29,7 @@ enum class BarrierResult : int {
 /// European option.
 ///
 /// The error of cnorm is multiplied by powers of H / S that grow as the volatility falls: for S = 100 up to
-/// 5e-5 at 20 %, 6e-4 at 10 %, 5e-3 at 5 % and 2e-2 at 3 %; at about 1 % and below a far barrier can make a
+/// 6e-5 at 20 %, 1e-3 at 10 %, 1e-2 at 5 % and 2e-2 at 3 %; at about 1 % and below a far barrier can make a
 /// power infinite and the price not a number.
 double barrier_price(double S, double K, double sigma, double r, double q, double days, double H, double R,
                      int OptType, int KnockType);

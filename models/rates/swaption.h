@@ -9,10 +9,10 @@ struct SwaptionRecord {
   double price = 0.0;
   double vega = 0.0;       // per 1.00 of Swapvol
   double rate_sens = 0.0;  // all zero rates moving together, the average forward held
-  double theta = 0.0;      // change of value per year as time passes
+  double theta = 0.0;      // change of value per year as time passes, the average forward held
   double* delta_by_period = nullptr;
   double* gamma_by_period = nullptr;  // change of the period's delta as the average forward rises by 1.00
-  double* decay_by_period = nullptr;  // change of the period's delta per year as time passes
+  double* decay_by_period = nullptr;  // change of the period's delta per year as time passes, see below
   double* vanna_by_period = nullptr;  // change of the period's delta with Swapvol
 };
 
@@ -33,8 +33,15 @@ double log1p_half(double x);
 /// call. IntRt discounts semi-annually in the scale of the result and stands unchanged for the continuous
 /// rate and yield of Black's formula: intended.
 ///
-/// Nothing is checked: a period of quantity 0 has results per period that are no numbers, Expiry = 0 leaves
-/// the intrinsic value but a gamma and theta that are no numbers, and a total quantity of 0 makes the
+/// The decay of a period's delta takes the average of the zero rates, weighted like the forwards, for the
+/// period's own: exact where the rates are equal, and for the sum over all periods weighted with quantity; of
+/// one period it is too low by its delta times the difference of ln(1 + rate/2) from the average, doubled.
+/// With forwards 3 % and rates up to 1 % apart, holding the average forward costs 0.5 % in the rate
+/// sensitivity (5 % in one case of 20) and 0.02 % (0.3 %) in theta.
+///
+/// Nothing is checked: a period of quantity 0 has results per period that are no numbers. Expiry = 0 or
+/// Swapvol = 0 leave the intrinsic value, delta and its decay, and a gamma, vanna and theta that are no
+/// numbers; at the money no result is one, nor at a negative Expiry. A total quantity of 0 makes the
 /// whole-strip results not finite. n < 1 or a lack of memory: every result is not a number.
 void swaption_model(const double* Fwd, const double* Qty, const double* Swaptime, const double* Rates,
                     double Swapvol, double Strike, double IntRt, double Expiry, int n, int Opttype,

@@ -28,9 +28,12 @@ struct AsianStrip {
 /// variance linearised (compare the full match of moments of Levy 1992): month i has the deviation n sigma F
 /// sqrt(Next + (End - Next)(n - 0.5) / (3 n)) and is correlated with an earlier month j by rho sqrt(End(j) /
 /// End(i)). Fixings made move the strike. The premium at the last fixing is carried to the payment at r,
-/// before it as well as after it. Calls near the money on strips of two to twelve months at volatilities of
-/// 30 to 60 % lay within 0.3 % above and 1.3 % below a simulation of the fixings, with uneven volumes up to
-/// 1.7 % below.
+/// before it as well as after it.
+///
+/// Error against simulations of the fixings (tools/measure-accuracy: 2 to 12 months, volatilities of 10 to
+/// 100 %, price / strike 0.7 to 1.4), as a share of the premium at the money: half of the deals within 0.4 %,
+/// 95 % within 1.5 %, all from 2.2 % below to 1.3 % above; with volumes that differ up to five times from
+/// 3.4 % below to 1.5 % above.
 ///
 /// With nothing left to fix the result is the payoff of the settled average, the last month's price
 /// standing for fixings that are missing; with an average set so high that the call cannot end worthless, the
@@ -38,16 +41,20 @@ struct AsianStrip {
 /// discounted and the latter is 0. Fixings without volume leave nothing to fix.
 ///
 /// Nothing is checked: a month without fixings or a last fixing at End = 0 give not a number where they
-/// enter, and so do L < 1, m < 0, no volume at all and a lack of memory. Prices that are not positive give
-/// what the arithmetic gives, or with positive_prices not a number while a month priced below 0 has fixings
-/// to come that count; a price of 0 stays 0, and a month without volume is not looked at.
+/// enter, and so do L < 1, m < 0, no volume at all and a lack of memory, and a rho that makes the variance
+/// negative: for three equal months from -0.85 (the first fixing today) or -0.52 (in a year) down, for twelve
+/// from -0.14 or -0.10. Above that and below -1 / (L - 1), where no such correlations exist, the result is a
+/// number all the same. Prices that are not positive give what the arithmetic gives, or with positive_prices
+/// not a number while a month priced below 0 has fixings to come that count; a price of 0 stays 0, and a
+/// month without volume is not looked at.
 double asian_strip_price(const AsianStrip& strip);
 
 /// Premium or sensitivities by repricing with small moves (h is 0.0001 of the mean of the L prices):
 ///   0 premium
 ///   1 delta of each month: its price up by h
 ///   2 change of each month's delta as all prices rise by h, per 1.00 of price
-///   3 vega of each month, per 1.00 of volatility: its volatility up by 0.01 %
+///   3 vega of each month, per 1.00 of volatility: its volatility up by 0.01 % (not a number for none, nor is
+///     result 9)
 ///   4 rho: rate up by 0.0001, per 1.00 of rate
 ///   5 theta per year from one calendar day, with today's fixing made at its month's price when one is due
 ///   6 theta per year from one calendar day, time passing only

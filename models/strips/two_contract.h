@@ -29,8 +29,13 @@ struct TwoContracts {
 /// Premium of the option. The average of the outstanding fixings, spread evenly over each contract's dates
 /// (or, with one_period, over both contracts' together), is taken as the lognormal variable with its exact
 /// first two moments (compare Turnbull and Wakeman 1991, Levy 1992); fixings made move the strike. The
-/// premium at the last fixing is carried to the payment at r. Against simulations of the fixings at
-/// volatilities of 30 to 60 %, averaged over one to three months, the error was below 0.2 % of the premium.
+/// premium at the last fixing is carried to the payment at r.
+///
+/// Error against simulations of the fixings (tools/measure-accuracy: averaging over the last two to fifteen
+/// weeks, sigma_within 0.8 to 1.5 times sigma_before, price / strike 0.7 to 1.4), as a share of the premium
+/// at the money: half of the deals within 0.08 %; 95 % of them within 0.4 % at sigma sqrt(T) up to 0.12 and
+/// within 1 % above, to 0.8; the largest from 1.4 % below to 2.2 % above, and to 3 %
+/// where volatilities exceed 100 %.
 ///
 /// With nothing left to fix the result is the payoff of the settled average, and with an average set so high
 /// that the call cannot end worthless, that of the expected average: discounted over ToExp unless that is
