@@ -14,14 +14,17 @@ set_up_wine() { [ -z "${get_wine-}" ] || tools/get-wine.sh "${WINE%/bin/wine}"; 
 # Wine's server lives as long as a program is there: one that waits for its input to end keeps it up until this shell
 # ends, however that comes. The lock keeps another run from setting Wine up anew meanwhile.
 hold_wine() {
-  local try word
+  local try word input=$run/wine.in output=$run/wine.out
   mkdir -p "$cache/wine"
   for try in 1 2 3; do
-    coproc WINE_HOLDER { exec flock -s -o "$cache/wine/.lock" "$WINE" cmd /c 'echo up&set /p x=' 2>/dev/null; }
-    # shellcheck disable=SC2153
-    if read -r word <&"${WINE_HOLDER[0]}" && [ "${word%$'\r'}" = up ]; then return 0; fi
+    rm -f "$input" "$output"
+    mkfifo "$input" "$output" || return
+    flock -s -o "$cache/wine/.lock" "$WINE" cmd /c 'echo up&set /p x=' <"$input" >"$output" 2>/dev/null &
+    exec 7>"$input" 6<"$output"
+    if read -r word <&6 && [ "${word%$'\r'}" = up ]; then return 0; fi
     echo "Wine did not start at try $try" | tee -a "$run/notes"
-    wait "$WINE_HOLDER_PID" 2>/dev/null
+    exec 7>&-
+    wait $!
   done
   return 1
 }
@@ -34,5 +37,5 @@ windows_suite() {  # PRESET
   fi
   step "$1: tests" run "$1"
   once 'linux: command' build linux kestran &&
-    step "$1: same output as Linux" same_output "build/$1" "$KESTRAN_WINE" "build/$1/bin/kestran.exe"
+    step "$1: same output as Linux" same_output "build/$1" timeout 900 "$KESTRAN_WINE" "build/$1/bin/kestran.exe"
 }

@@ -1,15 +1,16 @@
 #!/bin/bash
 # run-windows.sh PROGRAM.EXE ARGUMENT...: runs a Windows program under the Wine that WINE names. One that dies before its
 # first line, as happens when Wine's server goes away, is started once more; that is said on standard error and in the
-# file KESTRAN_WINE_NOTES. A second death is a failure, whatever the exit code was. For standard input to be read from
-# its beginning again, it must be a file.
+# file KESTRAN_WINE_NOTES. A second death is a failure, whatever the exit code was. Only a standard input that is a file is
+# read from its beginning again.
 set -uo pipefail
 output=$(mktemp)
 trap 'rm -f "$output"' EXIT
-[ -f /dev/stdin ] || exec </dev/null
+
+start() { if [ -f /dev/stdin ] && [ -r /dev/stdin ]; then "$WINE" "$@" </dev/stdin; else "$WINE" "$@"; fi; }
 
 for try in 1 2; do
-  "$WINE" "$@" </dev/stdin | tee "$output"
+  start "$@" | tee "$output"
   code=${PIPESTATUS[0]}
   [ ! -s "$output" ] || exit "$code"
   [ $try = 1 ] || break
