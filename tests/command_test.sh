@@ -88,9 +88,9 @@ if [ -z "$sanitized" ]; then
   repeat() { head -c "$1" /dev/zero | sed "s/\\x0/$2/g"; }  # TIMES TEXT
   (
     ulimit -v 40000
-    same 'a sum of 4 MB' $'2000001\n2\nstatus 0' "$( (printf =1; repeat 2000000 +1; echo; echo 1+1) | "$kestran"; echo "status $?")"
+    same 'a sum of 4 MB' $'2000001\n2\nstatus 0' "$( (printf '=1'; repeat 2000000 +1; echo; echo 1+1) | "$kestran"; echo "status $?")"
     same 'a call of 4 MB' $'#NAME?\n2\nstatus 0' "$( (printf 'nobody('; repeat 4000000 ,; echo ')'; echo 1+1) | "$kestran"; echo "status $?")"
-    same 'a range of 4 MB' $'#MEMORY!\n2\nstatus 2' "$( (printf {; repeat 2000 "$(repeat 999 1,)1;"; echo '}'; echo 1+1) | "$kestran"; echo "status $?")"
+    same 'a range of 4 MB' $'#MEMORY!\n2\nstatus 2' "$( (printf '{'; repeat 2000 "$(repeat 999 1,)1;"; echo '}'; echo 1+1) | "$kestran"; echo "status $?")"
     same 'a line of 64 MB' $'#MEMORY!\n2\nstatus 2' "$( (head -c 64000000 /dev/zero; echo; echo 1+1) | "$kestran"; echo "status $?")"
     exit $failed
   ) || failed=1

@@ -1,8 +1,6 @@
 #!/bin/bash
 # get-wine.sh TARGET: leaves TARGET/bin/wine, a command that runs 32-bit and 64-bit Windows programs without a display.
 #   TARGET/bin/wine PROGRAM.EXE ARGUMENT...
-#   TARGET/bin/wine server --keep     keeps Wine's server up between programs, which saves seconds for each
-#   TARGET/bin/wine server --stop
 # It needs no root and changes nothing of the system: 64-bit Wine and only the 32-bit Windows libraries of the same
 # version are unpacked under TARGET from Debian's packages; 64-bit Wine runs 32-bit programs with them, so that no
 # 32-bit Linux library is needed. Does nothing when TARGET already works.
@@ -11,22 +9,27 @@ unset WINEPREFIX WINEDEBUG WINEDLLOVERRIDES WINEARCH WINEDLLPATH WINELOADER WINE
 [ $# = 1 ] || { echo "usage: $0 TARGET" >&2; exit 2; }
 mkdir -p "$1"
 target=$(cd "$1" && pwd)
+# A shared lock on this file, which who uses Wine may hold as well, keeps Wine from being set up anew.
 exec 8>"$target/.lock"
-flock 8
 
 # Each kind of program must give its own exit code back: a Wine without 32-bit support exits with 0 and runs nothing.
+# The time limit is for one that hangs.
 runs() {  # SYSTEM-FOLDER
   local code=0
-  timeout 60 "$target/bin/wine" "C:\\windows\\$1\\cmd.exe" /c 'exit 42' >/dev/null 2>&1 8>&- || code=$?
+  timeout 300 "$target/bin/wine" "C:\\windows\\$1\\cmd.exe" /c 'exit 42' >/dev/null 2>&1 8>&- || code=$?
   [ $code = 42 ]
 }
 
+# A program that meets a server about to leave dies; the next try starts a new server.
 works() {
-  [ -x "$target/bin/wine" ] || return 1
-  [ -d "$target/prefix" ] || timeout 180 "$target/bin/wine" wineboot -i >/dev/null 2>&1 8>&- || return 1
-  runs syswow64 && runs system32
+  [ -x "$target/bin/wine" ] && [ -d "$target/prefix" ] || return 1
+  local kind
+  for kind in syswow64 system32; do runs $kind || runs $kind || return 1; done
 }
 
+flock -s 8
+if works; then exit 0; fi
+flock 8
 if works; then exit 0; fi
 
 (cd "$target" && rm -rf usr lib bin prefix work)
@@ -58,7 +61,8 @@ needed=("libwine:i386=$version" "libwine:amd64=$version" "wine64:amd64=$version"
 ls /usr/lib/*/libunwind.so.8 >/dev/null 2>&1 || needed+=(libunwind8:amd64)
 (cd "$work/packages" && apt-get -q download "${needed[@]}" >/dev/null)
 
-unpack() { dpkg-deb --fsys-tarfile "$work/packages/"$1 | tar -x -C "$2" --no-same-owner --wildcards "${@:3}"; }
+# shellcheck disable=SC2086  # the name is a pattern
+unpack() { dpkg-deb --fsys-tarfile "$work"/packages/$1 | tar -x -C "$2" --no-same-owner --wildcards "${@:3}"; }
 unpack 'wine64_*_amd64.deb' "$target" './usr/lib/wine/*'
 unpack 'libwine_*_amd64.deb' "$target" './usr/lib/x86_64-linux-gnu/wine/*' './usr/share/wine/*'
 unpack 'libwine_*_i386.deb' "$work" './usr/lib/i386-linux-gnu/wine/i386-windows/*'
@@ -89,7 +93,7 @@ for kind in i686:i386 x86_64:x86_64; do
   strip=${kind%:*}-w64-mingw32-objcopy
   command -v "$strip" >/dev/null || continue
   find "$libraries/${kind#*:}-windows" -type f -name '*.dll' ! -name zlib1.dll -print0 |
-    xargs -0 -r -n 1 -P 2 $strip --strip-debug --file-alignment=4096 2>/dev/null || true
+    xargs -0 -r -n 1 -P 2 "$strip" --strip-debug --file-alignment=4096 2>/dev/null || true
 done
 rm -rf "$work"
 unset APT_CONFIG
@@ -102,11 +106,8 @@ export WINEPREFIX="$target/prefix" WINEDEBUG="\${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES="\${WINEDLLOVERRIDES:-mscoree,mshtml,winhlp32.exe=}"
 export WINELOADER="$target/usr/lib/wine/wine64" WINESERVER="$target/usr/lib/wine/wineserver64"
 export LD_LIBRARY_PATH="$target/lib\${LD_LIBRARY_PATH:+:\$LD_LIBRARY_PATH}"
-case "\$1 \${2-}" in
-  "server --keep") "\$WINESERVER" -p120; exec "\$WINELOADER" cmd /c exit 2>/dev/null ;;
-  "server --stop") exec "\$WINESERVER" -k ;;
-esac
 exec "\$WINELOADER" "\$@"
 WRAPPER
 chmod +x "$target/bin/wine"
+timeout 600 "$target/bin/wine" wineboot -i >/dev/null 2>&1 8>&- || true
 works || { echo "the unpacked wine does not run 32-bit and 64-bit programs here" >&2; exit 1; }

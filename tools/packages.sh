@@ -1,30 +1,87 @@
 # shellcheck shell=sh
-# Sourced by the scripts at the root: makes sure that Debian packages are installed.
+# Sourced by the scripts at the root: makes sure that Debian packages are installed, or what they bring is there from
+# elsewhere.
+#
+# A package is written NAME or NAME=THING. THING is what tells that it is there: a command, a header (CLI/CLI.hpp) or an
+# absolute path; without it, the command of the package's name.
 
-# require_packages NAME...: installs what is missing; as root, or through sudo. Where neither is possible, prints the
-# one line to run and fails. Silent when everything is there.
+# What the command and the add-in are built with.
+# shellcheck disable=SC2034
+build_packages='g++ cmake ninja-build=ninja libcli11-dev=CLI/CLI.hpp libedit-dev=editline/readline.h'
+
+# has_package PACKAGE
+has_package() {
+  case ${1#*=} in
+    /*) [ -e "${1#*=}" ] && return 0 ;;
+    *.h | *.hpp) printf '#if !__has_include(<%s>)\n#error\n#endif\n' "${1#*=}" | g++ -x c++ -E - >/dev/null 2>&1 && return 0 ;;
+    *) command -v "${1#*=}" >/dev/null && return 0 ;;
+  esac
+  case $(dpkg-query -W -f '${db:Status-Abbrev}' "${1%%=*}" 2>/dev/null) in
+    ii*) return 0 ;;
+  esac
+  return 1
+}
+
+# has_packages PACKAGE...: whether all of them are there.
+has_packages() {
+  for package in "$@"; do
+    has_package "$package" || return 1
+  done
+}
+
+# require_packages PACKAGE...: installs what is missing, as root or through sudo. Where that cannot be, says what is
+# missing and fails. Silent when everything is there.
 require_packages() {
   missing=
   for package in "$@"; do
-    case $(dpkg-query -W -f '${db:Status-Abbrev}' "$package" 2>/dev/null) in
-      ii*) ;;
-      *) missing="$missing $package" ;;
-    esac
+    has_package "$package" || missing="$missing ${package%%=*}"
   done
   [ -n "$missing" ] || return 0
 
+  if ! command -v apt-get >/dev/null; then
+    echo "kestran: not found, and there is no apt-get to install it; by Debian's names:$missing" >&2
+    return 1
+  fi
   as_root=
   if [ "$(id -u)" -ne 0 ]; then
-    as_root=sudo
-    if ! command -v sudo >/dev/null || { [ ! -t 0 ] && ! sudo -n true 2>/dev/null; }; then
-      echo "kestran: these packages are needed; install them with:" >&2
+    if ! command -v sudo >/dev/null; then
+      echo "kestran: these packages are needed; as root, run" >&2
+      echo "  apt-get update && apt-get install --no-install-recommends -y$missing" >&2
+      return 1
+    fi
+    # sudo asks for a password on the terminal.
+    if [ ! -t 2 ] && ! sudo -n true 2>/dev/null; then
+      echo "kestran: these packages are needed; run" >&2
       echo "  sudo apt-get update && sudo apt-get install --no-install-recommends -y$missing" >&2
       return 1
     fi
+    as_root=sudo
   fi
-  echo "kestran: installing$missing" >&2
-  # A failed update may still leave lists that know the packages.
-  $as_root apt-get -q update >/dev/null 2>&1 || true
+
+  echo "kestran: installing$missing; a minute or two" >&2
+  apt_log=$(mktemp)
+  apt_code=0
+  apt_install >"$apt_log" 2>&1 </dev/null || apt_code=1
+  if [ $apt_code != 0 ]; then
+    tail -n 40 "$apt_log" >&2
+    echo "kestran: not installed:$missing" >&2
+  fi
+  rm -f "$apt_log"
+  return $apt_code
+}
+
+# Prints all that apt says.
+apt_install() {
+  set -- env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=600
+  # Unlike the installation, an update does not wait for another one that runs. One that fails may still leave lists
+  # that know the packages.
+  until update=$($as_root "$@" update 2>&1); do
+    case $update in
+      *'Could not get lock'*) sleep 2 ;;
+      *) break ;;
+    esac
+  done
+  echo "$update"
   # shellcheck disable=SC2086
-  $as_root env DEBIAN_FRONTEND=noninteractive apt-get -q install --no-install-recommends -y $missing >&2
+  $as_root "$@" install --no-install-recommends -y $missing
 }

@@ -13,8 +13,11 @@ cmake --install "$build" --component library --prefix "$work/prefix" >"$work/log
 compiled() {  # NAME OPTIONS...: configures, builds and runs both programs
   name=$1
   shift
-  cmake -S "$here" -B "$work/$name" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE="$flags" "$@" >"$work/log" &&
-    cmake --build "$work/$name" -j2 >"$work/log" || { cat "$work/log"; exit 1; }
+  if ! cmake -S "$here" -B "$work/$name" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE="$flags" "$@" >"$work/log" ||
+    ! cmake --build "$work/$name" -j2 >"$work/log"; then
+    cat "$work/log"
+    exit 1
+  fi
   "$work/$name/c_program" >"$work/$name.c"
   "$work/$name/cpp_program" >"$work/$name.cpp"
 }

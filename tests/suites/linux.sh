@@ -1,0 +1,13 @@
+# shellcheck shell=bash
+about='Linux: formatting, scripts, the command and the add-in'
+packages="$test_packages clang-format shellcheck"
+
+formatted() { sources '*.h' '*.cpp' | xargs -r clang-format --dry-run -Werror; }
+
+checked_scripts() { sources '*.sh' '*.bash' | xargs -r shellcheck -x run-tests kestran .ci/run bench/run; }
+
+run_suite() {
+  step 'format' formatted
+  step 'scripts' checked_scripts
+  step 'linux: build' build linux && step 'linux: tests' run linux
+}
