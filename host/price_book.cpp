@@ -63,16 +63,20 @@ struct Wanted {
 class Book {
  public:
   Book(const PriceOptions& book_options, char book_delimiter)
-      : options(book_options), delimiter(book_delimiter) {}
+      : options(book_options), delimiter(book_delimiter) {
+    if (options.function.empty()) return;
+    named = find_in_catalogue(options.function.c_str());
+    if (named == nullptr) throw Unusable{unknown_function(options.function)};
+  }
 
   /// Takes the header and gives the one to write.
   std::string read_header(std::string_view record) {
     std::string_view names = without_line_end(record);
     const std::string_view mark("\xEF\xBB\xBF");
-    std::string_view named = names;
-    if (named.substr(0, mark.size()) == mark) named.remove_prefix(mark.size());
+    std::string_view unmarked = names;
+    if (unmarked.substr(0, mark.size()) == mark) unmarked.remove_prefix(mark.size());
     std::vector<std::string_view> fields;
-    split_record(named, delimiter, fields);
+    split_record(unmarked, delimiter, fields);
     std::string room;
     for (std::string_view field : fields) header.push_back(lower_case(trimmed(field_text(field, room))));
     if (options.function.empty()) {
@@ -80,9 +84,7 @@ class Book {
       if (function_column < 0)
         throw Unusable{"give --function NAME, or a column Function that names each row's function"};
     } else {
-      const Function* function = find_in_catalogue(options.function.c_str());
-      if (function == nullptr) throw Unusable{unknown_function(options.function)};
-      one = plan_for(*function);
+      one = plan_for(*named);
       require_columns();
     }
     choose_results();
@@ -363,8 +365,9 @@ class Book {
   const PriceOptions& options;
   const char delimiter;
   std::vector<std::string> header;
+  const Function* named = nullptr;  // by --function
   int function_column = -1;
-  Plan one;  // of --function
+  Plan one;  // of that function
   Wanted wanted;
   std::vector<int> selectors;
 };
