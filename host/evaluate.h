@@ -40,9 +40,6 @@ Evaluation evaluate_line(std::string_view line, std::vector<Call>* calls = nullp
 /// Calls a worksheet function's entry point with as many records as it declares, at most 29.
 XLOPER* call_entry(void* entry, XLOPER* const* arguments, std::size_t count);
 
-/// A number in the shortest form that reads back as the same number; inf, -inf or nan.
-std::string printed_number(double number);
-
 /// What a cell shows for a value, on one line: an empty or missing one shows 0.
 std::string printed(const Scalar& scalar);
 

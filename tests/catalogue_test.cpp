@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "functions/describe.h"
 #include "functions/intake.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
@@ -42,7 +43,7 @@ struct Call {
     return price(*function, operands.data());
   }
   std::string formula() const {
-    const auto number = [](double value) { return std::isnan(value) ? "" : printed_number(value); };
+    const auto number = [](double value) { return std::isnan(value) ? "" : exact_number(value); };
     std::string text = function->name + std::string("(");
     for (const Given& one : given) {
       if (&one != given.data()) text += ',';
@@ -87,7 +88,7 @@ std::vector<Given> arguments_of(const std::string& formula) {
 }
 
 std::string shown(const Answer& answer) {
-  if (answer.is_number()) return printed_number(answer.number);
+  if (answer.is_number()) return exact_number(answer.number);
   return answer.error == missing_code ? "#ERR(65535)" : error_name(answer.error);
 }
 
@@ -188,7 +189,7 @@ TEST_F(Catalogue, GivesTheSameBitsUnderEveryProcessorState) {
     _mm_setcsr(usual | flush_to_zero | up);
     const XLOPER* result = call_entry(entry->entry, pointers.data(), pointers.size());
     _mm_setcsr(usual);
-    EXPECT_EQ(printed_number(result->value.number), expected) << formula;
+    EXPECT_EQ(exact_number(result->value.number), expected) << formula;
   }
 }
 
