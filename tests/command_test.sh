@@ -98,7 +98,7 @@ explain 'EURO(-100,"x",500%,0.02,25,46000,,12)+EURO(1)' 'refused: Strike is text
   'refused: RetType 12 is outside 0 to 8' 'warning: Price -100 is a negative price' 'warning: IntRt 5 is a rate of 500 %.*' \
   'warning: Vol 25 is a volatility of 2500 %.*' 'warning: ExpDays 46000 looks like a date.*' '#VALUE!'
 explain 'ASTRIP({20,21},{0.4,0.3},{0.1,0.2},{0.15,0.25},{21,40},22,20,0.05,1.2,0,0.3,1,0,1)' \
-  '  Price_rng    1 x 2 cells, 20 to 21, price' 'warning: Correl 1.2 .*' 'warning: Settles_rng 21 is more fixings than the .*'
+  '  Price_rng    1 x 2 cells, 20 to 21' 'warning: Correl 1.2 .*' 'warning: Settles_rng 21 is more fixings than the .*'
 explain '1+EURRO(2)' '#NAME?' '.*no function EURRO; did you mean EURO?'
 expect 1 '#NAME?\n' 'EURRO(1)' --strict
 grep -q 'did you mean EURO' "$folder/errors" || same 'a name that was meant' EURO "$(cat "$folder/errors")"
