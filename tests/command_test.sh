@@ -77,6 +77,19 @@ same 'unreadable input' 'status 2' "$("$kestran" </ 2>/dev/null; echo "status $?
 same 'output that cannot be written' 'status 1' "$("$kestran" 1 2>&1 >/dev/full | grep -v written; echo "status ${PIPESTATUS[0]}")"
 same 'no add-in' 'status 3' "$("$kestran" --library /none 1 2>/dev/null; echo "status $?")"
 
+# Books: a file is written whole or not at all, a device or a pipe as it comes, a link stays a link.
+book=$'Price,Strike,IntRt,Yield,Vol,ExpDays,OptType\n100,95,5%,2%,25%,90,1\n'
+same 'a book to a device' 'status 1' "$(printf %s "$book" | "$kestran" price --function EURO --output /dev/full 2>/dev/null; echo "status $?")"
+[ -c /dev/full ] || same /dev/full 'a device' 'none any more'
+mkdir "$folder/books"
+printf 'old\n' >"$folder/books/real.csv"
+ln -s real.csv "$folder/books/link.csv"
+same 'a book that cannot be used' 'status 2' "$(printf 'Price\n1\n' | "$kestran" price --function EURO --output "$folder/books/link.csv" 2>/dev/null; echo "status $?")"
+same 'the old book' 'old link.csv real.csv' "$(cat "$folder/books/real.csv") $(cd "$folder/books" && echo *)"
+printf %s "$book" | "$kestran" price --function EURO --output "$folder/books/link.csv"
+same 'a book over a link' "100,95,5%,2%,25%,90,1,$value, link.csv real.csv" \
+  "$(tail -n 1 "$folder/books/real.csv") $(cd "$folder/books" && echo *)"
+
 # What a function takes, what a call is understood to be, and names that were meant.
 "$kestran" --describe xamerb >"$folder/described"
 for words in '^xAMERB(Price, Strike' '^  ExpDays  .*(calendar days)$' 'Nsteps .*200 is a good choice' \
