@@ -92,13 +92,23 @@ bool answers(const Function& function, const ResultText& result) {
          (result.selector >= selector.lowest && result.selector <= selector.highest);
 }
 
-std::string choices(const ArgumentText& argument) {
+std::string choices(const Function& function, int i) {
+  const ArgumentText& argument = *text_of(function).arguments[i];
+  const Argument& taken = function.arguments[i];
+  const bool refuses = taken.kind == ParameterKind::selector;
   std::string text;
-  for (const Choice& choice : argument.choices)
+  int greatest = 0;
+  for (const Choice& choice : argument.choices) {
     text += (text.empty() ? "" : ", ") + std::to_string(choice.value) + " " + choice.meaning;
-  if (!text.empty() && argument.other_choices != nullptr)
-    text += ", any other number: " + std::string(argument.other_choices);
-  return text;
+    greatest = std::max(greatest, choice.value);
+  }
+  if (text.empty()) return text;
+  if (argument.other_choices != nullptr)
+    text += ", " +
+            (refuses ? std::to_string(greatest + 1) + " to " + std::to_string(taken.highest)
+                     : std::string("any other number")) +
+            ": " + argument.other_choices;
+  return refuses ? text + ", others refused" : text;
 }
 
 std::string description(const Function& function) {
@@ -112,7 +122,7 @@ std::string description(const Function& function) {
   for (int i = 0; i < function.argument_count; ++i) {
     const ArgumentText& argument = *about.arguments[i];
     std::string meaning = kind_of_range(function.arguments[i].kind) + argument.meaning;
-    if (argument.choices.count > 0) meaning += ": " + choices(argument);
+    if (argument.choices.count > 0) meaning += ": " + choices(function, i);
     if (argument.unit != Unit::selector) meaning += " (" + std::string(unit_name(argument.unit)) + ")";
     if (i == result_argument(function))
       meaning += ", 0 by default";

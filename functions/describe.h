@@ -16,8 +16,9 @@ std::string example_formula(const Function& function);
 /// Whether the function answers this result; a twin may answer fewer than its text lists.
 bool answers(const Function& function, const ResultText& result);
 
-/// What a selector's numbers mean: "0 put, 1 call, any other number: call". Empty without choices.
-std::string choices(const ArgumentText& argument);
+/// What a selector's numbers mean: "0 put, 1 call, any other number: call", or "..., others refused". Empty
+/// without choices.
+std::string choices(const Function& function, int argument);
 
 /// Signature, arguments, results, an example with its value and how far to trust it, in lines of plain text.
 std::string description(const Function& function);
