@@ -43,8 +43,8 @@ constexpr ArgumentText vol_spread{
     Unit::volatility, -0.1, 0.1};
 constexpr ArgumentText cap{"Cap", "strike of the cap", Unit::price, 15, 30};
 constexpr ArgumentText floor{"Floor", "strike of the floor", Unit::price, 15, 30};
-constexpr ArgumentText kept_steps{
-    "Tsteps", "kept for older sheets; the result does not depend on it", Unit::count, 1, 2000, 100};
+constexpr ArgumentText kept_steps{"Tsteps", "kept for older sheets; the result does not depend on it",
+                                  Unit::count, 1, 2000};
 constexpr Choice collar_types[] = {{0, "put: enter as the floor's buyer"},
                                    {1, "call: enter as the cap's buyer"}};
 constexpr ArgumentText collar_type{"OptType",    "call or put on the collar", Unit::selector, 0, 1, none,

@@ -106,10 +106,12 @@ constexpr ArgumentText monthly_vol_2{
 constexpr ArgumentText daily_vol_2{
     "Vol2d", "volatility of price 2 from the setting day on; 0 and less count as 0.00001", Unit::volatility,
     0.05, 2};
-constexpr ArgumentText monthly_correlation{"Correlm", "correlation of the two prices until the setting day",
-                                           Unit::correlation, -1, 1};
-constexpr ArgumentText daily_correlation{"Correld", "correlation of the two prices from the setting day on",
-                                         Unit::correlation, -1, 1};
+constexpr ArgumentText monthly_correlation{
+    "Correlm", "correlation of the two prices until the setting day; beyond -1 and 1 it counts as these",
+    Unit::correlation, -1, 1};
+constexpr ArgumentText daily_correlation{
+    "Correld", "correlation of the two prices from the setting day on; beyond -1 and 1 it counts as these",
+    Unit::correlation, -1, 1};
 constexpr ArgumentText spread_strike{
     "Strike",
     "reference price of the strike; while it is to be set that day's difference of prices takes its place",

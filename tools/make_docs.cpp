@@ -121,8 +121,7 @@ std::string reference(const FunctionText& text) {
       block +=
           std::to_string(result.selector) + (result.each == ResultText::of_period ? ", ..." : "") + " | ";
     block += quoted(result.name) + " | " + with_names_quoted(function, result.meaning) +
-             (result.each == ResultText::of_month ? "; of month, contract or period `RetMonth`" : "") +
-             " | " + result.unit + " |\n";
+             (result.each == ResultText::of_month ? "; for `RetMonth`" : "") + " | " + result.unit + " |\n";
   }
   return block;
 }
