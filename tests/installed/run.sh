@@ -47,7 +47,10 @@ export LD_LIBRARY_PATH
   cd "$work/page"
   eval "$(block sh)"
   ./prices | cmp - expected
-  cmake -S . -B build -DCMAKE_PREFIX_PATH="$work/prefix" >"$work/log" && cmake --build build >"$work/log" || { cat "$work/log"; exit 1; }
+  if ! cmake -S . -B build -DCMAKE_PREFIX_PATH="$work/prefix" >"$work/log" || ! cmake --build build >"$work/log"; then
+    cat "$work/log"
+    exit 1
+  fi
   build/prices | cmp - expected
   test "$(build/models)" = "$(head -n 1 expected)"
 )
