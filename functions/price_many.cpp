@@ -1,13 +1,6 @@
 #include "functions/price_many.h"
 
-#include <algorithm>
-#include <array>
-#if !defined(_WIN32)
-#include <system_error>
-#include <thread>
-#include <vector>
-#endif
-
+#include "functions/in_parts.h"
 #include "functions/processor_state.h"
 #include "functions/texts.h"
 
@@ -17,7 +10,7 @@ namespace {
 // One deal of numbers alone, under the usual processor state. Only scalar frames take this way.
 Answer price_numbers(const Function& function, const double* numbers) {
   for (int i = 0; i < function.argument_count; ++i)
-    if (numbers[i] != numbers[i]) return Answer::failure(missing_code, Reason::missing, i);
+    if (numbers[i] != numbers[i]) return price(function, numbers);
   return function.compute(numbers, nullptr);
 }
 
@@ -72,29 +65,7 @@ struct Book {
 void price_many(const Function& function, const Column* given, std::size_t deals, const int* selectors,
                 int results, Answer* answers, int threads) {
   const Book book{function, given, selectors, selectors == nullptr ? 1 : results, answers};
-#if defined(_WIN32)
-  static_cast<void>(threads);
-  book.price_rows(0, deals);
-#else
-  const std::size_t parts =
-      std::min(static_cast<std::size_t>(std::max(threads, 1)), std::max<std::size_t>(deals, 1));
-  const auto begin_of = [&](std::size_t part) {
-    return deals / parts * part + std::min(part, deals % parts);
-  };
-  std::vector<std::thread> helpers;
-  std::size_t part = 1;
-  try {
-    helpers.reserve(parts);
-    for (; part < parts; ++part)
-      helpers.emplace_back(
-          [&book, begin = begin_of(part), end = begin_of(part + 1)] { book.price_rows(begin, end); });
-  } catch (const std::exception&) {
-    // No more threads, or no memory for them, are to be had: this one does what is left.
-  }
-  book.price_rows(0, begin_of(1));
-  if (part < parts) book.price_rows(begin_of(part), deals);
-  for (std::thread& helper : helpers) helper.join();
-#endif
+  in_parts(deals, threads, [&](std::size_t begin, std::size_t end) { book.price_rows(begin, end); });
 }
 
 void price_all(const Function& function, const Operand* given, Answer* answers) {
