@@ -52,7 +52,10 @@ def argument(text, dimensions):
         return rows
     if min(len(rows), len(rows[0])) > 1:
         raise NotPlain
-    return [one for row in rows for one in row]
+    line = [one for row in rows for one in row]
+    if line[-1] is None:  # fills up a shorter row
+        raise NotPlain
+    return line
 
 
 def call_of(formula):
