@@ -1,4 +1,5 @@
-// The bare model in a loop over arrays, as someone would write it in C++: what the calls from Python are measured against.
+// The bare model in a loop over arrays, as someone would write it in C++: what the calls from Python are
+// measured against.
 #include "models/black_scholes/european.h"
 #include "models/calendar.h"
 

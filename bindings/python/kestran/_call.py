@@ -79,11 +79,13 @@ class _Caller:
         if any(is_lazy(value) for value in values):
             reason = f"code {_core.error_code(np.asarray(result)[row])}"
         else:
-            reason = _core.refusal(self.name, tuple(map(self.cells_at, values, self.dimensions, [row] * len(values), [refused.shape] * len(values))))
+            cells = [self.cells_at(value, d, row, refused.shape) for value, d in zip(values, self.dimensions)]
+            reason = _core.refusal(self.name, tuple(cells))
         if refused.ndim == 0:
             raise ValueError(f"{self.name}: {reason}")
         place = labels[row[0]] if labels is not None else row[0] if len(row) == 1 else tuple(map(int, row))
-        raise ValueError(f"{self.name}: {np.count_nonzero(refused)} of {refused.size} rows refused, the first is row {place}: {reason}")
+        count = f"{np.count_nonzero(refused)} of {refused.size} rows refused"
+        raise ValueError(f"{self.name}: {count}, the first is row {place}: {reason}")
 
     @staticmethod
     def cells_at(value, dimensions, row, shape):
