@@ -1,6 +1,3 @@
-#define PY_SSIZE_T_CLEAN
-#include <Python.h>
-
 #include "bindings/python/loops.h"
 
 #include <immintrin.h>
@@ -152,23 +149,22 @@ void range_loop(char** arrays, const std::ptrdiff_t* sizes, const std::ptrdiff_t
   const auto rows = static_cast<std::size_t>(sizes[0]);
   const std::size_t room = call_room(function, sizes + 1);
   const ProcessorFlags flags;
-  std::atomic<bool> no_memory{false};
   in_parts(rows, threads_for(rows), [&](std::size_t first, std::size_t last) {
     const std::unique_ptr<double[]> cells(new (std::nothrow) double[room]);
-    if (cells == nullptr) no_memory = true;
     Operand given[most_arguments];
     char* of_row[most_arguments];
-    for (std::size_t row = first; row < last && !no_memory; ++row) {
+    for (std::size_t row = first; row < last; ++row) {
       const auto k = static_cast<std::ptrdiff_t>(row);
+      double& result = number_at(arrays[count] + k * strides[count]);
+      if (cells == nullptr) {
+        result = refused_number(value_code);
+        continue;
+      }
       for (int i = 0; i < count; ++i) of_row[i] = arrays[i] + k * strides[i];
       take_call(function, of_row, sizes + 1, strides + count + 1, cells.get(), given);
-      number_at(arrays[count] + k * strides[count]) = result_of(price(function, given));
+      result = result_of(price(function, given));
     }
   });
-  if (!no_memory) return;
-  const PyGILState_STATE lock = PyGILState_Ensure();
-  PyErr_NoMemory();
-  PyGILState_Release(lock);
 }
 
 void code_loop(char** arrays, const std::ptrdiff_t* sizes, const std::ptrdiff_t* strides, void*) {

@@ -76,6 +76,9 @@ def test_refused_rows_keep_the_others():
     found = kestran.EURO(prices, *EURO[1:])
     assert list(kestran.error_code(found)) == expected
     assert found[0] == found[5] == found[6] == kestran.EURO(*EURO)
+    for large in (10**400, [1, 10**400]):
+        with pytest.raises(ValueError, match="Price has a number that is too large"):
+            kestran.EURO(large, *EURO[1:])
     masked = np.ma.array([100.0, 101.0], mask=[False, True])
     assert list(kestran.error_code(kestran.EURO(masked, *EURO[1:]))) == [-1, 65535]
     assert (kestran.error_code(kestran.EURO(np.array([True, False]), *EURO[1:])) == 15).all()
@@ -150,6 +153,9 @@ def test_dask_and_xarray_stay_what_they_are():
     lazy = kestran.EURO(array.from_array(prices, chunks=30), *EURO[1:])
     assert isinstance(lazy, array.Array)
     assert same_bits(lazy.compute(scheduler="processes"), kestran.EURO(prices, *EURO[1:]))
+    rows = array.from_array(np.array([kestran.ASTRIP.example[0]] * 4), chunks=(2, -1))
+    strips = kestran.ASTRIP(rows, *kestran.ASTRIP.example[1:])
+    assert same_bits(strips.compute(), [kestran.ASTRIP(*kestran.ASTRIP.example)] * 4)
     xarray = pytest.importorskip("xarray")
     grid = kestran.EURO(xarray.DataArray(prices, dims="spot"), *EURO[1:4], xarray.DataArray([0.2, 0.3], dims="vol"), 90, 1)
     assert grid.dims == ("spot", "vol")
@@ -179,6 +185,7 @@ def test_type_checker(tmp_path):
     good.write_text("import kestran\nimport numpy as np\n"
                     "kestran.EURO(100, 95, 0.05, 0.02, np.array([0.25]), ExpDays=[90, None], OptType=1)\n"
                     "kestran.EURO(100, 95, 0.05, 0.02, 0.25, 90, 1, RetType='delta', errors='raise')\n"
+                    "print(kestran.EURO.results['delta'], kestran.EURO.ufunc, *kestran.EURO.example)\n"
                     + "".join(f"kestran.{name}(*{getattr(kestran, name).example!r})\n" for name in kestran.functions())
                     + "kestran.PPLUS(" + ", ".join(f"{name}=1" for name in kestran.PPLUS.arguments if name != "Risk") + ")\n")
     bad = tmp_path / "bad.py"

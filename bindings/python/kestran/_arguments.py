@@ -43,8 +43,13 @@ def numbers_of(name, value):
     """The array of numbers, or the number, that an argument is."""
     if type(value) is float:
         return value
-    if type(value) is int:
-        return float(value)
+    try:
+        return float(value) if type(value) is int else _array_of(name, value)
+    except OverflowError:
+        raise ValueError(f"{name} has a number that is too large") from None
+
+
+def _array_of(name, value):
     if is_lazy(value):
         if getattr(value, "dtype", np.dtype(float)).kind not in "fiu":
             raise TypeError(f"{name} is an array of {value.dtype}; numbers are wanted")

@@ -4,7 +4,7 @@ import sys
 from . import _core
 
 _HEAD = '''# Made from the catalogue of functions.
-from typing import Any, Callable, Optional, Protocol, Sequence, Union, overload
+from typing import Any, Optional, Protocol, Sequence, Union, overload
 
 __version__: str
 
@@ -20,6 +20,14 @@ def functions() -> dict[str, str]: ...
 def set_threads(n: int, /) -> None: ...
 def threads() -> int: ...
 error_code: Any
+
+class _Function:
+    __name__: str
+    arguments: tuple[str, ...]
+    dimensions: tuple[int, ...]
+    results: dict[str, int]
+    example: tuple[Any, ...]
+    ufunc: Any
 '''
 _OPTIONS = "out: Any = ..., where: Any = ..., results: _Names = ..., errors: Optional[str] = ..."
 
@@ -44,10 +52,13 @@ def text():
     """The whole file. Where arguments follow RetType, it can be left out when they are named."""
     lines = [_HEAD]
     for about in _core.functions:
+        lines.append(f"\nclass _{about['name']}(_Function):\n")
         several = 0 <= about["result_argument"] < len(about["arguments"]) - 1
         for keywords in (False, True) if several else (False,):
-            lines.append(("@overload\n" if several else "") +
-                         f"def {about['name']}({_parameters(about, keywords)}) -> Any: ...\n")
+            lines.append("    @overload\n" if several else "")
+            lines.append(f"    def __call__(self, {_parameters(about, keywords)}) -> Any:\n")
+            lines.append(f'        """{about["description"]}"""\n')
+        lines.append(f"{about['name']}: _{about['name']}\n")
     return "".join(lines)
 
 
