@@ -103,6 +103,10 @@ def test_out_and_where():
     where = np.array([True, False, True])
     assert kestran.EURO([100, 101, 102], *EURO[1:], out=out, where=where) is out
     assert out[1] == 7.0 and out[0] == kestran.EURO(*EURO)
+    prices = np.linspace(90.0, 110.0, 2000)
+    expected = kestran.EURO(prices, *EURO[1:])
+    kestran.EURO(prices, *EURO[1:], out=prices)
+    assert same_bits(prices, expected)
     columns = rows_of(kestran.ASTRIP, 3)
     expected = kestran.ASTRIP(*columns)
     out[:] = 7.0
