@@ -108,6 +108,15 @@ def test_errors_raise_names_the_first_row():
         kestran.EURO(*EURO, errors="ignore")
 
 
+def test_shapes_that_do_not_fit():
+    with pytest.raises(ValueError, match=r"EURO: the shapes do not fit together: Price \(2,\), Vol \(3,\)"):
+        kestran.EURO([100, 101], 95, 0.05, 0.02, [0.2, 0.3, 0.4], 90, 1)
+    with pytest.raises(ValueError, match=r"EURO: .*Price \(2,\), out \(3,\)"):
+        kestran.EURO([100, 101], *EURO[1:], out=np.zeros(3))
+    with pytest.raises(ValueError, match=r"BASVOL: .*Forward_Price \(3, 2\).*ExpTime \(2,\)"):
+        kestran.BASVOL([[100, 90]] * 3, *kestran.BASVOL.example[1:5], [0.5, 0.75])
+
+
 def test_ranges_that_cannot_be():
     example = list(kestran.BASVOL.example)
     for place, value, words in [

@@ -59,6 +59,14 @@ class _Caller:
             raise ValueError(f"{self.name} has no result {name}; it has {', '.join(self.results)}") from None
 
     def call(self, values, out, where):
+        try:
+            return self.call_ufunc(values, out, where)
+        except ValueError as error:
+            shaped = [f"{name} {np.shape(value)}" for name, value in zip((*self.arguments, "out"), (*values, out))
+                      if np.ndim(value) > 0]
+            raise ValueError(f"{self.name}: the shapes do not fit together: {', '.join(shaped)}") from error
+
+    def call_ufunc(self, values, out, where):
         options = {} if out is None else {"out": out}
         if where is True:
             return self.ufunc(*values, **options)
