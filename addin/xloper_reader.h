@@ -36,6 +36,7 @@ struct XloperReader {
       cells.type = xltypeNil;
       made = Excel(xlCoerce, &cells, 2, reference, TempInt(xltypeMulti)) == xlretSuccess &&
              cells.type == xltypeMulti && rows() > 0 && columns() > 0;
+      if (made) elements = cells.value.array.elements;
     }
     ~Block() { Excel(xlFree, nullptr, 1, &cells); }
     Block(const Block&) = delete;
@@ -60,9 +61,10 @@ struct XloperReader {
     int error(int i) const { return element(i).value.error; }
 
    private:
-    const XLOPER& element(int i) const { return cells.value.array.elements[i]; }
+    const XLOPER& element(int i) const { return elements[i]; }
 
     XLOPER cells;
+    const XLOPER* elements = nullptr;  // stays in a register while the numbers are copied
     bool made;
   };
 };
