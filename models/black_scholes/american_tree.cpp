@@ -44,6 +44,7 @@ TreeResult american_tree(double S, double K, double T, double t0, double r, doub
   const auto pass = [&](int steps) {
     const double dt = (american ? T : T - t0) / steps;
     const double before = american ? 0.0 : std::floor(t0 / dt + 1e-9);
+    if (!(before <= 400.0 * 5000.0)) return TreeValue{nan, nan, nan};  // times too short to be divided
     const double f = american ? 0.0 : positive_part(t0 - before * dt);
     const int first_exercise = static_cast<int>(before);
     return forward_tree_value({S, K, r, q, sigma, OptType, f, dt, first_exercise + steps, first_exercise});
