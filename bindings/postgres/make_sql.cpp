@@ -65,5 +65,6 @@ int main(int count, char** arguments) {
     write_function(create, catalogue[i], "", comment(catalogue[i]));
     write_function(create, catalogue[i], "try_", name + ", with NULL for a call that it refuses");
   }
+  std::puts("GRANT USAGE ON SCHEMA @extschema@ TO PUBLIC;");
   return std::fflush(stdout) == 0 ? 0 : 1;
 }
