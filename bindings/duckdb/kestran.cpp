@@ -1,5 +1,5 @@
-// The worksheet functions as scalar functions of DuckDB, over its C interface for extensions. A refused call gives
-// NULL; the function of the same name with _refusal behind it says why.
+// The worksheet functions as scalar functions of DuckDB, over its C interface for extensions. A refused call
+// gives NULL; the function of the same name with _refusal behind it says why.
 #include <algorithm>
 #include <cstdint>
 #include <exception>
@@ -38,8 +38,8 @@ struct Values {
   bool null(idx_t k) const { return valid != nullptr && (valid[k / 64] >> k % 64 & 1) == 0; }
 };
 
-// One argument of a chunk of rows. A NULL is an argument left out or an empty cell, a list without cells a single
-// empty one. Rows of a block that are shorter than others end in empty cells.
+// One argument of a chunk of rows. A NULL is an argument left out or an empty cell, a list without cells a
+// single empty one. Rows of a block that are shorter than others end in empty cells.
 class ChunkArgument {
  public:
   void read(duckdb_vector vector, int depth_of_type) {
@@ -125,11 +125,12 @@ void give_numbers(duckdb_function_info info, duckdb_data_chunk chunk, duckdb_vec
 }
 
 void give_refusals(duckdb_function_info info, duckdb_data_chunk chunk, duckdb_vector result) {
-  price_chunk(info, chunk, [&](idx_t row, const Function& function, const Operand* given, const Answer& answer) {
-    if (answer.is_number()) return set_null(result, row);
-    const std::string words = refusal_text(function, given, answer);
-    duckdb_vector_assign_string_element_len(result, row, words.data(), words.size());
-  });
+  price_chunk(info, chunk,
+              [&](idx_t row, const Function& function, const Operand* given, const Answer& answer) {
+                if (answer.is_number()) return set_null(result, row);
+                const std::string words = refusal_text(function, given, answer);
+                duckdb_vector_assign_string_element_len(result, row, words.data(), words.size());
+              });
 }
 
 struct Types {

@@ -1,5 +1,5 @@
-// The worksheet functions as functions of PostgreSQL: of each one that raises an error when a call is refused, and
-// one, named try_, that gives NULL instead. make_sql.cpp writes the script that declares them.
+// The worksheet functions as functions of PostgreSQL: of each one that raises an error when a call is
+// refused, and one, named try_, that gives NULL instead. make_sql.cpp writes the script that declares them.
 #include <cmath>
 #include <exception>
 #include <limits>
@@ -22,7 +22,8 @@ namespace {
 enum class Refused { is_error, is_null };
 
 // The cells of an array, row after row; one of a single dimension is a column. A NULL among them is an empty
-// cell, an array without cells a single empty one. An array of more dimensions holds cells that cannot be read.
+// cell, an array without cells a single empty one. An array of more dimensions holds cells that cannot be
+// read.
 Operand cells_of(ArrayType* array) {
   static constexpr double empty = std::numeric_limits<double>::quiet_NaN();
   if (ARR_NDIM(array) == 0) return {&empty, 1, 1};
@@ -37,8 +38,8 @@ Operand cells_of(ArrayType* array) {
   return {cells, rows, count / rows};
 }
 
-// Why the call is refused, as text that needs no destructor: an error leaves by a jump. An empty one stands for
-// memory that ran out.
+// Why the call is refused, as text that needs no destructor: an error leaves by a jump. An empty one stands
+// for memory that ran out.
 struct Words {
   char text[256];
 };
@@ -53,24 +54,29 @@ struct Words {
   return words;
 }
 
-Datum priced(FunctionCallInfo fcinfo, const Function& function, Refused refused) {
-  double numbers[most_arguments];
-  Operand given[most_arguments];
-  for (int i = 0; i < function.argument_count; ++i) {
-    if (is_range(function.arguments[i].kind)) {
-      given[i] = cells_of(PG_GETARG_ARRAYTYPE_P(i));
-    } else {
-      numbers[i] = PG_GETARG_FLOAT8(i);
-      given[i] = {numbers + i};
-    }
-  }
-  const Answer answer = price(function, given);
-  if (answer.is_number()) PG_RETURN_FLOAT8(answer.number);
-  if (refused == Refused::is_null) PG_RETURN_NULL();
+[[gnu::noinline]] [[noreturn]] void raise(const Function& function, const Operand* given,
+                                          const Answer& answer) {
   const Words words = why(function, given, answer);
   if (words.text[0] == '\0') ereport(ERROR, (errcode(ERRCODE_OUT_OF_MEMORY), errmsg("out of memory")));
-  ereport(ERROR,
-          (errcode(ERRCODE_INVALID_PARAMETER_VALUE), errmsg("%s: %s", function.name, words.text)));
+  ereport(ERROR, (errcode(ERRCODE_INVALID_PARAMETER_VALUE), errmsg("%s: %s", function.name, words.text)));
+  pg_unreachable();
+}
+
+Datum priced(FunctionCallInfo fcinfo, const Function& function, Refused refused) {
+  double numbers[most_arguments];
+  for (int i = 0; i < function.argument_count; ++i)
+    if (!is_range(function.arguments[i].kind)) numbers[i] = PG_GETARG_FLOAT8(i);
+  if (!function.takes_ranges) {
+    const Answer answer = price(function, numbers);
+    if (answer.is_number()) PG_RETURN_FLOAT8(answer.number);
+  }
+  Operand given[most_arguments];
+  for (int i = 0; i < function.argument_count; ++i)
+    given[i] =
+        is_range(function.arguments[i].kind) ? cells_of(PG_GETARG_ARRAYTYPE_P(i)) : Operand{numbers + i};
+  const Answer answer = price(function, given);
+  if (answer.is_number()) PG_RETURN_FLOAT8(answer.number);
+  if (refused == Refused::is_error) raise(function, given, answer);
   PG_RETURN_NULL();
 }
 

@@ -1,7 +1,9 @@
-// Writes the script of the PostgreSQL extension: a function of SQL, and its comment, for each worksheet function.
+// Writes the script of the PostgreSQL extension: a function of SQL, and its comment, for each worksheet
+// function.
 //
 //   make_sql              what CREATE EXTENSION runs
-//   make_sql --update     what ALTER EXTENSION ... UPDATE runs; functions that are there keep what depends on them
+//   make_sql --update     what ALTER EXTENSION ... UPDATE runs; functions that are there keep what depends on
+//   them
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -25,7 +27,8 @@ std::string parameters(const Function& function) {
   std::string text;
   for (int i = 0; i < function.argument_count; ++i) {
     const Argument& argument = function.arguments[i];
-    text += (i > 0 ? ", " : "") + sql_name(argument.name) + (is_range(argument.kind) ? " float8[]" : " float8");
+    text +=
+        (i > 0 ? ", " : "") + sql_name(argument.name) + (is_range(argument.kind) ? " float8[]" : " float8");
     if (result >= 0 && i >= result) text += i == result ? " DEFAULT 0" : " DEFAULT 'NaN'";
   }
   return text;

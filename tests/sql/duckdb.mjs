@@ -2,15 +2,17 @@
 //   node duckdb.mjs PRESET   from the root of the sources; the build whose extension and command are tested
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
-import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { mkdirSync, readFileSync, rmSync } from 'node:fs';
 import { createRequire } from 'node:module';
-import { tmpdir } from 'node:os';
 import { join, resolve } from 'node:path';
 
 const { DuckDBInstance } = createRequire(resolve('build/sql/package.json'))('@duckdb/node-api');
 const build = resolve('build', process.argv[2]);
-const folder = mkdtempSync(join(tmpdir(), 'kestran_duckdb.'));
-process.on('exit', () => rmSync(folder, { recursive: true, force: true }));
+const folder = resolve('build/sql/run');
+const clear = () => rmSync(folder, { recursive: true, force: true });
+clear();
+mkdirSync(folder);
+process.on('exit', clear);
 
 const database = await DuckDBInstance.create(':memory:', { allow_unsigned_extensions: 'true', threads: '2' });
 const connection = await database.connect();

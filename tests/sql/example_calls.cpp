@@ -1,5 +1,5 @@
-// Prints the example of every function, once for each of its results: the formula, and the calls of PostgreSQL and
-// of DuckDB, with tabulators between them.
+// Prints the example of every function, once for each of its results: the formula, and the calls of
+// PostgreSQL and of DuckDB, with tabulators between them.
 #include <cstdio>
 
 #include "bindings/postgres/sql_call.h"
@@ -13,7 +13,8 @@ namespace {
 std::string cells(const GivenArgument& given, const char* begin, const char* between_rows, const char* end) {
   std::string text = begin;
   for (std::size_t i = 0; i < given.values.size(); ++i) {
-    if (i > 0) text += given.columns > 0 && i % static_cast<std::size_t>(given.columns) == 0 ? between_rows : ",";
+    if (i > 0)
+      text += given.columns > 0 && i % static_cast<std::size_t>(given.columns) == 0 ? between_rows : ",";
     text += exact_number(given.values[i]);
   }
   return text + end;
@@ -36,7 +37,8 @@ void print_calls(const Function& function, const std::vector<GivenArgument>& giv
     formula += (i > 0 ? "," : "") + formula_argument(argument);
     duckdb += (i > 0 ? "," : "") + duckdb_argument(function.arguments[i].kind, argument);
   }
-  std::printf("%s)\t%s\t%s)\n", formula.c_str(), sql_call(function, operands(given).data()).c_str(), duckdb.c_str());
+  std::printf("%s)\t%s\t%s)\n", formula.c_str(), sql_call(function, operands(given).data()).c_str(),
+              duckdb.c_str());
 }
 
 }  // namespace
