@@ -103,7 +103,7 @@ const tests = {
       to '${folder}/priced.parquet'`);
     const grown = process.resourceUsage().maxRSS - before;
     assert.deepEqual(await row(`select count(*), count(*) - count(value) from '${folder}/priced.parquet'`), [BigInt(deals), refused]);
-    assert.ok(grown < 200_000, `${grown} kB`);
+    assert.ok(grown < 100_000, `${grown} kB`);
     assert.deepEqual(await rows(`select euro_refusal(price, strike, 0.05, 0.02, 0.25, expdays, opttype, rettype) why, count(*)
       from '${folder}/deals.parquet' where id < 1001000 group by why order by why`),
       [['RetType 9 is outside 0 to 8', 999n], ['Strike is missing', 1001n], [null, 999000n]]);

@@ -79,6 +79,17 @@ answers "select count(*), count(error), count(*) filter (where float8send(value)
     from priced" '20000|206|0'
 answers "select distinct error from priced where error is not null" 'RetType 9 is outside 0 to 8'
 
+# The same for arrays that stand in a table.
+sql -c "create table baskets as select i id, array[100 + i % 7, 90]::float8[] prices, array[0.3, 0.2 + i % 5 / 10.0]::float8[] vols,
+    array[[1, i % 19 / 20.0], [i % 19 / 20.0, 1]]::float8[] correlations from generate_series(1, 2000) i"
+sql -c "\\copy (select array_to_string(prices, ';') \"Forward_Price\", array_to_string(vols, ';') \"Annual_Vol\", '0.02;-0.01' \"Drift\",
+    '0.6;0.4' \"Weight\", format('1;%s|%s;1', correlations[1][2], correlations[2][1]) \"Correl_Matrix\", 0.75 \"ExpTime\"
+    from baskets order by id) to '$folder/baskets.csv' csv header"
+"$bin/kestran" price --function BASVOL --input "$folder/baskets.csv" | awk -F, 'NR > 1 {print $7}' >"$folder/vols"
+sql -c 'create table vols (id serial, value float8)' -c "\\copy vols (value) from '$folder/vols'"
+answers "select count(*), count(distinct value), count(*) filter (where float8send(value) = float8send(kestran.basvol(prices, vols,
+    array[0.02,-0.01], array[0.6,0.4], correlations, 0.75))) from baskets join vols v using (id)" '2000|665|2000'
+
 # Parallel plans, with the same rows.
 premiums="select min(value), max(value), count(value) from (select kestran.try_euro($terms) value from deals) premiums"
 same 'parallel plan' 1 "$(answer "explain $premiums" | grep -c 'Parallel Seq Scan on deals')"
