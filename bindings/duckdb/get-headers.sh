@@ -12,7 +12,7 @@ check() { printf '%s\n' "$sums" | sha256sum --check --status 2>/dev/null; }
 check && exit
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-npm pack --silent --pack-destination "$folder" "duckdb@$version" >"$folder/log" 2>&1 ||
+timeout 300 npm pack --silent --pack-destination "$folder" "duckdb@$version" >"$folder/log" 2>&1 ||
   { cat "$folder/log" >&2; echo "duckdb: npm does not give the package duckdb $version" >&2; exit 1; }
 tar -xzf "$folder/duckdb-$version.tgz" -C "$folder" --strip-components=5 \
   package/src/duckdb/src/include/duckdb.h package/src/duckdb/src/include/duckdb_extension.h

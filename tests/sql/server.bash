@@ -10,7 +10,7 @@
 # FOLDER, which must be one of our own below /tmp. PostgreSQL refuses to run as root.
 
 server_programs=/usr/lib/postgresql/15/bin
-server_seconds=900  # after which the server ends whatever happens
+server_seconds=600  # after which the server ends whatever happens
 
 as_server() {
   if [ "$(id -u)" = 0 ]; then
