@@ -113,7 +113,7 @@ void add_combination() {
 
 void add_boston() {
   constexpr double B = 110.0;
-  Case& strike = add_case("BOST", S, S, {0.7, 1.05});
+  Case& strike = add_case("BOST", S, S, {0.8, 1.0});
   add_worksheet(strike, "BOST", {S, B, r, q, sigma, days, 1}, 0);
   add_model(strike, [](double price) { return boston_strike(price, B, T, r, q, sigma, 1); });
   add_straight(strike, [](double price) { return straight::boston_strike(price, B, T, r, q, sigma); });
