@@ -531,6 +531,10 @@ void note_fault(const std::string& fault) {
 }
 
 int call_standin(int function, XLOPER* result, int count, XLOPER** operands) noexcept {
+  if (standin().arrays_as_they_are && count > 0 && operands[0]->type == xltypeMulti) {
+    if (function == xlCoerce && result != nullptr) *result = *operands[0];
+    if (function == xlCoerce || function == xlFree) return xlretSuccess;
+  }
   Call call{count, operands, result != nullptr, error_record(xlerrValue)};
   int code = xlretFailed;
   try {

@@ -87,7 +87,8 @@ struct Standin {
   std::string running;       // the add-in's entry that is being called
   int next_coerce_code = 0;  // when not 0 the next xlCoerce fails with it, such as xlretUncalced
   double last_id = 0.0;
-  bool out_of_memory = false;  // a call of the add-in could not be answered for want of memory
+  bool arrays_as_they_are = false;  // coerced to themselves at no cost, for measuring the add-in alone
+  bool out_of_memory = false;       // a call of the add-in could not be answered for want of memory
 };
 
 /// The one stand-in of this process: the add-in's calls carry nothing that could tell several apart.
