@@ -145,7 +145,8 @@ double xcap_tree(const CapOption& option) {
 double xcap_greeks(const CapOption& option, int RetType) {
   CapOption moved = option;
   auto result = static_cast<CapResult>(RetType);
-  const int period = RetType - static_cast<int>(CapResult::first_period_delta);
+  constexpr int first_period = static_cast<int>(CapResult::first_period_delta);
+  int period = 0;
   double h = 0.0;
   switch (result) {
     case CapResult::premium:
@@ -168,7 +169,8 @@ double xcap_greeks(const CapOption& option, int RetType) {
       h = option.T > 0.001 ? 0.001 : 1e-6;
       break;
     default:
-      if (RetType < 0 || period < 0 || period >= option.n) return 0.0;
+      if (RetType < first_period || RetType - first_period >= option.n) return 0.0;
+      period = RetType - first_period;
       result = CapResult::first_period_delta;
   }
 
