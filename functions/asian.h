@@ -11,11 +11,12 @@
 
 namespace kestran::worksheet {
 
-inline Answer ASN(double Price, double Strike, double IntRt, double Vol, double SetPrice, Selector<1> TotDays,
-                  Selector<0> SetDays, double toNext, double toEnd, int OptType, Selector<0, 6> RetType) {
-  double results[7];
-  asn_model(Price, Strike, IntRt, Vol, SetPrice, TotDays, SetDays, toNext, toEnd, OptType, results);
-  return results[RetType];
+inline Answer ASN(KeptResults<7>* kept, double Price, double Strike, double IntRt, double Vol,
+                  double SetPrice, Selector<1> TotDays, Selector<0> SetDays, double toNext, double toEnd,
+                  int OptType, Selector<0, 6> RetType) {
+  return kept_result(kept, RetType, [&](double* results) {
+    asn_model(Price, Strike, IntRt, Vol, SetPrice, TotDays, SetDays, toNext, toEnd, OptType, results);
+  });
 }
 
 inline Answer AGC(double Price, double Strike, double SetPrice, double IntRt, double Yield, double Vol1,
@@ -24,9 +25,9 @@ inline Answer AGC(double Price, double Strike, double SetPrice, double IntRt, do
                         RetType);
 }
 
-inline Answer ASV(double Price, double Strike, double IntRt, double Vol, double SetPrice, double toExp,
-                  double toStart, double toEnd, double TradeDays, int OptType, Selector<0, 6> RetType) {
-  double results[7];
+inline Answer ASV(KeptResults<7>* kept, double Price, double Strike, double IntRt, double Vol,
+                  double SetPrice, double toExp, double toStart, double toEnd, double TradeDays, int OptType,
+                  Selector<0, 6> RetType) {
   TradingDayAverage option;
   option.S = Price;
   option.K = Strike;
@@ -38,8 +39,7 @@ inline Answer ASV(double Price, double Strike, double IntRt, double Vol, double 
   option.toEnd = toEnd;
   option.TradeDays = TradeDays;
   option.OptType = OptType;
-  asian_vol_approx(option, results);
-  return results[RetType];
+  return kept_result(kept, RetType, [&](double* results) { asian_vol_approx(option, results); });
 }
 
 inline Answer ASNSPRD2(double PriceA, double PriceB, double Strike, double IntRt, double q1, double q2,

@@ -175,9 +175,9 @@ inline Answer xCrudeAPO(double Price1, double Price2, double Vol1, double Vol2, 
 }
 
 /// RetType outside 0..6, and a month of more than a century of days, are #VALUE!: no cell may hang Excel.
-inline Answer YRSTRIP(Range Price_rng, Range Strike_rng, Range IntRt_rng, Range Vol_rng, Range ToSet_rng,
-                      Range BegDays_rng, Range EndDays_rng, Range Qty_rng, double AnnualQty, int Opttype,
-                      int RetType) {
+inline Answer YRSTRIP(KeptResults<7>* kept, Range Price_rng, Range Strike_rng, Range IntRt_rng, Range Vol_rng,
+                      Range ToSet_rng, Range BegDays_rng, Range EndDays_rng, Range Qty_rng, double AnnualQty,
+                      int Opttype, int RetType) {
   YearStrip strip;
   strip.Price = Price_rng.values;
   strip.Strike = Strike_rng.values;
@@ -192,9 +192,7 @@ inline Answer YRSTRIP(Range Price_rng, Range Strike_rng, Range IntRt_rng, Range 
   strip.OptType = Opttype;
   if (RetType < 0 || RetType > 6) return Answer::failure(value_code, Reason::result);
   if (!yrstrip_is_bounded(strip)) return Answer::failure(value_code, Reason::days);
-  double results[7];
-  yrstrip_value(strip, results);
-  return results[RetType];
+  return kept_result(kept, RetType, [&](double* results) { yrstrip_value(strip, results); });
 }
 
 }  // namespace kestran::worksheet
