@@ -19,10 +19,11 @@ inline Answer ASN(KeptResults<7>* kept, double Price, double Strike, double IntR
   });
 }
 
-inline Answer AGC(double Price, double Strike, double SetPrice, double IntRt, double Yield, double Vol1,
-                  double Vol2, int AvgStart, int AvgEnd, int OptType, Selector<0, 9> RetType) {
-  return asian_geo_cond(Price, Strike, SetPrice, IntRt, Yield, Vol1, Vol2, AvgEnd, AvgStart, OptType,
-                        RetType);
+inline Answer AGC(GeoCondRepricings* kept, double Price, double Strike, double SetPrice, double IntRt,
+                  double Yield, double Vol1, double Vol2, int AvgStart, int AvgEnd, int OptType,
+                  Selector<0, 9> RetType) {
+  return asian_geo_cond(Price, Strike, SetPrice, IntRt, Yield, Vol1, Vol2, AvgEnd, AvgStart, OptType, RetType,
+                        kept);
 }
 
 inline Answer ASV(KeptResults<7>* kept, double Price, double Strike, double IntRt, double Vol,
@@ -78,10 +79,10 @@ inline Answer ASNSPRD(double PriceA, double PriceB, double Strike, double IntRt,
 }
 
 /// More than ten years of fixings still to be made are #VALUE!: no cell may hang Excel.
-inline Answer CMPASN(double Price, double IntRt, double Vol1, double Vol2, double SetPrice, int TotDays,
-                     int SetDays, double toNext, double ExpDays, double CmpVol, double AsnStrike,
-                     double CompStrike, double CmpExpDays, double CmpIntRt, int CmpOptType, int RetType,
-                     int /*Tsteps*/) {
+inline Answer CMPASN(CompoundAsianRepricings* kept, double Price, double IntRt, double Vol1, double Vol2,
+                     double SetPrice, int TotDays, int SetDays, double toNext, double ExpDays, double CmpVol,
+                     double AsnStrike, double CompStrike, double CmpExpDays, double CmpIntRt, int CmpOptType,
+                     int RetType, int /*Tsteps*/) {
   CompoundAsian option;
   option.S0 = Price;
   option.r = IntRt;
@@ -98,6 +99,7 @@ inline Answer CMPASN(double Price, double IntRt, double Vol1, double Vol2, doubl
   option.CmpExpDays = CmpExpDays;
   option.rc = CmpIntRt;
   option.CmpOptType = CmpOptType;
+  option.kept = kept;
   if (!compound_asian_is_bounded(option)) return Answer::failure(value_code, Reason::fixings);
   return compound_asian_greek(option, RetType);
 }

@@ -6,6 +6,11 @@
 
 namespace kestran {
 
+/// What moves from one repricing of an American option to the next.
+struct AmericanTerms {
+  double T, r, q, sigma;
+};
+
 /// One result of an American option with T years to expiry, rate r, yield q and volatility sigma (per year,
 /// above 0): value(T, r, q, sigma) gives its price, delta and gamma. result is a EuropeanResult; rates move
 /// by rate_step, the volatility by bump, time by day_step.
