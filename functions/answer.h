@@ -57,25 +57,4 @@ struct Answer {
   bool is_number() const { return error < 0; }
 };
 
-/// What a call worked out for one of its results and keeps for the others; models that give all results at
-/// once fill it.
-template <int size>
-struct KeptResults {
-  bool known = false;
-  double values[size];
-};
-
-/// Result i of those that work(values) fills in: kept, where `kept` is not null, for the next result.
-template <int size, class Work>
-double kept_result(KeptResults<size>* kept, int i, const Work& work) {
-  if (kept == nullptr) {
-    double values[size];
-    work(values);
-    return values[i];
-  }
-  if (!kept->known) work(kept->values);
-  kept->known = true;
-  return kept->values[i];
-}
-
 }  // namespace kestran

@@ -43,10 +43,10 @@ inline Answer ASV(KeptResults<7>* kept, double Price, double Strike, double IntR
   return kept_result(kept, RetType, [&](double* results) { asian_vol_approx(option, results); });
 }
 
-inline Answer ASNSPRD2(double PriceA, double PriceB, double Strike, double IntRt, double q1, double q2,
-                       double VolAf, double VolBf, double VolA, double VolB, double Correl, double SetAvgA,
-                       double SetAvgB, int ExpDays, int AvgBegDaysA, int AvgBegDaysB, int OptType,
-                       Selector<0, 13> RetType) {
+inline Answer ASNSPRD2(AsianSpreadKept* kept, double PriceA, double PriceB, double Strike, double IntRt,
+                       double q1, double q2, double VolAf, double VolBf, double VolA, double VolB,
+                       double Correl, double SetAvgA, double SetAvgB, int ExpDays, int AvgBegDaysA,
+                       int AvgBegDaysB, int OptType, Selector<0, 13> RetType) {
   if (asian_spread_days(ExpDays, AvgBegDaysA, AvgBegDaysB) > asian_spread_most_days)
     return Answer::failure(value_code, Reason::days);
   AsianSpread option;
@@ -67,14 +67,15 @@ inline Answer ASNSPRD2(double PriceA, double PriceB, double Strike, double IntRt
   option.BA = AvgBegDaysA;
   option.BB = AvgBegDaysB;
   option.OptType = OptType;
+  option.kept = kept;
   return asian_spread_greek(option, RetType);
 }
 
 /// On futures, whose yield is the interest rate.
-inline Answer ASNSPRD(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
-                      double Correl, double SetAvgA, double SetAvgB, int ExpDays, int AvgBegDays, int OptType,
-                      Selector<0, 12> RetType) {
-  return ASNSPRD2(PriceA, PriceB, Strike, IntRt, IntRt, IntRt, VolA, VolB, VolA, VolB, Correl, SetAvgA,
+inline Answer ASNSPRD(AsianSpreadKept* kept, double PriceA, double PriceB, double Strike, double IntRt,
+                      double VolA, double VolB, double Correl, double SetAvgA, double SetAvgB, int ExpDays,
+                      int AvgBegDays, int OptType, Selector<0, 12> RetType) {
+  return ASNSPRD2(kept, PriceA, PriceB, Strike, IntRt, IntRt, IntRt, VolA, VolB, VolA, VolB, Correl, SetAvgA,
                   SetAvgB, ExpDays, AvgBegDays, AvgBegDays, OptType, {RetType});
 }
 

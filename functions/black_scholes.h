@@ -99,14 +99,15 @@ inline Answer FOREXCH(KeptEuropean* kept, double SpotAB, double StrikeAB, double
 template <>
 inline constexpr EuropeanForm european<FOREXCH> = european<EURO>;
 
-inline Answer AMER(double Price, double Strike, double IntRt, double Yield, double Vol, Years ExpDays,
-                   int OptType, Selector<0, 7> RetType) {
-  return american_baw(Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, RetType);
+inline Answer AMER(AmericanRepricings<BawResult>* kept, double Price, double Strike, double IntRt,
+                   double Yield, double Vol, Years ExpDays, int OptType, Selector<0, 7> RetType) {
+  return american_baw(Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, RetType, kept);
 }
 
-inline Answer AMERB(double Price, double Strike, double IntRt, double Yield, double Vol, Years ExpDays,
-                    int OptType, Selector<1> Nsteps, Selector<0, 8> RetType) {
-  return american_binomial(Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, Nsteps, RetType);
+inline Answer AMERB(AmericanRepricings<TreeResult>* kept, double Price, double Strike, double IntRt,
+                    double Yield, double Vol, Years ExpDays, int OptType, Selector<1> Nsteps,
+                    Selector<0, 8> RetType) {
+  return american_binomial(Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, Nsteps, RetType, kept);
 }
 
 inline Answer EIMPVOL(Selector<0, 6> CallPutStr, double Premium, double Price, double Strike, Years ExpDays,

@@ -72,9 +72,9 @@ inline Answer HEAT(double PriceA, double PriceB, double Strike, double IntRt, do
   return heat_rate_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType);
 }
 
-inline Answer QUANTO(double ExRt, double Price, double Strike, double dIntRt, double fIntRt, double Yield,
-                     double Vol, double exVol, double Correl, Years ExpDays, int OptType,
-                     Selector<1, 4> Qtype, Selector<0, 11> RetType) {
+inline Answer QUANTO(KeptResults<european_results>* kept, double ExRt, double Price, double Strike,
+                     double dIntRt, double fIntRt, double Yield, double Vol, double exVol, double Correl,
+                     Years ExpDays, int OptType, Selector<1, 4> Qtype, Selector<0, 11> RetType) {
   QuantoOption option;
   option.E = ExRt;
   option.S = Price;
@@ -88,7 +88,7 @@ inline Answer QUANTO(double ExRt, double Price, double Strike, double dIntRt, do
   option.T = ExpDays;
   option.OptType = OptType;
   option.Qtype = Qtype;
-  return quanto_option(option, RetType);
+  return quanto_option(option, RetType, kept);
 }
 
 inline Answer SPRDOPT(SpreadRepricings* kept, double PriceA, double PriceB, double Strike, double IntRt,

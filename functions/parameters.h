@@ -21,6 +21,7 @@
 #include <limits>
 
 #include "models/calendar.h"
+#include "models/repricings.h"
 
 namespace kestran {
 

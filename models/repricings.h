@@ -32,6 +32,27 @@ class Repricings {
   Value values[most];
 };
 
+/// What a call worked out for one of its results and keeps for the others; models that give all results at
+/// once fill it.
+template <int size>
+struct KeptResults {
+  bool known = false;
+  double values[size];
+};
+
+/// Result i of those that work(values) fills in: kept, where `kept` is not null, for the next result.
+template <int size, class Work>
+double kept_result(KeptResults<size>* kept, int i, const Work& work) {
+  if (kept == nullptr) {
+    double values[size];
+    work(values);
+    return values[i];
+  }
+  if (!kept->known) work(kept->values);
+  kept->known = true;
+  return kept->values[i];
+}
+
 /// work(terms), remembered in `kept` where that is not null.
 template <class Terms, class Value, int most, class Work>
 Value repriced(Repricings<Terms, Value, most>* kept, const Terms& terms, const Work& work) {

@@ -3,6 +3,7 @@
 
 #include "models/black_scholes/european.h"
 #include "models/bumps.h"
+#include "models/repricings.h"
 
 namespace kestran {
 
@@ -10,6 +11,8 @@ namespace kestran {
 struct AmericanTerms {
   double T, r, q, sigma;
 };
+template <class Value>
+using AmericanRepricings = Repricings<AmericanTerms, Value, 6>;
 
 /// One result of an American option with T years to expiry, rate r, yield q and volatility sigma (per year,
 /// above 0): value(T, r, q, sigma) gives its price, delta and gamma. result is a EuropeanResult; rates move
