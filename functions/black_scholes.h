@@ -122,14 +122,22 @@ inline Answer IMPVOLAB(double Premium, double Price, double Strike, double IntRt
                               Accuracy);
 }
 
-inline Answer DIGITAL(double Cash, Positive Price, Positive Strike, double IntRt, double Yield,
-                      NotNegative Vol, NotNegativeYears ExpDays, Selector<0, 1> OptType,
-                      Selector<0, 5> RetType) {
+inline Answer DIGITAL(KeptResults<digital_results>* kept, double Cash, Positive Price, Positive Strike,
+                      double IntRt, double Yield, NotNegative Vol, NotNegativeYears ExpDays,
+                      Selector<0, 1> OptType, Selector<0, 5> RetType) {
+  if (kept != nullptr)
+    return kept_result(kept, RetType, [&](double* results) {
+      digital_option_all(Cash, Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, results);
+    });
   return digital_option(Cash, Price, Strike, ExpDays, IntRt, Yield, Vol, OptType, RetType);
 }
 
-inline Answer COD(double Price, double Strike, double IntRt, double Yield, double Vol, Years ExpDays,
-                  double Premium, int OptType, Selector<0, 5> RetType) {
+inline Answer COD(KeptResults<digital_results>* kept, double Price, double Strike, double IntRt, double Yield,
+                  double Vol, Years ExpDays, double Premium, int OptType, Selector<0, 5> RetType) {
+  if (kept != nullptr)
+    return kept_result(kept, RetType, [&](double* results) {
+      cod_option_all(Price, Strike, ExpDays, IntRt, Yield, Vol, Premium, OptType, results);
+    });
   return cod_option(Price, Strike, ExpDays, IntRt, Yield, Vol, Premium, OptType, RetType);
 }
 

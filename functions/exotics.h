@@ -62,13 +62,22 @@ inline Answer RBOW(RainbowRepricings* kept, double PriceA, double PriceB, double
   return rainbow_greek(option, RetType);
 }
 
-inline Answer WSPRD(double FwdSpd, double Strike, double IntRt, double Vol, Years ExpDays, int OptType,
-                    Selector<0, 8> RetType) {
+inline Answer WSPRD(KeptResults<european_results>* kept, double FwdSpd, double Strike, double IntRt,
+                    double Vol, Years ExpDays, int OptType, Selector<0, 8> RetType) {
+  if (kept != nullptr)
+    return kept_result(kept, RetType, [&](double* results) {
+      wilcox_spread_all(FwdSpd, Strike, IntRt, Vol, ExpDays, OptType, results);
+    });
   return wilcox_spread(FwdSpd, Strike, IntRt, Vol, ExpDays, OptType, RetType);
 }
 
-inline Answer HEAT(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
-                   double Correl, Years ExpDays, int OptType, Selector<0, 12> RetType) {
+inline Answer HEAT(KeptResults<heat_rate_results>* kept, double PriceA, double PriceB, double Strike,
+                   double IntRt, double VolA, double VolB, double Correl, Years ExpDays, int OptType,
+                   Selector<0, 12> RetType) {
+  if (kept != nullptr)
+    return kept_result(kept, RetType, [&](double* results) {
+      heat_rate_all(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, results);
+    });
   return heat_rate_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType);
 }
 

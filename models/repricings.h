@@ -53,6 +53,15 @@ double kept_result(KeptResults<size>* kept, int i, const Work& work) {
   return kept->values[i];
 }
 
+/// A function that gives work(): worked out here and now where `all` results are wanted, else when asked for.
+template <bool all, class Work>
+auto once(const Work& work) {
+  if constexpr (all)
+    return [value = work()] { return value; };
+  else
+    return work;
+}
+
 /// work(terms), remembered in `kept` where that is not null.
 template <class Terms, class Value, int most, class Work>
 Value repriced(Repricings<Terms, Value, most>* kept, const Terms& terms, const Work& work) {

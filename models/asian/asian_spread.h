@@ -22,6 +22,7 @@ enum class AsianSpreadResult : int {
   cross_gamma,
   vega_within,
 };
+
 struct AsianSpreadKept;
 
 /// The terms of a European option on the difference of two arithmetic averages of daily fixings, payoff
