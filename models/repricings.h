@@ -64,7 +64,8 @@ auto once(const Work& work) {
 
 /// work(terms), remembered in `kept` where that is not null.
 template <class Terms, class Value, int most, class Work>
-Value repriced(Repricings<Terms, Value, most>* kept, const Terms& terms, const Work& work) {
+[[gnu::always_inline]] inline Value repriced(Repricings<Terms, Value, most>* kept, const Terms& terms,
+                                             const Work& work) {
   return kept == nullptr ? work(terms) : kept->value(terms, work);
 }
 

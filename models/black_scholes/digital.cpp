@@ -26,8 +26,8 @@ double mills_ratio(double x) {
 
 // The result RetType of digital_option, or all of them, into `out`.
 template <bool all>
-void work_out(double Cash, double S, double K, double T, double r, double q, double sigma, int OptType,
-              int RetType, double* out) {
+[[gnu::always_inline]] inline void work_out(double Cash, double S, double K, double T, double r, double q,
+                                            double sigma, int OptType, int RetType, double* out) {
   const double sign = OptType == 0 ? -1.0 : 1.0;
   if (!(T > 0.0)) {
     const double exercise_value = positive_part(sign * (S - K));

@@ -13,8 +13,9 @@ namespace {
 
 // The result RetType, or all of them, into `out`.
 template <bool all>
-void work_out(double SA, double SB, double K, double r, double sigma_A, double sigma_B, double rho, double T,
-              int OptType, int RetType, double* out) {
+[[gnu::always_inline]] inline void work_out(double SA, double SB, double K, double r, double sigma_A,
+                                            double sigma_B, double rho, double T, int OptType, int RetType,
+                                            double* out) {
   const double sign = OptType == 0 ? -1.0 : 1.0;
   const double R = SA / SB;
   if (T <= 0.0) {

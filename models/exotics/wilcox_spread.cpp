@@ -14,7 +14,8 @@ const double over_root_of_6_2832 = 1.0 / std::sqrt(6.2832);
 
 // The result RetType, or all of them, into `out`.
 template <bool all>
-void work_out(double F, double K, double r, double sigma, double T, int OptType, int RetType, double* out) {
+[[gnu::always_inline]] inline void work_out(double F, double K, double r, double sigma, double T, int OptType,
+                                            int RetType, double* out) {
   const bool call = OptType == 1;
   const double root_T = std::sqrt(T);
   const double d = (F - K) / (sigma * root_T);
