@@ -16,7 +16,9 @@ namespace kestran {
 /// Of a function that prices a European option: the places of the terms among its arguments, and what its
 /// results are, RetType by RetType. Books of such functions are priced several options at a time.
 struct EuropeanForm {
-  int S, K, r, q, sigma, days, OptType;
+  struct Places {
+    int S, K, r, q, sigma, days, OptType;
+  } at;
   int results;
   EuropeanResult result[european_results];
 };
@@ -41,13 +43,7 @@ inline Answer EURO(KeptEuropean* kept, double Price, double Strike, double IntRt
 }
 template <>
 inline constexpr EuropeanForm european<EURO>{
-    0,
-    1,
-    2,
-    3,
-    4,
-    5,
-    6,
+    {0, 1, 2, 3, 4, 5, 6},
     9,
     {EuropeanResult::premium, EuropeanResult::delta, EuropeanResult::gamma, EuropeanResult::vega,
      EuropeanResult::carry_rho, EuropeanResult::theta, EuropeanResult::rho,
@@ -61,13 +57,7 @@ inline Answer EURO_Equity(KeptEuropean* kept, double Price, double Strike, doubl
 }
 template <>
 inline constexpr EuropeanForm european<EURO_Equity>{
-    0,
-    1,
-    2,
-    3,
-    4,
-    5,
-    6,
+    {0, 1, 2, 3, 4, 5, 6},
     7,
     {EuropeanResult::premium, EuropeanResult::delta, EuropeanResult::gamma, EuropeanResult::vega,
      EuropeanResult::rho, EuropeanResult::theta, EuropeanResult::delta_by_volatility}};
@@ -80,13 +70,7 @@ inline Answer EURO_Forward(KeptEuropean* kept, double Price, double Strike, doub
 }
 template <>
 inline constexpr EuropeanForm european<EURO_Forward>{
-    0,
-    1,
-    2,
-    2,
-    3,
-    4,
-    5,
+    {0, 1, 2, 2, 3, 4, 5},
     7,
     {EuropeanResult::premium, EuropeanResult::delta, EuropeanResult::gamma, EuropeanResult::vega,
      EuropeanResult::carry_rho, EuropeanResult::theta, EuropeanResult::delta_by_volatility}};

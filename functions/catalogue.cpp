@@ -233,6 +233,7 @@ Answer price(const Function& function, const Operand* given) {
 
 void price_results(const Function& function, const Operand* given, const int* selectors, int results,
                    Answer* answers) {
+  if (results < 1) return;
   const int asks_at = function.result_argument;
   const bool together = results > 1 && function.compute_all != nullptr;
   double numbers[most_arguments];

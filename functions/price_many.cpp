@@ -70,8 +70,9 @@ struct Book {
   void price_european(const EuropeanForm& form, const int* wanted, std::size_t begin, std::size_t end) const {
     const ProcessorState state;
     const auto column = [&](int i) { return Strided{given[i].values, given[i].stride}; };
-    const EuropeanBook book = {column(form.S), column(form.K),     column(form.days),   column(form.r),
-                               column(form.q), column(form.sigma), column(form.OptType)};
+    const EuropeanBook book = {column(form.at.S),      column(form.at.K), column(form.at.days),
+                               column(form.at.r),      column(form.at.q), column(form.at.sigma),
+                               column(form.at.OptType)};
     const bool premiums = std::all_of(wanted, wanted + results, [&](int selector) {
       return form.result[selector] == EuropeanResult::premium;
     });

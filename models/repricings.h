@@ -15,7 +15,7 @@ class Repricings {
  public:
   /// work(terms), from memory if it is known.
   template <class Work>
-  Value value(const Terms& terms, const Work& work) {
+  [[gnu::noinline]] Value value(const Terms& terms, const Work& work) {
     for (int i = 0; i < count; ++i)
       if (std::memcmp(&known_terms[i], &terms, sizeof terms) == 0) return values[i];
     const Value result = work(terms);

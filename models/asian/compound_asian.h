@@ -25,8 +25,7 @@ struct CompoundAsian {
   double CmpExpDays = 0.0;  // days to the compound option's expiry
   double rc = 0.0;          // zero rate to CmpExpDays, continuous, per year
   int CmpOptType = 0;       // odd: call on the average-price option, even: put; below 3: that is a call
-  CompoundAsianRepricings* kept =
-      nullptr;  // what other results of the same call worked out; null for nothing
+  CompoundAsianRepricings* kept = nullptr;  // what other results worked out; null for nothing
 };
 
 enum class CompoundAsianResult : int {

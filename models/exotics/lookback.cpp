@@ -41,11 +41,11 @@ double lookback_price(double S, double K, double r, double q, double sigma, doub
 
 double lookback_greek(double S, double K, double r, double q, double sigma, double days, int OptType,
                       double daysPerYear, int RetType, LookbackRepricings* kept) {
+  const auto price = [&](const LookbackMoves& by) {
+    return lookback_price(S * by.price, K, r * by.rates, q * by.rates, sigma * by.volatility, by.days,
+                          OptType, daysPerYear);
+  };
   const auto V = [&](double price_factor, double volatility_factor, double rate_factor, double time) {
-    const auto price = [&](const LookbackMoves& by) {
-      return lookback_price(S * by.price, K, r * by.rates, q * by.rates, sigma * by.volatility, by.days,
-                            OptType, daysPerYear);
-    };
     return repriced(kept, LookbackMoves{price_factor, volatility_factor, rate_factor, time}, price);
   };
   const auto value = [&] { return V(1.0, 1.0, 1.0, days); };

@@ -33,7 +33,7 @@ struct SpreadStrip {
   SpreadStripRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
 };
 
-/// A strip `age` days on, which is a double so that no byte of it is padding.
+/// A strip `age` days on, a double so that no padding follows it.
 struct AgedSpreadStrip {
   SpreadStrip strip;
   double age;
