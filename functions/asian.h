@@ -11,22 +11,24 @@
 
 namespace kestran::worksheet {
 
-inline Answer ASN(double Price, double Strike, double IntRt, double Vol, double SetPrice, Selector<1> TotDays,
-                  Selector<0> SetDays, double toNext, double toEnd, int OptType, Selector<0, 6> RetType) {
-  double results[7];
-  asn_model(Price, Strike, IntRt, Vol, SetPrice, TotDays, SetDays, toNext, toEnd, OptType, results);
-  return results[RetType];
+inline Answer ASN(KeptResults<7>* kept, double Price, double Strike, double IntRt, double Vol,
+                  double SetPrice, Selector<1> TotDays, Selector<0> SetDays, double toNext, double toEnd,
+                  int OptType, Selector<0, 6> RetType) {
+  return kept_result(kept, RetType, [&](double* results) {
+    asn_model(Price, Strike, IntRt, Vol, SetPrice, TotDays, SetDays, toNext, toEnd, OptType, results);
+  });
 }
 
-inline Answer AGC(double Price, double Strike, double SetPrice, double IntRt, double Yield, double Vol1,
-                  double Vol2, int AvgStart, int AvgEnd, int OptType, Selector<0, 9> RetType) {
-  return asian_geo_cond(Price, Strike, SetPrice, IntRt, Yield, Vol1, Vol2, AvgEnd, AvgStart, OptType,
-                        RetType);
+inline Answer AGC(GeoCondRepricings* kept, double Price, double Strike, double SetPrice, double IntRt,
+                  double Yield, double Vol1, double Vol2, int AvgStart, int AvgEnd, int OptType,
+                  Selector<0, 9> RetType) {
+  return asian_geo_cond(Price, Strike, SetPrice, IntRt, Yield, Vol1, Vol2, AvgEnd, AvgStart, OptType, RetType,
+                        kept);
 }
 
-inline Answer ASV(double Price, double Strike, double IntRt, double Vol, double SetPrice, double toExp,
-                  double toStart, double toEnd, double TradeDays, int OptType, Selector<0, 6> RetType) {
-  double results[7];
+inline Answer ASV(KeptResults<7>* kept, double Price, double Strike, double IntRt, double Vol,
+                  double SetPrice, double toExp, double toStart, double toEnd, double TradeDays, int OptType,
+                  Selector<0, 6> RetType) {
   TradingDayAverage option;
   option.S = Price;
   option.K = Strike;
@@ -38,14 +40,13 @@ inline Answer ASV(double Price, double Strike, double IntRt, double Vol, double 
   option.toEnd = toEnd;
   option.TradeDays = TradeDays;
   option.OptType = OptType;
-  asian_vol_approx(option, results);
-  return results[RetType];
+  return kept_result(kept, RetType, [&](double* results) { asian_vol_approx(option, results); });
 }
 
-inline Answer ASNSPRD2(double PriceA, double PriceB, double Strike, double IntRt, double q1, double q2,
-                       double VolAf, double VolBf, double VolA, double VolB, double Correl, double SetAvgA,
-                       double SetAvgB, int ExpDays, int AvgBegDaysA, int AvgBegDaysB, int OptType,
-                       Selector<0, 13> RetType) {
+inline Answer ASNSPRD2(AsianSpreadKept* kept, double PriceA, double PriceB, double Strike, double IntRt,
+                       double q1, double q2, double VolAf, double VolBf, double VolA, double VolB,
+                       double Correl, double SetAvgA, double SetAvgB, int ExpDays, int AvgBegDaysA,
+                       int AvgBegDaysB, int OptType, Selector<0, 13> RetType) {
   if (asian_spread_days(ExpDays, AvgBegDaysA, AvgBegDaysB) > asian_spread_most_days)
     return Answer::failure(value_code, Reason::days);
   AsianSpread option;
@@ -66,22 +67,23 @@ inline Answer ASNSPRD2(double PriceA, double PriceB, double Strike, double IntRt
   option.BA = AvgBegDaysA;
   option.BB = AvgBegDaysB;
   option.OptType = OptType;
+  option.kept = kept;
   return asian_spread_greek(option, RetType);
 }
 
 /// On futures, whose yield is the interest rate.
-inline Answer ASNSPRD(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
-                      double Correl, double SetAvgA, double SetAvgB, int ExpDays, int AvgBegDays, int OptType,
-                      Selector<0, 12> RetType) {
-  return ASNSPRD2(PriceA, PriceB, Strike, IntRt, IntRt, IntRt, VolA, VolB, VolA, VolB, Correl, SetAvgA,
+inline Answer ASNSPRD(AsianSpreadKept* kept, double PriceA, double PriceB, double Strike, double IntRt,
+                      double VolA, double VolB, double Correl, double SetAvgA, double SetAvgB, int ExpDays,
+                      int AvgBegDays, int OptType, Selector<0, 12> RetType) {
+  return ASNSPRD2(kept, PriceA, PriceB, Strike, IntRt, IntRt, IntRt, VolA, VolB, VolA, VolB, Correl, SetAvgA,
                   SetAvgB, ExpDays, AvgBegDays, AvgBegDays, OptType, {RetType});
 }
 
 /// More than ten years of fixings still to be made are #VALUE!: no cell may hang Excel.
-inline Answer CMPASN(double Price, double IntRt, double Vol1, double Vol2, double SetPrice, int TotDays,
-                     int SetDays, double toNext, double ExpDays, double CmpVol, double AsnStrike,
-                     double CompStrike, double CmpExpDays, double CmpIntRt, int CmpOptType, int RetType,
-                     int /*Tsteps*/) {
+inline Answer CMPASN(CompoundAsianRepricings* kept, double Price, double IntRt, double Vol1, double Vol2,
+                     double SetPrice, int TotDays, int SetDays, double toNext, double ExpDays, double CmpVol,
+                     double AsnStrike, double CompStrike, double CmpExpDays, double CmpIntRt, int CmpOptType,
+                     int RetType, int /*Tsteps*/) {
   CompoundAsian option;
   option.S0 = Price;
   option.r = IntRt;
@@ -98,6 +100,7 @@ inline Answer CMPASN(double Price, double IntRt, double Vol1, double Vol2, doubl
   option.CmpExpDays = CmpExpDays;
   option.rc = CmpIntRt;
   option.CmpOptType = CmpOptType;
+  option.kept = kept;
   if (!compound_asian_is_bounded(option)) return Answer::failure(value_code, Reason::fixings);
   return compound_asian_greek(option, RetType);
 }

@@ -54,10 +54,10 @@ inline Answer BASCORR(Basket Fwd1_rng, Basket Fwd2_rng, Basket Vol1_rng, Basket 
 }
 
 /// Tmat is in years. Risk outside 0..24 is #VALUE!.
-inline Answer PPLUS(double SA1, double SA2, double SB1, double SB2, double DaysSB1, double DaysSB2,
-                    double VolA1, double VolA2, double VolB1, double VolB2, double CorrA1A2, double CorrB1B2,
-                    double CorrA1B1, double CorrA2B1, double CorrA1B2, double CorrA2B2, double Strike,
-                    double IR, double Tmat, int Opttype, int Risk, int Aflag, int Bflag) {
+inline Answer PPLUS(TwoBasketRepricings* kept, double SA1, double SA2, double SB1, double SB2, double DaysSB1,
+                    double DaysSB2, double VolA1, double VolA2, double VolB1, double VolB2, double CorrA1A2,
+                    double CorrB1B2, double CorrA1B1, double CorrA2B1, double CorrA1B2, double CorrA2B2,
+                    double Strike, double IR, double Tmat, int Opttype, int Risk, int Aflag, int Bflag) {
   if (Risk < 0 || Risk > 24) return Answer::failure(value_code, Reason::result);
   return pplus_greek({{SA1, SA2, SB1, SB2},
                       {VolA1, VolA2, VolB1, VolB2},
@@ -68,7 +68,8 @@ inline Answer PPLUS(double SA1, double SA2, double SB1, double SB2, double DaysS
                       Tmat,
                       Opttype,
                       Aflag,
-                      Bflag},
+                      Bflag,
+                      kept},
                      Risk);
 }
 

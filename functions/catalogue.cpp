@@ -1,8 +1,11 @@
 #include "functions/catalogue.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <utility>
 
 #include "functions/asian.h"
@@ -28,12 +31,11 @@ constexpr Frame SwapRanges{Intake::lines, Length::last, FirstCell::error_passed_
 constexpr Frame Blocks{Intake::blocks};
 
 // The worksheet function behind a list of arguments: its kinds, and the call with each argument converted.
-template <auto function>
-struct Signature;
-
-template <class... Parameter, Answer (*function)(Parameter...)>
-struct Signature<function> {
+// `Kept` is what a call keeps for its other results, void where nothing is.
+template <auto function, class Kept, class... Parameter>
+struct Call {
   static constexpr std::size_t count = sizeof...(Parameter);
+  static constexpr bool keeps = !std::is_void_v<Kept>;
   static constexpr bool takes_ranges = (is_range(Taken<Parameter>::kind) || ...);
   static_assert(count <= most_arguments);
   static_assert((int{is_line(Taken<Parameter>::kind)} + ...) <= most_lines);
@@ -52,18 +54,62 @@ struct Signature<function> {
     return list;
   }
 
-  static Answer compute(const double* numbers, const Cells* cells) {
+  // Flat, so that what is there for several results costs a single one nothing.
+  [[gnu::flatten]] static Answer compute(const double* numbers, const Cells* cells) {
     return compute(numbers, cells, std::make_index_sequence<count>());
   }
 
+  /// Of every function whose result argument stands at `place`; null where nothing is shared.
+  template <int place>
+  static constexpr auto compute_all() -> decltype(Function::compute_all) {
+    if constexpr (keeps && place >= 0)
+      return
+          [](const double* numbers, const Cells* cells, const int* selectors, int results, Answer* answers) {
+            compute_all<std::size_t{place}>(numbers, cells, selectors, results, answers,
+                                            std::make_index_sequence<count>());
+          };
+    else
+      return nullptr;
+  }
+
  private:
+  static Answer refusal(int at) {
+    return Answer::failure(missing_code, refuses_signs(at) ? Reason::wrong_sign : Reason::out_of_range, at);
+  }
+  template <std::size_t place, std::size_t... i>
+  static void compute_all(const double* numbers, [[maybe_unused]] const Cells* cells, const int* selectors,
+                          int results, Answer* answers, std::index_sequence<i...>) {
+    using Asks = std::tuple_element_t<place, std::tuple<Parameter...>>;
+    constexpr int asks_at = static_cast<int>(place);
+    int refused = static_cast<int>(count);
+    static_cast<void>(
+        ((i == place || accepts<Parameter>(numbers[i]) || (refused = static_cast<int>(i), false)) && ...));
+    if (refused < static_cast<int>(count)) {
+      for (int j = 0; j < results; ++j)
+        answers[j] = refusal(refused > asks_at && !Taken<Asks>::accepts(selectors[j]) ? asks_at : refused);
+      return;
+    }
+    std::tuple<Parameter...> taken{
+        Taken<Parameter>::from(i == place ? 0.0 : numbers[i], takes_ranges ? cells + i : nullptr)...};
+    Kept kept;
+    for (int j = 0; j < results; ++j) {
+      if (!Taken<Asks>::accepts(selectors[j])) {
+        answers[j] = refusal(asks_at);
+        continue;
+      }
+      std::get<place>(taken) = Taken<Asks>::from(selectors[j]);
+      answers[j] = function(&kept, std::get<i>(taken)...);
+    }
+  }
   template <std::size_t... i>
   static Answer compute(const double* numbers, [[maybe_unused]] const Cells* cells,
                         std::index_sequence<i...>) {
     int at = -1;
-    if (!((++at, accepts<Parameter>(numbers[i])) && ...))
-      return Answer::failure(missing_code, refuses_signs(at) ? Reason::wrong_sign : Reason::out_of_range, at);
-    return function(Taken<Parameter>::from(numbers[i], takes_ranges ? cells + i : nullptr)...);
+    if (!((++at, accepts<Parameter>(numbers[i])) && ...)) return refusal(at);
+    if constexpr (keeps)
+      return function(nullptr, Taken<Parameter>::from(numbers[i], takes_ranges ? cells + i : nullptr)...);
+    else
+      return function(Taken<Parameter>::from(numbers[i], takes_ranges ? cells + i : nullptr)...);
   }
   static bool refuses_signs(int at) {
     constexpr bool signs[] = {(Taken<Parameter>::kind == ParameterKind::positive ||
@@ -81,16 +127,39 @@ struct Signature<function> {
   }
 };
 
+template <auto function, class... Parameter>
+Call<function, void, Parameter...> call_of(Answer (*)(Parameter...));
+template <auto function, class Kept, class... Parameter>
+Call<function, Kept, Parameter...> call_of(Answer (*)(Kept*, Parameter...));
+
+template <auto function>
+using Signature = decltype(call_of<function>(function));
+
 constexpr int commas(std::string_view names) {
   int count = 0;
   for (char character : names) count += character == ',';
   return count;
 }
 
+// The place of the argument that asks for the result.
+template <std::size_t count>
+constexpr int result_place(const std::array<Argument, count>& arguments) {
+  for (std::size_t i = 0; i < count; ++i)
+    if (std::string_view(arguments[i].name) == "RetType" || std::string_view(arguments[i].name) == "Risk")
+      return static_cast<int>(i);
+  return -1;
+}
+
+template <auto function>
+constexpr const EuropeanForm* european_form() {
+  return worksheet::european<function>.results > 0 ? &worksheet::european<function> : nullptr;
+}
+
 #define FUNCTION(name, function, frame, pointers, description, names)                    \
   constexpr auto arguments_of_##name = Signature<worksheet::function>::arguments(names); \
   static_assert(commas(names) + 1 == Signature<worksheet::function>::count, #name);      \
-  static_assert(pointers >= Signature<worksheet::function>::count, #name);
+  static_assert(pointers >= Signature<worksheet::function>::count, #name);               \
+  constexpr int result_of_##name = result_place(arguments_of_##name);
 #include "functions/function_list.h"
 
 // Operands are read like records; all their cells are there.
@@ -141,9 +210,12 @@ const Function catalogue[] = {
    description,                                                       \
    arguments_of_##name.data(),                                        \
    static_cast<int>(arguments_of_##name.size()),                      \
+   result_of_##name,                                                  \
    Signature<worksheet::function>::takes_ranges,                      \
    frame,                                                             \
-   Signature<worksheet::function>::compute},
+   Signature<worksheet::function>::compute,                           \
+   Signature<worksheet::function>::compute_all<result_of_##name>(),   \
+   european_form<worksheet::function>()},
 #include "functions/function_list.h"
 };
 
@@ -157,6 +229,51 @@ const Function* find_in_catalogue(const char* name) {
 
 Answer price(const Function& function, const Operand* given) {
   return FrameReader<OperandReader>::evaluate(function, given);
+}
+
+void price_results(const Function& function, const Operand* given, const int* selectors, int results,
+                   Answer* answers) {
+  if (results < 1) return;
+  const int asks_at = function.result_argument;
+  const bool together = results > 1 && function.compute_all != nullptr;
+  double numbers[most_arguments];
+  bool plain = function.frame.intake == Intake::scalars && together;
+  int missing = -1;
+  for (int i = 0; i < function.argument_count && plain; ++i) {
+    plain = i == asks_at || given[i].rows == 0;
+    if (i == asks_at || !plain) continue;
+    numbers[i] = *given[i].values;
+    if (numbers[i] != numbers[i] && missing < 0) missing = i;
+  }
+  if (plain) {
+    if (missing >= 0) {
+      std::fill_n(answers, results, Answer::failure(missing_code, Reason::missing, missing));
+      return;
+    }
+    const ProcessorState state;
+    function.compute_all(numbers, nullptr, selectors, results, answers);
+    return;
+  }
+
+  Operand operands[most_arguments];
+  std::copy_n(given, function.argument_count, operands);
+  double selector = selectors[0];
+  operands[asks_at] = {&selector};
+  if (!together) {
+    for (int j = 0; j < results; ++j) {
+      selector = selectors[j];
+      answers[j] = price(function, operands);
+    }
+    return;
+  }
+  bool taken = false;
+  const auto compute = [&](const double* of_call, const Cells* cells) {
+    function.compute_all(of_call, cells, selectors, results, answers);
+    taken = true;
+    return Answer(0.0);
+  };
+  const Answer refusal = FrameReader<OperandReader>::evaluate(function, operands, compute);
+  if (!taken) std::fill_n(answers, results, refusal);
 }
 
 // Numbers need no reader in a frame of scalars, which takes them as they are.

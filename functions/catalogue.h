@@ -46,17 +46,26 @@ struct Frame {
   Singles singles = Singles::priced;
 };
 
+struct EuropeanForm;
+
 struct Function {
   const char* name;         // on the worksheet
   const char* computed_by;  // the name without the x of a twin
   const char* description;  // as Excel shows it, blanks included
   const Argument* arguments;
   int argument_count;
+  int result_argument;  // which one asks for the result, by its place; -1 when there is one result only
   bool takes_ranges;
   Frame frame;
   /// The function itself, for callers that have taken the arguments apart: numbers[i] or cells[i] is argument
   /// i. Cells may be written to.
   Answer (*compute)(const double* numbers, const Cells* cells);
+  /// Answers several selectors of one call, working out once what their results share: answers[j] is what
+  /// compute gives where argument result_argument is selectors[j]. Null where nothing is shared.
+  void (*compute_all)(const double* numbers, const Cells* cells, const int* selectors, int results,
+                      Answer* answers);
+  /// Null where it is no European option.
+  const EuropeanForm* european;
 };
 
 extern const Function catalogue[];
@@ -80,5 +89,10 @@ Answer price(const Function& function, const Operand* given);
 
 /// The same for numbers alone.
 Answer price(const Function& function, const double* numbers);
+
+/// The same for several results of one call: answers[j] is the answer where argument result_argument, which
+/// is not looked at, is selectors[j]. The arguments are taken once.
+void price_results(const Function& function, const Operand* given, const int* selectors, int results,
+                   Answer* answers);
 
 }  // namespace kestran

@@ -15,16 +15,16 @@
 
 namespace kestran::worksheet {
 
-inline Answer BRRR(double Price, double Strike, double IntRt, double Yield, double Vol, double ExpDays,
-                   double BarrPr, double Rebate, Selector<0, 2> OptType, int KnockType,
-                   Selector<0, 5> RetType) {
-  return barrier_greek(Price, Strike, Vol, IntRt, Yield, ExpDays, BarrPr, Rebate, OptType, KnockType,
-                       RetType);
+inline Answer BRRR(BarrierRepricings* kept, double Price, double Strike, double IntRt, double Yield,
+                   double Vol, double ExpDays, double BarrPr, double Rebate, Selector<0, 2> OptType,
+                   int KnockType, Selector<0, 5> RetType) {
+  return barrier_greek(Price, Strike, Vol, IntRt, Yield, ExpDays, BarrPr, Rebate, OptType, KnockType, RetType,
+                       kept);
 }
 
-inline Answer LKBK(double Price, double Strike, double IntRt, double Yield, double Vol, double ExpDays,
-                   int OptType, Selector<0, 6> RetType) {
-  return lookback_greek(Price, Strike, IntRt, Yield, Vol, ExpDays, OptType, days_per_year, RetType);
+inline Answer LKBK(LookbackRepricings* kept, double Price, double Strike, double IntRt, double Yield,
+                   double Vol, double ExpDays, int OptType, Selector<0, 6> RetType) {
+  return lookback_greek(Price, Strike, IntRt, Yield, Vol, ExpDays, OptType, days_per_year, RetType, kept);
 }
 
 inline Answer CMPDV(double Price, double StrOver, double StrUnder, double TimeOver, double TimeUnder,
@@ -44,8 +44,9 @@ inline Answer CMPDV(double Price, double StrOver, double StrUnder, double TimeOv
   return compound_greek(option, RetType);
 }
 
-inline Answer RBOW(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
-                   double Correl, Years ExpDays, Selector<1, 6> OptType, Selector<0, 10> RetType) {
+inline Answer RBOW(RainbowRepricings* kept, double PriceA, double PriceB, double Strike, double IntRt,
+                   double VolA, double VolB, double Correl, Years ExpDays, Selector<1, 6> OptType,
+                   Selector<0, 10> RetType) {
   RainbowOption option;
   option.S1 = PriceA;
   option.S2 = PriceB;
@@ -57,22 +58,32 @@ inline Answer RBOW(double PriceA, double PriceB, double Strike, double IntRt, do
   option.sigma2 = VolB;
   option.rho = Correl;
   option.OptType = OptType;
+  option.kept = kept;
   return rainbow_greek(option, RetType);
 }
 
-inline Answer WSPRD(double FwdSpd, double Strike, double IntRt, double Vol, Years ExpDays, int OptType,
-                    Selector<0, 8> RetType) {
+inline Answer WSPRD(KeptResults<european_results>* kept, double FwdSpd, double Strike, double IntRt,
+                    double Vol, Years ExpDays, int OptType, Selector<0, 8> RetType) {
+  if (kept != nullptr)
+    return kept_result(kept, RetType, [&](double* results) {
+      wilcox_spread_all(FwdSpd, Strike, IntRt, Vol, ExpDays, OptType, results);
+    });
   return wilcox_spread(FwdSpd, Strike, IntRt, Vol, ExpDays, OptType, RetType);
 }
 
-inline Answer HEAT(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
-                   double Correl, Years ExpDays, int OptType, Selector<0, 12> RetType) {
+inline Answer HEAT(KeptResults<heat_rate_results>* kept, double PriceA, double PriceB, double Strike,
+                   double IntRt, double VolA, double VolB, double Correl, Years ExpDays, int OptType,
+                   Selector<0, 12> RetType) {
+  if (kept != nullptr)
+    return kept_result(kept, RetType, [&](double* results) {
+      heat_rate_all(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, results);
+    });
   return heat_rate_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType);
 }
 
-inline Answer QUANTO(double ExRt, double Price, double Strike, double dIntRt, double fIntRt, double Yield,
-                     double Vol, double exVol, double Correl, Years ExpDays, int OptType,
-                     Selector<1, 4> Qtype, Selector<0, 11> RetType) {
+inline Answer QUANTO(KeptResults<european_results>* kept, double ExRt, double Price, double Strike,
+                     double dIntRt, double fIntRt, double Yield, double Vol, double exVol, double Correl,
+                     Years ExpDays, int OptType, Selector<1, 4> Qtype, Selector<0, 11> RetType) {
   QuantoOption option;
   option.E = ExRt;
   option.S = Price;
@@ -86,18 +97,20 @@ inline Answer QUANTO(double ExRt, double Price, double Strike, double dIntRt, do
   option.T = ExpDays;
   option.OptType = OptType;
   option.Qtype = Qtype;
-  return quanto_option(option, RetType);
+  return quanto_option(option, RetType, kept);
 }
 
-inline Answer SPRDOPT(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
-                      double Correl, Years ExpDays, int OptType, Selector<0, 16> RetType) {
-  return spread_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType);
+inline Answer SPRDOPT(SpreadRepricings* kept, double PriceA, double PriceB, double Strike, double IntRt,
+                      double VolA, double VolB, double Correl, Years ExpDays, int OptType,
+                      Selector<0, 16> RetType) {
+  return spread_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType, kept);
 }
 
 /// The one twin that differs: it does not answer the results above 12.
-inline Answer xSPRDOPT(double PriceA, double PriceB, double Strike, double IntRt, double VolA, double VolB,
-                       double Correl, Years ExpDays, int OptType, Selector<0, 12> RetType) {
-  return spread_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType);
+inline Answer xSPRDOPT(SpreadRepricings* kept, double PriceA, double PriceB, double Strike, double IntRt,
+                       double VolA, double VolB, double Correl, Years ExpDays, int OptType,
+                       Selector<0, 12> RetType) {
+  return spread_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType, kept);
 }
 
 inline Answer WARRANT(double Price, double Strike, double IntRt, double Yield, double Vol, Years toVested,

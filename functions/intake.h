@@ -70,14 +70,20 @@ class FrameReader {
 
  public:
   static Answer evaluate(const Function& function, const Given* given) {
+    return evaluate(function, given, function.compute);
+  }
+
+  // With compute(numbers, cells) in the place of the function's own.
+  template <class Compute>
+  static Answer evaluate(const Function& function, const Given* given, const Compute& compute) {
     const ProcessorState state;
     switch (function.frame.intake) {
       case Intake::scalars:
-        return of_scalars(function, given);
+        return of_scalars(function, given, compute);
       case Intake::lines:
-        return of_lines(function, given);
+        return of_lines(function, given, compute);
       default:
-        return of_blocks(function, given);
+        return of_blocks(function, given, compute);
     }
   }
 
@@ -95,7 +101,8 @@ class FrameReader {
     return true;
   }
 
-  static Answer of_scalars(const Function& function, const Given* given) {
+  template <class Compute>
+  static Answer of_scalars(const Function& function, const Given* given, const Compute& compute) {
     double numbers[most_arguments];
     Refusal last_error;
     int missing = -1;
@@ -131,7 +138,7 @@ class FrameReader {
     }
     if (last_error) return last_error.answer();
     if (missing >= 0) return Answer::failure(missing_code, Reason::missing, missing);
-    return function.compute(numbers, nullptr);
+    return compute(numbers, nullptr);
   }
 
   // A number is wanted and is not there.
@@ -258,7 +265,8 @@ class FrameReader {
     return go_on;
   }
 
-  static Answer of_lines(const Function& function, const Given* given) {
+  template <class Compute>
+  static Answer of_lines(const Function& function, const Given* given, const Compute& compute) {
     double storage[most_lines][range_cells];
     OwnedCells matrix;
     Taking taking;
@@ -288,7 +296,7 @@ class FrameReader {
     if (!several && !one_each) return misfit(function, taking);
     const int longer = fit_lines(function, taking);
     if (longer >= 0) return Answer::failure(value_code, Reason::length, longer);
-    return function.compute(taking.numbers, taking.cells);
+    return compute(taking.numbers, taking.cells);
   }
 
   // Arguments that are all in order but not of one kind: the reason why not.
@@ -334,7 +342,8 @@ class FrameReader {
     return -1;
   }
 
-  static Answer of_blocks(const Function& function, const Given* given) {
+  template <class Compute>
+  static Answer of_blocks(const Function& function, const Given* given, const Compute& compute) {
     OwnedCells blocks[most_blocks];
     Taking taking;
     int used = 0;
@@ -354,7 +363,7 @@ class FrameReader {
         return Answer::failure(refusal.code, refusal.reason, refusal.argument < 0 ? i : refusal.argument);
     }
     if (taking.remembered) return taking.remembered.answer();
-    return function.compute(taking.numbers, taking.cells);
+    return compute(taking.numbers, taking.cells);
   }
 };
 

@@ -12,12 +12,16 @@
 //   SquareMatrix      a square block of numbers
 //   Basket            a block of up to 256 numbers
 //   LowerTriangle     a block of up to 32,640 correlations
+//
+// A function whose results have work in common takes before its arguments a pointer to a structure for what
+// one result leaves to the next of the same call; it is null where a single result is wanted.
 #pragma once
 
 #include <cmath>
 #include <limits>
 
 #include "models/calendar.h"
+#include "models/repricings.h"
 
 namespace kestran {
 
@@ -116,7 +120,9 @@ template <>
 struct Taken<int> : TakenNumber {
   static constexpr ParameterKind kind = ParameterKind::integer;
   static bool accepts(double number) { return !std::isnan(number); }
+  static bool accepts(int) { return true; }
   static int from(double number, const Cells*) { return truncate_to_int(number); }
+  static int from(int number) { return number; }
 };
 
 template <int a, int b>
@@ -127,7 +133,9 @@ struct Taken<Selector<a, b>> {
   static bool accepts(double number) {
     return !std::isnan(number) && truncate_to_int(number) >= a && truncate_to_int(number) <= b;
   }
+  static bool accepts(int number) { return number >= a && number <= b; }
   static Selector<a, b> from(double number, const Cells*) { return {truncate_to_int(number)}; }
+  static Selector<a, b> from(int number) { return {number}; }
 };
 
 template <>

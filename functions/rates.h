@@ -81,7 +81,7 @@ inline Answer XCOL(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDay
 /// The result of a swaption of n periods that `model` puts into a record; those of one period are asked for
 /// by RetMonth, counted from 1.
 template <class Model>
-Answer swaption_result(int n, int RetType, int RetMonth, const Model& model) {
+Answer swaption_result(KeptResults<8>* kept, int n, int RetType, int RetMonth, const Model& model) {
   if (RetType < 0 || RetType > 7) return Answer::failure(value_code, Reason::result);
   SwaptionRecord record;
   // Where the result stands when it is one of the whole strip, and when it is one of each period.
@@ -89,28 +89,40 @@ Answer swaption_result(int n, int RetType, int RetMonth, const Model& model) {
                                      &record.rate_sens, &record.theta, nullptr, nullptr};
   double** const of_periods[8] = {nullptr, &record.delta_by_period, &record.gamma_by_period, nullptr, nullptr,
                                   nullptr, &record.vanna_by_period, &record.decay_by_period};
+  const bool is_month = RetMonth >= 1 && RetMonth <= n;
+  if (!of_strip[RetType] && !is_month) return Answer::failure(value_code, Reason::month);
+  if (kept != nullptr)
+    return kept_result(kept, RetType, [&](double* results) {
+      double by_period[8][range_cells];
+      for (int i = 0; i < 8; ++i)
+        if (of_periods[i] && is_month) *of_periods[i] = by_period[i];
+      model(record);
+      for (int i = 0; i < 8; ++i)
+        results[i] = of_strip[i] ? *of_strip[i] : is_month ? by_period[i][RetMonth - 1] : 0.0;
+    });
   if (of_strip[RetType]) {
     model(record);
     return *of_strip[RetType];
   }
-  if (RetMonth < 1 || RetMonth > n) return Answer::failure(value_code, Reason::month);
   double by_period[range_cells];
   *of_periods[RetType] = by_period;
   model(record);
   return by_period[RetMonth - 1];
 }
 
-inline Answer SWAPTION(Range Fwd, Range Qty, Range Swaptime, Range Rates, double Swapvol, double Strike,
-                       double IntRt, double Expiry, int Opttype, int RetType, int RetMonth) {
-  return swaption_result(Rates.count, RetType, RetMonth, [&](SwaptionRecord& record) {
+inline Answer SWAPTION(KeptResults<8>* kept, Range Fwd, Range Qty, Range Swaptime, Range Rates,
+                       double Swapvol, double Strike, double IntRt, double Expiry, int Opttype, int RetType,
+                       int RetMonth) {
+  return swaption_result(kept, Rates.count, RetType, RetMonth, [&](SwaptionRecord& record) {
     swaption_model(Fwd.values, Qty.values, Swaptime.values, Rates.values, Swapvol, Strike, IntRt, Expiry,
                    Rates.count, Opttype, record);
   });
 }
 
-inline Answer SWAPTION1(Range Fwd, Range Qty, Range Swaptime, Range Rates, RangeOrNumber Strike,
-                        double Swapvol, double IntRt, double Expiry, int Opttype, int RetType, int RetMonth) {
-  return swaption_result(Rates.count, RetType, RetMonth, [&](SwaptionRecord& record) {
+inline Answer SWAPTION1(KeptResults<8>* kept, Range Fwd, Range Qty, Range Swaptime, Range Rates,
+                        RangeOrNumber Strike, double Swapvol, double IntRt, double Expiry, int Opttype,
+                        int RetType, int RetMonth) {
+  return swaption_result(kept, Rates.count, RetType, RetMonth, [&](SwaptionRecord& record) {
     swaption1_model(Fwd.values, Qty.values, Swaptime.values, Rates.values, Strike.values, Swapvol, IntRt,
                     Expiry, Rates.count, Opttype, record);
   });

@@ -12,30 +12,31 @@
 
 namespace kestran::worksheet {
 
-inline Answer OSTRIP2(double Price, double Strike, double NowToSet, int BegDays, int EndDays, int FwdStFlag,
-                      double IntRt, double Vol_before, double Vol_after, double PctIndex, double BasisOffset,
-                      int OptType, Selector<0, 10> RetType) {
+inline Answer OSTRIP2(OptionStripRepricings* kept, double Price, double Strike, double NowToSet, int BegDays,
+                      int EndDays, int FwdStFlag, double IntRt, double Vol_before, double Vol_after,
+                      double PctIndex, double BasisOffset, int OptType, Selector<0, 10> RetType) {
   if (strip_days_ahead(BegDays, EndDays) > ostrip_most_days) return Answer::failure(value_code, Reason::days);
   return ostrip_greek({Price, Strike, NowToSet, BegDays, EndDays, FwdStFlag, IntRt, Vol_before, Vol_after,
-                       PctIndex, BasisOffset, OptType},
+                       PctIndex, BasisOffset, OptType, kept},
                       RetType);
 }
 
-inline Answer OSTRIP(double Price, double Strike, double NowToSet, int BegDays, int EndDays, int FwdStFlag,
-                     double IntRt, double Vol_before, double Vol_after, double PctIndex, double BasisOffset,
-                     int OptType, Selector<0, 6> RetType) {
-  return OSTRIP2(Price, Strike, NowToSet, BegDays, EndDays, FwdStFlag, IntRt, Vol_before, Vol_after, PctIndex,
-                 BasisOffset, OptType, {RetType});
+inline Answer OSTRIP(OptionStripRepricings* kept, double Price, double Strike, double NowToSet, int BegDays,
+                     int EndDays, int FwdStFlag, double IntRt, double Vol_before, double Vol_after,
+                     double PctIndex, double BasisOffset, int OptType, Selector<0, 6> RetType) {
+  return OSTRIP2(kept, Price, Strike, NowToSet, BegDays, EndDays, FwdStFlag, IntRt, Vol_before, Vol_after,
+                 PctIndex, BasisOffset, OptType, {RetType});
 }
 
-inline Answer OSTRIPSPRD(double Price1, double Price2, double Vol1m, double Vol1d, double Vol2m, double Vol2d,
-                         double Correlm, double Correld, double Strike, double NowToSet, int BegDays,
-                         int EndDays, double IntRt, double PctIndex, double BasisOffset, int FwdStFlag,
-                         int OptType, Selector<0, 17> RetType) {
+inline Answer OSTRIPSPRD(SpreadStripRepricings* kept, double Price1, double Price2, double Vol1m,
+                         double Vol1d, double Vol2m, double Vol2d, double Correlm, double Correld,
+                         double Strike, double NowToSet, int BegDays, int EndDays, double IntRt,
+                         double PctIndex, double BasisOffset, int FwdStFlag, int OptType,
+                         Selector<0, 17> RetType) {
   if (strip_days_ahead(BegDays, EndDays) > ostripsprd_most_days)
     return Answer::failure(value_code, Reason::days);
   return ostripsprd_greek({Price1, Price2, Vol1m, Vol1d, Vol2m, Vol2d, Correlm, Correld, Strike, NowToSet,
-                           BegDays, EndDays, IntRt, PctIndex, BasisOffset, FwdStFlag, OptType},
+                           BegDays, EndDays, IntRt, PctIndex, BasisOffset, FwdStFlag, OptType, kept},
                           RetType);
 }
 
@@ -112,9 +113,10 @@ inline Answer ASTRIP2m(double Price1, double Price2, double Vol1, double Vol2, d
   return asian_strip_result(strip, RetType, RetMonth);
 }
 
-inline TwoContracts two_contracts(double Price1, double Price2, double Vol1, double Vol2, double Sig1,
-                                  double Sig2, int Settle1, int Settle2, int SetDays, double Strike,
-                                  double IntRt, double Correl, double SetPrice, double ToExp, int Opttype) {
+inline TwoContracts two_contracts(TwoContractRepricings* kept, double Price1, double Price2, double Vol1,
+                                  double Vol2, double Sig1, double Sig2, int Settle1, int Settle2,
+                                  int SetDays, double Strike, double IntRt, double Correl, double SetPrice,
+                                  double ToExp, int Opttype) {
   TwoContracts option;
   option.F[0] = Price1;
   option.F[1] = Price2;
@@ -131,6 +133,7 @@ inline TwoContracts two_contracts(double Price1, double Price2, double Vol1, dou
   option.rho = Correl;
   option.ToExp = ToExp;
   option.OptType = Opttype % 10;
+  option.kept = kept;
   return option;
 }
 
@@ -148,11 +151,11 @@ inline Answer two_contract_result(const TwoContracts& option, int RetType, int R
 }
 
 /// Times are in years; Vol is the volatility before a contract's averaging, Sig that within.
-inline Answer AdjASTRIP2m(double Price1, double Price2, double Vol1, double Vol2, double Sig1, double Sig2,
-                          double Next1, double Next2, double End1, double End2, int Settle1, int Settle2,
-                          int SetDays, double Strike, double IntRt, double Correl, double SetPrice,
-                          double ToExp, int Opttype, int RetType, int RetMonth) {
-  TwoContracts option = two_contracts(Price1, Price2, Vol1, Vol2, Sig1, Sig2, Settle1, Settle2, SetDays,
+inline Answer AdjASTRIP2m(TwoContractRepricings* kept, double Price1, double Price2, double Vol1, double Vol2,
+                          double Sig1, double Sig2, double Next1, double Next2, double End1, double End2,
+                          int Settle1, int Settle2, int SetDays, double Strike, double IntRt, double Correl,
+                          double SetPrice, double ToExp, int Opttype, int RetType, int RetMonth) {
+  TwoContracts option = two_contracts(kept, Price1, Price2, Vol1, Vol2, Sig1, Sig2, Settle1, Settle2, SetDays,
                                       Strike, IntRt, Correl, SetPrice, ToExp, Opttype);
   option.Next[0] = Next1;
   option.Next[1] = Next2;
@@ -162,11 +165,11 @@ inline Answer AdjASTRIP2m(double Price1, double Price2, double Vol1, double Vol2
 }
 
 /// One averaging period over both contracts, its start negative once averaging has begun.
-inline Answer xCrudeAPO(double Price1, double Price2, double Vol1, double Vol2, double Sig1, double Sig2,
-                        double AvgStart, double AvgEnd, int Settle1, int Settle2, int SetDays, double Strike,
-                        double IntRt, double Correl, double SetPrice, double ToExp, int Opttype, int RetType,
-                        int RetMonth) {
-  TwoContracts option = two_contracts(Price1, Price2, Vol1, Vol2, Sig1, Sig2, Settle1, Settle2, SetDays,
+inline Answer xCrudeAPO(TwoContractRepricings* kept, double Price1, double Price2, double Vol1, double Vol2,
+                        double Sig1, double Sig2, double AvgStart, double AvgEnd, int Settle1, int Settle2,
+                        int SetDays, double Strike, double IntRt, double Correl, double SetPrice,
+                        double ToExp, int Opttype, int RetType, int RetMonth) {
+  TwoContracts option = two_contracts(kept, Price1, Price2, Vol1, Vol2, Sig1, Sig2, Settle1, Settle2, SetDays,
                                       Strike, IntRt, Correl, SetPrice, ToExp, Opttype);
   option.one_period = true;
   option.Next[0] = AvgStart;
@@ -175,9 +178,9 @@ inline Answer xCrudeAPO(double Price1, double Price2, double Vol1, double Vol2, 
 }
 
 /// RetType outside 0..6, and a month of more than a century of days, are #VALUE!: no cell may hang Excel.
-inline Answer YRSTRIP(Range Price_rng, Range Strike_rng, Range IntRt_rng, Range Vol_rng, Range ToSet_rng,
-                      Range BegDays_rng, Range EndDays_rng, Range Qty_rng, double AnnualQty, int Opttype,
-                      int RetType) {
+inline Answer YRSTRIP(KeptResults<7>* kept, Range Price_rng, Range Strike_rng, Range IntRt_rng, Range Vol_rng,
+                      Range ToSet_rng, Range BegDays_rng, Range EndDays_rng, Range Qty_rng, double AnnualQty,
+                      int Opttype, int RetType) {
   YearStrip strip;
   strip.Price = Price_rng.values;
   strip.Strike = Strike_rng.values;
@@ -192,9 +195,7 @@ inline Answer YRSTRIP(Range Price_rng, Range Strike_rng, Range IntRt_rng, Range 
   strip.OptType = Opttype;
   if (RetType < 0 || RetType > 6) return Answer::failure(value_code, Reason::result);
   if (!yrstrip_is_bounded(strip)) return Answer::failure(value_code, Reason::days);
-  double results[7];
-  yrstrip_value(strip, results);
-  return results[RetType];
+  return kept_result(kept, RetType, [&](double* results) { yrstrip_value(strip, results); });
 }
 
 }  // namespace kestran::worksheet

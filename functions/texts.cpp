@@ -50,7 +50,7 @@ const char* unit_name(Unit unit) {
 
 // Twins compare equal by the name of what computes them; a function whose twin differs has no text of its
 // own.
-const FunctionText& text_of(const Function& function) {
+static const FunctionText& text_named(const Function& function) {
   const char* names[] = {function.computed_by, function.name + (function.name[0] == 'x')};
   for (const char* name : names)
     for (const FamilyText* family : families)
@@ -59,12 +59,24 @@ const FunctionText& text_of(const Function& function) {
   return families[0]->functions[0];  // never: a test asks for the text of every function
 }
 
-int result_argument(const Function& function) {
-  for (int i = 0; i < function.argument_count; ++i)
-    if (std::strcmp(function.arguments[i].name, "RetType") == 0 ||
-        std::strcmp(function.arguments[i].name, "Risk") == 0)
-      return i;
-  return -1;
+namespace {
+
+// The text of each function of the catalogue, looked up once.
+struct TextsByPlace {
+#define FUNCTION(...) +1
+  const FunctionText* texts[0
+#include "functions/function_list.h"
+  ];
+  TextsByPlace() {
+    for (int i = 0; i < catalogue_size; ++i) texts[i] = &text_named(catalogue[i]);
+  }
+};
+
+}  // namespace
+
+const FunctionText& text_of(const Function& function) {
+  static const TextsByPlace by_place;
+  return *by_place.texts[&function - catalogue];
 }
 
 const ResultText* result_text(const FunctionText& text, int selector) {

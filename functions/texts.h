@@ -92,7 +92,7 @@ extern const List<const FamilyText*> families;
 const FunctionText& text_of(const Function& function);
 
 /// Which argument asks for the result, by its place; -1 when there is one result only.
-int result_argument(const Function& function);
+inline int result_argument(const Function& function) { return function.result_argument; }
 
 /// The result that this RetType asks for; null when there is none, as for one that is refused.
 const ResultText* result_text(const FunctionText& text, int selector);

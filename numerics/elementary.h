@@ -1,7 +1,7 @@
 // Exponential, natural logarithm and power in SSE2 arithmetic only, so that every build gives the same bits.
 #pragma once
 
-#include <emmintrin.h>
+#include <immintrin.h>
 
 #include <cmath>
 #include <cstdint>
@@ -38,15 +38,24 @@ inline double positive_part(double x) { return x <= 0.0 ? 0.0 : x; }
 
 // What follows is the arithmetic of the two functions over their ordinary arguments. It stands here so that
 // it is worked in the midst of a model's other arithmetic: a call would hold up either. It is written once
-// for one value and for two lanes, so both forms give the same bits.
+// for one value and for two and four lanes, so all forms give the same bits. Four are there where a file is
+// compiled for AVX2.
 namespace elementary {
 
 struct OneValue {
   using Real = double;
+  using Whole = __m128i;
 };
 struct TwoLanes {
   using Real = __m128d;
+  using Whole = __m128i;
 };
+#if defined(__AVX2__)
+struct FourLanes {
+  using Real = __m256d;
+  using Whole = __m256i;
+};
+#endif
 
 struct PowerOfTwo {
   double value;            // 2^(j/128) rounded to double
@@ -90,6 +99,33 @@ inline ScaledPower<TwoLanes> scaled_power_of_two(__m128d shifted) {
   const __m128d row1 = _mm_load_pd(&powers_of_two[_mm_extract_epi16(count, 4) & 127].value);
   return {scaled_by_count(_mm_unpacklo_pd(row0, row1), count), _mm_unpackhi_pd(row0, row1)};
 }
+
+#if defined(__AVX2__)
+// The place of each lane's row in a table of 128.
+struct FourRows {
+  int first, second, third, fourth;
+};
+[[gnu::always_inline]] inline FourRows rows_of(__m256i whole) {
+  const __m128i low = _mm256_castsi256_si128(whole);
+  const __m128i high = _mm256_extracti128_si256(whole, 1);
+  return {_mm_cvtsi128_si32(low) & 127, _mm_extract_epi16(low, 4) & 127, _mm_cvtsi128_si32(high) & 127,
+          _mm_extract_epi16(high, 4) & 127};
+}
+
+[[gnu::always_inline]] inline __m256d both(const double* low, const double* high) {
+  return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_load_pd(low)), _mm_load_pd(high), 1);
+}
+
+[[gnu::always_inline]] inline ScaledPower<FourLanes> scaled_power_of_two(__m256d shifted) {
+  const __m256i count = _mm256_castpd_si256(shifted);
+  const FourRows rows = rows_of(count);
+  const __m256d rows02 = both(&powers_of_two[rows.first].value, &powers_of_two[rows.third].value);
+  const __m256d rows13 = both(&powers_of_two[rows.second].value, &powers_of_two[rows.fourth].value);
+  const __m256i exponent_field = _mm256_slli_epi64(_mm256_srli_epi64(count, 7), 52);
+  const __m256i value = _mm256_castpd_si256(_mm256_unpacklo_pd(rows02, rows13));
+  return {_mm256_castsi256_pd(_mm256_add_epi64(value, exponent_field)), _mm256_unpackhi_pd(rows02, rows13)};
+}
+#endif
 
 template <class Width>
 struct ReducedArgument {
@@ -136,7 +172,8 @@ constexpr double ln2_trailing = 0x1.ef35793c7673p-45;
 template <class Width>
 struct Scaled {
   typename Width::Real exponent, m;
-  __m128i interval;  // in the low bits of each lane; whatever is above bit 6 is to be masked off
+  typename Width::Whole
+      interval;  // in the low bits of each lane; whatever is above bit 6 is to be masked off
 };
 
 // The upper 32 bits of 363/512; the lower 32 are zero.
@@ -155,6 +192,20 @@ constexpr std::int32_t lowest_m_high_word = 0x3fe6b000;
   const Scaled<TwoLanes> parts = scaled(_mm_set_sd(x));
   return {_mm_cvtsd_f64(parts.exponent), _mm_cvtsd_f64(parts.m), parts.interval};
 }
+
+#if defined(__AVX2__)
+[[gnu::always_inline]] inline Scaled<FourLanes> scaled(__m256d x) {
+  const __m256i bits = _mm256_castpd_si256(x);
+  const __m256i offset =
+      _mm256_sub_epi32(bits, _mm256_set1_epi64x(std::int64_t{lowest_m_high_word} * 0x100000000));
+  const __m256i exponent_field =
+      _mm256_and_si256(offset, _mm256_set1_epi64x(std::int64_t{-0x100000} * 0x100000000));
+  const __m256i exponent =
+      _mm256_permutevar8x32_epi32(_mm256_srai_epi32(offset, 20), _mm256_setr_epi32(1, 3, 5, 7, 1, 3, 5, 7));
+  return {_mm256_cvtepi32_pd(_mm256_castsi256_si128(exponent)),
+          _mm256_castsi256_pd(_mm256_sub_epi32(bits, exponent_field)), _mm256_srli_epi64(offset, 45)};
+}
+#endif
 
 // The same of a positive x below the smallest normal number.
 inline Scaled<OneValue> scaled_subnormal(double x) {
@@ -189,6 +240,26 @@ inline CentreRow<TwoLanes> centre_of(const Scaled<TwoLanes>& parts) {
   return {_mm_unpacklo_pd(first0, first1), _mm_unpackhi_pd(first0, first1),
           _mm_set_pd(row1.log_trailing, row0.log_trailing)};
 }
+
+#if defined(__AVX2__)
+[[gnu::always_inline]] inline __m256d leading_half(__m256d x) {
+  const __m256i half_unit = _mm256_set1_epi64x(0x4000000);
+  const __m256i mask = _mm256_set1_epi64x(-0x8000000);
+  return _mm256_castsi256_pd(_mm256_and_si256(_mm256_add_epi64(_mm256_castpd_si256(x), half_unit), mask));
+}
+
+[[gnu::always_inline]] inline CentreRow<FourLanes> centre_of(const Scaled<FourLanes>& parts) {
+  const FourRows rows = rows_of(parts.interval);
+  const LogCentre& row0 = log_centres[rows.first];
+  const LogCentre& row1 = log_centres[rows.second];
+  const LogCentre& row2 = log_centres[rows.third];
+  const LogCentre& row3 = log_centres[rows.fourth];
+  const __m256d first02 = both(&row0.reciprocal, &row2.reciprocal);
+  const __m256d first13 = both(&row1.reciprocal, &row3.reciprocal);
+  return {_mm256_unpacklo_pd(first02, first13), _mm256_unpackhi_pd(first02, first13),
+          _mm256_set_pd(row3.log_trailing, row2.log_trailing, row1.log_trailing, row0.log_trailing)};
+}
+#endif
 
 // ln(2^exponent m) = leading + (f_trailing + trailing) + (ln(1 + f) - f), where f = f_leading + f_trailing
 // and leading contains f_leading. No step rounds but the last two, of f itself and of trailing: the products

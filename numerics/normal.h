@@ -1,9 +1,8 @@
 // The normal distribution functions that all models share.
 #pragma once
 
-#include <emmintrin.h>
-
 #include "numerics/elementary.h"
+#include "numerics/lanes.h"
 
 namespace kestran {
 
@@ -45,14 +44,11 @@ double cnorm3_poly(double x);
 /// below -40 and 1 above 40, whatever the polynomial. NaN gives NaN.
 double cnorm3(double x, double polynomial);
 
-/// x multiplied by itself n times, starting from 1.0; 1.0 for n < 1.
-double ipow(double x, int n);
-
-// What follows is the arithmetic of cnorm.
+// The arithmetic of cnorm, for kernels that work it in the midst of their own.
 namespace normal {
 
-// (1 - N(x)) e^(x^2 / 2) for x >= 0, one value or two lanes. The density's divisor is the published ten-digit
-// root of 2 pi; results depend on it.
+// (1 - N(x)) e^(x^2 / 2) for x >= 0, one value or several lanes. The density's divisor is the published
+// ten-digit root of 2 pi; results depend on it.
 template <class Real>
 [[gnu::always_inline]] inline Real tail_over_bell(Real x) {
   constexpr double root_2_pi = 2.506628275;
@@ -66,16 +62,18 @@ template <class Real>
   return t * ((a1 + a2 * t) + t2 * ((a3 + a4 * t) + t2 * a5));
 }
 
-// N(x) from `bell` = e^(-x^2 / 2), which may be anything where N(x) is 0 or 1.
-[[gnu::always_inline]] inline __m128d cnorm_by_bell(__m128d x, __m128d bell) {
-  const __m128d magnitude = _mm_andnot_pd(_mm_set1_pd(-0.0), x);
-  const __m128d far_out = _mm_cmpgt_pd(magnitude, _mm_set1_pd(25.0));
-  const __m128d tail = _mm_andnot_pd(far_out, bell * tail_over_bell(magnitude));
-  const __m128d upper = _mm_cmpge_pd(x, _mm_setzero_pd());
-  return _mm_or_pd(_mm_and_pd(upper, 1.0 - tail), _mm_andnot_pd(upper, tail));
+// N(x) in each lane from `bell` = e^(-x^2 / 2), which may be anything where N(x) is 0 or 1.
+template <class Real>
+[[gnu::always_inline]] inline Real cnorm_by_bell(Real x, Real bell) {
+  const Real magnitude = absolute(x);
+  const Real tail = magnitude > 25.0 ? Real{} : bell * tail_over_bell(magnitude);
+  return x >= 0.0 ? 1.0 - tail : tail;
 }
 
 }  // namespace normal
+
+/// x multiplied by itself n times, starting from 1.0; 1.0 for n < 1.
+double ipow(double x, int n);
 
 [[gnu::always_inline]] inline __m128d cnorm_inlined(__m128d x) {
   const __m128d bell = elementary::exponential_in_range<elementary::TwoLanes>(x * x * -0.5);

@@ -83,11 +83,17 @@ double price(double S, double K, double A, double r, double q, double sigma1, do
 }  // namespace
 
 double asian_geo_cond(double S, double K, double A, double r, double q, double sigma1, double sigma2, int E,
-                      int B, int OptType, int RetType) {
+                      int B, int OptType, int RetType, GeoCondRepricings* kept) {
   if (E < 1 && RetType != 0) return 0.0;
   const bool call = OptType != 0;
+  const auto value = [&](const GeoCondTerms& terms) {
+    return repriced(kept, terms, [&](const GeoCondTerms& t) {
+      return price(t.S, K, A, t.r, t.q, t.sigma1, t.sigma2, t.E, t.B, call);
+    });
+  };
+  const double last = E, first = B;
   const auto priced = [&](double price_factor, double factor1, double factor2) {
-    return price(S * price_factor, K, A, r, q, sigma1 * factor1, sigma2 * factor2, E, B, call);
+    return value({S * price_factor, r, q, sigma1 * factor1, sigma2 * factor2, last, first});
   };
   const auto delta = [&](double factor1, double factor2) {
     return (priced(bump_up, factor1, factor2) - priced(1.0, factor1, factor2)) / (bump * S);
@@ -104,9 +110,9 @@ double asian_geo_cond(double S, double K, double A, double r, double q, double s
     case GeoCondResult::vega_before:
       return (priced(1.0, bump_up, 1.0) - base()) / (bump * sigma1);
     case GeoCondResult::rho:
-      return (price(S, K, A, r * bump_up, q * bump_up, sigma1, sigma2, E, B, call) - base()) / (bump * r);
+      return (value({S, r * bump_up, q * bump_up, sigma1, sigma2, last, first}) - base()) / (bump * r);
     case GeoCondResult::theta:
-      return (price(S, K, A, r, q, sigma1, sigma2, E - 1.0, B - 1.0, call) - base()) * days_per_year;
+      return (value({S, r, q, sigma1, sigma2, last - 1.0, first - 1.0}) - base()) * days_per_year;
     case GeoCondResult::delta_by_vol_before:
       return (delta(bump_up, 1.0) - delta(1.0, 1.0)) / (bump * sigma1);
     case GeoCondResult::vega_within:

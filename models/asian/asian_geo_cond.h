@@ -1,6 +1,8 @@
 // Options on the average of daily prices: conditioning on the geometric average.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
 
 /// Results of the average-price option, by their number on the worksheet: `before` and `within` averaging.
@@ -15,6 +17,12 @@ enum class GeoCondResult : int {
   vega_within,
   delta_by_vol_within,
 };
+
+/// What moves from one repricing of the option to the next.
+struct GeoCondTerms {
+  double S, r, q, sigma1, sigma2, E, B;
+};
+using GeoCondRepricings = Repricings<GeoCondTerms, double, 16>;
 
 /// European option on the arithmetic average of daily fixings, one a calendar day from B to E days ahead,
 /// paid on the day of the last: the expected average given the geometric average of the same fixings sets an
@@ -46,7 +54,9 @@ enum class GeoCondResult : int {
 /// doubles or triples the error; from about sigma sqrt(T) = 2.5 on the price is no longer usable. Neither is
 /// it for a strike many times the price, as fixings made can leave it near the end of averaging (from about 8
 /// times with a few fixings to come): there the call is the forward value, below 0, and the put 0.
+///
+/// kept: what other results of the same call worked out, null for nothing.
 double asian_geo_cond(double S, double K, double A, double r, double q, double sigma1, double sigma2, int E,
-                      int B, int OptType, int RetType);
+                      int B, int OptType, int RetType, GeoCondRepricings* kept = nullptr);
 
 }  // namespace kestran

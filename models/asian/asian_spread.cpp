@@ -82,18 +82,9 @@ Moments moments(const AsianSpread& option, double E, double first_A, double firs
   return sum;
 }
 
-// The option reduced to two lognormal prices, or to its payoff once averaging is over.
-struct LognormalSpread {
-  bool settled;
-  double payoff;
-  double FA, FB, K;
-  double vA, vB, rho;
-  double D;
-  int OptType;
-};
-
 LognormalSpread reduced(const AsianSpread& option, double E, const LegFixings& A, const LegFixings& B) {
   LognormalSpread result = {};
+  result.kept = option.kept;
   if (E < 1.0) {
     const double margin = A.set - B.set - option.K;
     result.settled = true;
@@ -117,22 +108,32 @@ LognormalSpread reduced(const AsianSpread& option, double E, const LegFixings& A
   return result;
 }
 
-LognormalSpread today(const AsianSpread& option) {
-  return reduced(option, option.E, fixings(option.E, option.BA, option.SetAvgA),
-                 fixings(option.E, option.BB, option.SetAvgB));
+LognormalSpread today(const AsianSpread& given) {
+  return repriced(given.kept == nullptr ? nullptr : &given.kept->today, given, [](const AsianSpread& option) {
+    return reduced(option, option.E, fixings(option.E, option.BA, option.SetAvgA),
+                   fixings(option.E, option.BB, option.SetAvgB));
+  });
 }
 
-LognormalSpread tomorrow(const AsianSpread& option) {
-  return reduced(option, option.E - 1.0, fixings_tomorrow(option.E, option.BA, option.SetAvgA, option.PriceA),
-                 fixings_tomorrow(option.E, option.BB, option.SetAvgB, option.PriceB));
+LognormalSpread tomorrow(const AsianSpread& given) {
+  return repriced(given.kept == nullptr ? nullptr : &given.kept->tomorrow, given,
+                  [](const AsianSpread& option) {
+                    return reduced(option, option.E - 1.0,
+                                   fixings_tomorrow(option.E, option.BA, option.SetAvgA, option.PriceA),
+                                   fixings_tomorrow(option.E, option.BB, option.SetAvgB, option.PriceB));
+                  });
 }
 
 // The premium with the prices multiplied; what is not proportional to them does not depend on them.
 double premium(const LognormalSpread& option, double factor_A = 1.0, double factor_B = 1.0) {
   if (option.settled) return option.payoff;
-  double out[3];
-  return spread_kernel(option.FA * factor_A, option.FB * factor_B, option.K, option.vA, option.vB, option.rho,
-                       option.D, option.OptType, out);
+  const LognormalTerms terms = {
+      option.FA * factor_A, option.FB * factor_B, option.K, option.vA, option.vB, option.rho, option.D};
+  return repriced(option.kept == nullptr ? nullptr : &option.kept->premiums, terms,
+                  [&](const LognormalTerms& t) {
+                    double out[3];
+                    return spread_kernel(t.FA, t.FB, t.K, t.vA, t.vB, t.rho, t.D, option.OptType, out);
+                  });
 }
 
 enum class Leg { A, B };

@@ -1,6 +1,8 @@
 // Options on the difference of two average prices.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
 
 /// Results of the average-price spread option, by their number on the worksheet.
@@ -20,6 +22,8 @@ enum class AsianSpreadResult : int {
   cross_gamma,
   vega_within,
 };
+
+struct AsianSpreadKept;
 
 /// The terms of a European option on the difference of two arithmetic averages of daily fixings, payoff
 /// max(+-(average A - average B - K), 0), paid on the day of the last fixing, which both averages share. Days
@@ -43,6 +47,29 @@ struct AsianSpread {
   int BA = 0;            // days to A's first fixing; negative: -BA are made, today's is not; beyond E: E
   int BB = 0;            // days to B's first fixing, likewise
   int OptType = 0;       // 0 put, any other value call
+  AsianSpreadKept* kept = nullptr;  // what other results of the same call worked out; null for nothing
+};
+
+/// The option reduced to two lognormal prices, or to its payoff once averaging is over.
+struct LognormalSpread {
+  bool settled;
+  double payoff;
+  double FA, FB, K;
+  double vA, vB, rho;
+  double D;
+  int OptType;
+  AsianSpreadKept* kept;
+};
+
+struct LognormalTerms {
+  double FA, FB, K, vA, vB, rho, D;
+};
+
+/// What results of one call share: reductions as of today and of tomorrow, and premiums.
+struct AsianSpreadKept {
+  Repricings<AsianSpread, LognormalSpread, 8> today;
+  Repricings<AsianSpread, LognormalSpread, 2> tomorrow;
+  Repricings<LognormalTerms, double, 24> premiums;
 };
 
 /// Days that may lie between the first fixing outstanding and the last: a century of them. More would keep

@@ -82,6 +82,8 @@ double theta(const CompoundAsian& option) {
   return (compound_asian_price(some_time_on(option, days)) - compound_asian_price(option)) / (days * one_day);
 }
 
+double price_of(const CompoundAsian& option);
+
 }  // namespace
 
 bool compound_asian_is_bounded(const CompoundAsian& option) {
@@ -90,7 +92,9 @@ bool compound_asian_is_bounded(const CompoundAsian& option) {
          days <= compound_asian_most_fixings;
 }
 
-double compound_asian_price(const CompoundAsian& option) {
+namespace {
+
+double price_of(const CompoundAsian& option) {
   if (!compound_asian_is_bounded(option) || !(option.S0 > 0.0)) return not_a_number;
   const bool expired = option.CmpExpDays <= 0.0;
   const double until_expiry = expired ? 0.0 : option.CmpExpDays;
@@ -133,6 +137,10 @@ double compound_asian_price(const CompoundAsian& option) {
   free_dvector(block, 0, cells);
   return price * exponential(-option.rc * until_expiry * one_day);
 }
+
+}  // namespace
+
+double compound_asian_price(const CompoundAsian& option) { return repriced(option.kept, option, price_of); }
 
 double compound_asian_greek(const CompoundAsian& option, int RetType) {
   if (!compound_asian_is_bounded(option)) return not_a_number;

@@ -1,7 +1,11 @@
 // Options on average-price options.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
+struct CompoundAsian;
+using CompoundAsianRepricings = Repricings<CompoundAsian, double, 20>;
 
 /// The terms of a European option on an average-price option. Days are calendar days from today, whole or
 /// not. The fixings still to be made are evenly spaced from toNext to ExpDays.
@@ -21,6 +25,7 @@ struct CompoundAsian {
   double CmpExpDays = 0.0;  // days to the compound option's expiry
   double rc = 0.0;          // zero rate to CmpExpDays, continuous, per year
   int CmpOptType = 0;       // odd: call on the average-price option, even: put; below 3: that is a call
+  CompoundAsianRepricings* kept = nullptr;  // what other results worked out; null for nothing
 };
 
 enum class CompoundAsianResult : int {

@@ -67,9 +67,7 @@ double price_of_moved(TwoBaskets option, double up_A, double up_B) {
   return pplus_price(option);
 }
 
-}  // namespace
-
-double pplus_price(const TwoBaskets& option) {
+double price(const TwoBaskets& option) {
   if (!flags_known(option)) return -99.0;
   const double sign = option.OptType == 0 ? -1.0 : 1.0;
   const LognormalBaskets of = match_moments(option);
@@ -79,6 +77,10 @@ double pplus_price(const TwoBaskets& option) {
   return spread_kernel(of.FA, of.FB, option.K, of.sigma_A * root_T, of.sigma_B * root_T, of.rho,
                        exponential(-option.r * option.T), option.OptType, result);
 }
+
+}  // namespace
+
+double pplus_price(const TwoBaskets& option) { return repriced(option.kept, option, price); }
 
 double pplus_greek(const TwoBaskets& option, int Risk) {
   if (!flags_known(option)) return -99.0;

@@ -1,6 +1,8 @@
 // Options on the difference of two baskets of two prices each.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
 
 /// Results of the option, by their number on the worksheet; deltas, gammas, vegas and sensitivities to the
@@ -18,6 +20,8 @@ enum class TwoBasketResult : int {
   volatility_B,
   correlation,
 };
+struct TwoBaskets;
+using TwoBasketRepricings = Repricings<TwoBaskets, double, 32>;
 
 /// The terms of an option on basket A less basket B. Components in the order A1, A2, B1, B2.
 struct TwoBaskets {
@@ -31,6 +35,7 @@ struct TwoBaskets {
   int OptType = 0;        // 0 put, any other value call
   int Aflag = 0;          // basket A: 0 the first price alone, 1 average of the two, 2 their sum
   int Bflag = 0;          // basket B: 0 the first price alone, 1 day-weighted average, 2 sum
+  TwoBasketRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
 };
 
 /// Premium of the option, payoff max(+-(A - B - K), 0): each basket is taken as the lognormal variable with

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <limits>
 
-#include "models/black_scholes/american_result.h"
 #include "models/black_scholes/early_exercise.h"
 #include "models/black_scholes/european.h"
 #include "models/bumps.h"
@@ -12,12 +11,6 @@
 
 namespace kestran {
 namespace {
-
-struct BawResult {
-  double price = 0.0;
-  double delta = 0.0;
-  double gamma = 0.0;
-};
 
 double sign_of(int OptType) { return OptType == 0 ? -1.0 : 1.0; }
 
@@ -142,8 +135,8 @@ double baw_critical_price(double K, double T, double r, double q, double sigma, 
   return critical_price(K, T, r, q, sigma, OptType, baw_power(T, r, q, sigma, OptType));
 }
 
-double american_baw(double S, double K, double T, double r, double q, double sigma, int OptType,
-                    int RetType) {
+double american_baw(double S, double K, double T, double r, double q, double sigma, int OptType, int RetType,
+                    AmericanRepricings<BawResult>* kept) {
   if (RetType < 0 || RetType > 7) return 99.0;
   const bool european = early_exercise_rule(r, q, OptType) == EarlyExercise::never;
   if (T > 0.0 && (S < 0.0 || K < 0.0)) return std::numeric_limits<double>::quiet_NaN();
@@ -151,7 +144,8 @@ double american_baw(double S, double K, double T, double r, double q, double sig
   sigma = floored_volatility(sigma);
 
   const auto core = [&](double years, double rate, double yield, double volatility) {
-    return baw_core(S, K, years, rate, yield, volatility, OptType);
+    return repriced(kept, AmericanTerms{years, rate, yield, volatility},
+                    [&](const AmericanTerms& t) { return baw_core(S, K, t.T, t.r, t.q, t.sigma, OptType); });
   };
   return american_result(core, T, r, q, sigma, static_cast<EuropeanResult>(RetType));
 }

@@ -1,7 +1,16 @@
 // American options by the quadratic approximation.
 #pragma once
 
+#include "models/black_scholes/american_result.h"
+
 namespace kestran {
+
+/// What american_baw works out in one go.
+struct BawResult {
+  double price = 0.0;
+  double delta = 0.0;
+  double gamma = 0.0;
+};
 
 /// Price beyond which the approximation below exercises an option: above the strike K for a call, below it
 /// for a put. Arguments as in american_baw, T and sigma above 0. Meant for options with one exercise boundary
@@ -30,6 +39,9 @@ double baw_critical_price(double K, double T, double r, double q, double sigma, 
 /// T <= 0 or not a number: RetType 0 is the intrinsic value, every other RetType 0. sigma <= 0 is taken as
 /// 1e-5. A negative S or K before expiry gives not a number, an unknown RetType 99.0. Other bad input gives
 /// what the arithmetic gives, mostly not a number.
-double american_baw(double S, double K, double T, double r, double q, double sigma, int OptType, int RetType);
+///
+/// kept: what other results of the same call worked out, null for nothing.
+double american_baw(double S, double K, double T, double r, double q, double sigma, int OptType, int RetType,
+                    AmericanRepricings<BawResult>* kept = nullptr);
 
 }  // namespace kestran

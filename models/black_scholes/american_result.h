@@ -3,8 +3,16 @@
 
 #include "models/black_scholes/european.h"
 #include "models/bumps.h"
+#include "models/repricings.h"
 
 namespace kestran {
+
+/// What moves from one repricing of an American option to the next.
+struct AmericanTerms {
+  double T, r, q, sigma;
+};
+template <class Value>
+using AmericanRepricings = Repricings<AmericanTerms, Value, 6>;
 
 /// One result of an American option with T years to expiry, rate r, yield q and volatility sigma (per year,
 /// above 0): value(T, r, q, sigma) gives its price, delta and gamma. result is a EuropeanResult; rates move

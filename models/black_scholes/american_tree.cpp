@@ -4,7 +4,6 @@
 #include <cmath>
 #include <limits>
 
-#include "models/black_scholes/american_result.h"
 #include "models/black_scholes/european.h"
 #include "models/black_scholes/forward_tree.h"
 #include "models/bumps.h"
@@ -73,7 +72,7 @@ TreeResult american_tree(double S, double K, double T, double t0, double r, doub
 }
 
 double american_binomial(double S, double K, double T, double r, double q, double sigma, int OptType,
-                         int Nsteps, int RetType) {
+                         int Nsteps, int RetType, AmericanRepricings<TreeResult>* kept) {
   if (Nsteps < 1) return -99.0;
   if (RetType < 0 || RetType > 8) return 99.0;
   if (!(T > 0.0) && RetType != 0) return 0.0;
@@ -81,7 +80,9 @@ double american_binomial(double S, double K, double T, double r, double q, doubl
   sigma = floored_volatility(sigma);
 
   const auto tree = [&](double years, double rate, double yield, double volatility) {
-    return american_tree(S, K, years, 0.0, rate, yield, volatility, OptType, Nsteps);
+    return repriced(kept, AmericanTerms{years, rate, yield, volatility}, [&](const AmericanTerms& t) {
+      return american_tree(S, K, t.T, 0.0, t.r, t.q, t.sigma, OptType, Nsteps);
+    });
   };
   const auto result = static_cast<EuropeanResult>(RetType);
   if (result == EuropeanResult::theta) return tree(T, r, q, sigma).theta;

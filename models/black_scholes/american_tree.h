@@ -1,6 +1,8 @@
 // American and Bermudan options by a binomial tree.
 #pragma once
 
+#include "models/black_scholes/american_result.h"
+
 namespace kestran {
 
 struct TreeResult {
@@ -43,7 +45,9 @@ TreeResult american_tree(double S, double K, double T, double t0, double r, doub
 /// 3, 4, 6, 7 and 8 are one-sided differences over 0.1 % of the volatility or the rate (0.0001 for one nearer
 /// zero) and over one day. T <= 0 or not a number: RetType 0 is the intrinsic value, every other RetType 0.
 /// Nsteps < 1 gives -99.0, an unknown RetType 99.0, and a negative S or K before expiry not a number.
+///
+/// kept: what other results of the same call worked out, null for nothing.
 double american_binomial(double S, double K, double T, double r, double q, double sigma, int OptType,
-                         int Nsteps, int RetType);
+                         int Nsteps, int RetType, AmericanRepricings<TreeResult>* kept = nullptr);
 
 }  // namespace kestran

@@ -1,6 +1,8 @@
 // Two European options as one position.
 #pragma once
 
+#include "models/black_scholes/european.h"
+
 namespace kestran {
 
 /// Premium or a sensitivity of a position of two European options on one price, each by bs_general: leg A
@@ -15,5 +17,9 @@ namespace kestran {
 /// expiry not a number.
 double combo_option(double S, double KA, double KB, double T, double r, double q, double sigmaA,
                     double sigmaB, int OptType, int RetType);
+
+/// Every result of combo_option for one position: results[RetType], with its bits.
+void combo_option_all(double S, double KA, double KB, double T, double r, double q, double sigmaA,
+                      double sigmaB, int OptType, double results[european_results]);
 
 }  // namespace kestran

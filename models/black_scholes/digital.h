@@ -3,6 +3,9 @@
 
 namespace kestran {
 
+/// Results of the options below, 0 .. 5 of a European option.
+constexpr int digital_results = 6;
+
 /// Premium or a sensitivity of a cash-or-nothing option (Rubinstein and Reiner 1991, "Unscrambling the binary
 /// code"): it pays Cash at expiry if the price then is above the strike (call) or below it (put); at the
 /// strike itself it pays nothing. Normal distribution by cnorm, so within 7.5e-8 of Cash.
@@ -17,6 +20,10 @@ namespace kestran {
 double digital_option(double Cash, double S, double K, double T, double r, double q, double sigma,
                       int OptType, int RetType);
 
+/// Every result of digital_option for one option: results[RetType], with its bits.
+void digital_option_all(double Cash, double S, double K, double T, double r, double q, double sigma,
+                        int OptType, double results[digital_results]);
+
 /// Premium or a sensitivity of a cash-on-delivery (pay-later) option (Kat 1994, "Contingent premium
 /// options"): nothing is paid today; at expiry, if and only if it is in the money, the holder must exercise
 /// and pay Premium, even where that is more than the exercise brings, so the value may be negative.
@@ -24,6 +31,10 @@ double digital_option(double Cash, double S, double K, double T, double r, doubl
 /// expiry; an unknown RetType gives 99.0. A negative S or K before expiry gives not a number.
 double cod_option(double S, double K, double T, double r, double q, double sigma, double Premium, int OptType,
                   int RetType);
+
+/// Every result of cod_option for one option: results[RetType], with its bits.
+void cod_option_all(double S, double K, double T, double r, double q, double sigma, double Premium,
+                    int OptType, double results[digital_results]);
 
 /// The contingent premium: the Premium, due at expiry, that makes cod_option worth nothing today. Arguments
 /// as there. Positive and at least the forward's exercise value, measured within 6e-5 of itself, also far

@@ -3,62 +3,107 @@
 #include <cmath>
 #include <cstdio>
 
+#include "models/black_scholes/european_parts.h"
 #include "models/bumps.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
 namespace kestran {
 
-double bs_general(double S, double K, double T, double r, double q, double sigma, int OptType, int RetType) {
-  const double sign = OptType == 0 ? -1.0 : 1.0;
-  if (!(T > 0.0)) return RetType == 0 ? positive_part(sign * (S - K)) : 0.0;
-  sigma = floored_volatility(sigma);
+namespace {
 
-  const double root_T = std::sqrt(T);
-  const double v = sigma * root_T;
+double sign_of(int OptType) { return OptType == 0 ? -1.0 : 1.0; }
+
+using Parts = EuropeanParts<elementary::OneValue>;
+
+// Before expiry: the terms, and what stands in d1.
+Parts option_parts(double S, double K, double T, double r, double q, double sigma, int OptType) {
+  Parts option;
+  option.S = S;
+  option.T = T;
+  option.r = r;
+  option.q = q;
+  option.sigma = sigma = floored_volatility(sigma);
+  option.sign = sign_of(OptType);
+  option.root_T = std::sqrt(T);
   // Divided while the logarithm is still under way.
-  const double over_v = 1.0 / v;
-  const double moneyness = natural_log(S / K);
-  const double drift = (r - q) + sigma * sigma / 2.0;
-  const double d1 = (moneyness + drift * T) * over_v;
-  const auto Dq = [&] { return exponential(-q * T); };
-  const auto N1 = [&] { return cnorm(sign * d1); };
-  const auto density = [&] { return exponential(-d1 * d1 / 2.0) * over_root_2_pi; };
-  // S and K after discounting, times their probabilities, without the sign.
-  const auto asset_and_cash = [&] {
+  option.over_v = 1.0 / (sigma * option.root_T);
+  option.moneyness = natural_log(S / K);
+  option.drift = (r - q) + sigma * sigma / 2.0;
+  option.d1 = (option.moneyness + option.drift * T) * option.over_v;
+  return option;
+}
+
+}  // namespace
+
+double bs_general(double S, double K, double T, double r, double q, double sigma, int OptType, int RetType) {
+  if (!(T > 0.0)) return RetType == 0 ? positive_part(sign_of(OptType) * (S - K)) : 0.0;
+  Parts option = option_parts(S, K, T, r, q, sigma, OptType);
+  const double sign = option.sign, d1 = option.d1;
+  const double v = option.sigma * option.root_T;
+  const auto with_Dq = [&] { option.Dq = exponential(-q * T); };
+  const auto with_N1 = [&] { option.N1 = cnorm(sign * d1); };
+  const auto with_density = [&] { option.density = exponential(-d1 * d1 / 2.0) * over_root_2_pi; };
+  const auto with_asset_and_cash = [&] {
     const __m128d discounted = exponential(_mm_set_pd(-r * T, -q * T)) * _mm_set_pd(K, S);
-    return discounted * cnorm(_mm_set_pd(sign * (d1 - v), sign * d1));
+    const __m128d parts = discounted * cnorm(_mm_set_pd(sign * (d1 - v), sign * d1));
+    option.asset = parts[0];
+    option.cash = parts[1];
   };
-  const auto cash = [&] { return exponential(-r * T) * K * cnorm(sign * (d1 - v)); };
-  const auto premium = [&] {
-    const __m128d parts = asset_and_cash();
-    return sign * (parts[0] - parts[1]);
-  };
+  const auto with_cash = [&] { option.cash = exponential(-r * T) * K * cnorm(sign * (d1 - v)); };
 
   switch (static_cast<EuropeanResult>(RetType)) {
     case EuropeanResult::premium:
-      return premium();
+      with_asset_and_cash();
+      return option.premium();
     case EuropeanResult::delta:
-      return sign * Dq() * N1();
+      with_Dq(), with_N1();
+      return option.delta();
     case EuropeanResult::gamma:
-      return Dq() * density() * over_v / S;
+      with_Dq(), with_density();
+      return option.gamma();
     case EuropeanResult::vega:
-      return Dq() * S * density() * root_T;
+      with_Dq(), with_density();
+      return option.vega();
     case EuropeanResult::carry_rho:
-      return -T * premium();
-    case EuropeanResult::theta: {
-      const __m128d parts = asset_and_cash();
-      return -S * density() * sigma * Dq() / (2.0 * root_T) + sign * (q * parts[0] - r * parts[1]);
-    }
+      with_asset_and_cash();
+      return option.carry_rho();
+    case EuropeanResult::theta:
+      with_asset_and_cash(), with_Dq(), with_density();
+      return option.theta();
     case EuropeanResult::rho:
-      return sign * T * cash();
+      with_cash();
+      return option.rho();
     case EuropeanResult::delta_by_volatility:
-      return (root_T - d1 / sigma) * Dq() * density();
+      with_Dq(), with_density();
+      return option.delta_by_volatility();
     case EuropeanResult::delta_by_time:
-      return -Dq() * ((drift - moneyness / T) * density() * over_v / 2.0 - sign * q * N1());
+      with_Dq(), with_density(), with_N1();
+      return option.delta_by_time();
     default:
       return 99.0;
   }
+}
+
+void bs_general_all(double S, double K, double T, double r, double q, double sigma, int OptType,
+                    double results[european_results]) {
+  if (!(T > 0.0)) {
+    for (int i = 0; i < european_results; ++i) results[i] = 0.0;
+    results[0] = positive_part(sign_of(OptType) * (S - K));
+    return;
+  }
+  Parts option = option_parts(S, K, T, r, q, sigma, OptType);
+  const double v = option.sigma * option.root_T;
+  const __m128d discount = exponential(_mm_set_pd(-r * T, -q * T));
+  const NormalPair normal =
+      cnorm_and_bell(_mm_set_pd(option.sign * (option.d1 - v), option.sign * option.d1));
+  const __m128d parts = discount * _mm_set_pd(K, S) * normal.N;
+  option.Dq = discount[0];
+  option.density = normal.bell[0] * over_root_2_pi;
+  option.N1 = normal.N[0];
+  option.asset = parts[0];
+  option.cash = parts[1];
+  option.each_result([&](EuropeanResult result, double value) { results[static_cast<int>(result)] = value; });
 }
 
 double bseuro(int OptType, double S, double K, double quantity, double T, double sigma, double r, double q) {

@@ -15,6 +15,7 @@ enum class EuropeanResult : int {
   delta_by_volatility,
   delta_by_time,
 };
+constexpr int european_results = 9;
 
 /// Premium or a sensitivity of a European option by the generalised Black-Scholes formula (Black and Scholes
 /// 1973, Merton 1973), normal distribution by cnorm (so prices carry up to 7.5e-8 of S and K).
@@ -30,6 +31,10 @@ enum class EuropeanResult : int {
 /// 1e-5. An unknown RetType gives 99.0. Nothing else is checked: a non-positive S or K gives what the
 /// arithmetic gives.
 double bs_general(double S, double K, double T, double r, double q, double sigma, int OptType, int RetType);
+
+/// Every result of bs_general for one option: results[RetType], with its bits.
+void bs_general_all(double S, double K, double T, double r, double q, double sigma, int OptType,
+                    double results[european_results]);
 
 /// Premium of `quantity` European options with the cheaper normal approximation cnorm3 (about 1e-5 of S and
 /// K). OptType 0 put, 1 call, 2 straddle; any other value reports to the error stream and gives 0. Arguments

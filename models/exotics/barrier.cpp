@@ -74,9 +74,11 @@ double barrier_price(double S, double K, double sigma, double r, double q, doubl
 }
 
 double barrier_greek(double S, double K, double sigma, double r, double q, double days, double H, double R,
-                     int OptType, int KnockType, int RetType) {
+                     int OptType, int KnockType, int RetType, BarrierRepricings* kept) {
   const auto value = [&](double price, double volatility, double rate, double yield, double time) {
-    return barrier_price(price, K, volatility, rate, yield, time, H, R, OptType, KnockType);
+    return repriced(kept, BarrierTerms{price, volatility, rate, yield, time}, [&](const BarrierTerms& t) {
+      return barrier_price(t.S, K, t.sigma, t.r, t.q, t.days, H, R, OptType, KnockType);
+    });
   };
   const auto V = [&] { return value(S, sigma, r, q, days); };
   const auto V_at_price = [&](double price) { return value(price, sigma, r, q, days); };

@@ -1,6 +1,8 @@
 // European options with one barrier and a cash rebate, and their sensitivities.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
 
 /// Results of a barrier option, by their number on the worksheet.
@@ -34,12 +36,20 @@ enum class BarrierResult : int {
 double barrier_price(double S, double K, double sigma, double r, double q, double days, double H, double R,
                      int OptType, int KnockType);
 
+/// What moves from one repricing of a barrier option to the next.
+struct BarrierTerms {
+  double S, sigma, r, q, days;
+};
+using BarrierRepricings = Repricings<BarrierTerms, double, 8>;
+
 /// Price or a sensitivity by repricing, arguments as in barrier_price. RetType:
 ///   0 price   1 delta   2 gamma   3 vega, per 1.00 of volatility   4 rho, per 1.00 of rate
 ///   5 theta, change of value per year as time passes: negative when value decays
 /// Each moves its argument up by 0.1 %, gamma also down. Rho of a zero rate is 0; otherwise it moves both
 /// rates to 1.001 r. Any other RetType gives -99.
+///
+/// kept: what other results of the same call worked out, null for nothing.
 double barrier_greek(double S, double K, double sigma, double r, double q, double days, double H, double R,
-                     int OptType, int KnockType, int RetType);
+                     int OptType, int KnockType, int RetType, BarrierRepricings* kept = nullptr);
 
 }  // namespace kestran

@@ -1,18 +1,28 @@
 #include "models/exotics/heat_rate.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "models/bumps.h"
+#include "models/repricings.h"
 #include "numerics/elementary.h"
 #include "numerics/normal.h"
 
 namespace kestran {
+namespace {
 
-double heat_rate_option(double SA, double SB, double K, double r, double sigma_A, double sigma_B, double rho,
-                        double T, int OptType, int RetType) {
+// The result RetType, or all of them, into `out`.
+template <bool all>
+[[gnu::always_inline]] inline void work_out(double SA, double SB, double K, double r, double sigma_A,
+                                            double sigma_B, double rho, double T, int OptType, int RetType,
+                                            double* out) {
   const double sign = OptType == 0 ? -1.0 : 1.0;
   const double R = SA / SB;
-  if (T <= 0.0) return RetType == 0 ? positive_part(sign * (R - K)) : 0.0;
+  if (T <= 0.0) {
+    std::fill_n(out, all ? heat_rate_results : 1, 0.0);
+    if (all || RetType == 0) *out = positive_part(sign * (R - K));
+    return;
+  }
   sigma_A = floored_volatility(sigma_A);
 
   const double sigma = std::sqrt(sigma_B * sigma_B + sigma_A * sigma_A - 2.0 * rho * sigma_A * sigma_B);
@@ -23,12 +33,11 @@ double heat_rate_option(double SA, double SB, double K, double r, double sigma_A
   const double D = exponential(-r * T);
   const double moneyness = natural_log(SA / (SB * K));
   const double d1 = (moneyness + sigma * sigma * T / 2.0) * over_v;
-  const auto N1 = [&] { return cnorm(sign * d1); };
-  const auto density = [&] { return exponential(-d1 * d1 / 2.0) * over_root_2_pi; };
+  const auto N1 = once<all>([&] { return cnorm(sign * d1); });
+  const auto density = once<all>([&] { return exponential(-d1 * d1 / 2.0) * over_root_2_pi; });
   // R and K times their probabilities.
-  const auto ratio_and_strike = [&] {
-    return _mm_set_pd(K, R) * cnorm(_mm_set_pd(sign * (d1 - v), sign * d1));
-  };
+  const auto ratio_and_strike =
+      once<all>([&] { return _mm_set_pd(K, R) * cnorm(_mm_set_pd(sign * (d1 - v), sign * d1)); });
   const auto premium = [&] {
     const __m128d parts = ratio_and_strike();
     return sign * (parts[0] - parts[1]) * D;
@@ -38,44 +47,64 @@ double heat_rate_option(double SA, double SB, double K, double r, double sigma_A
     return r * N1() / SB - sign * (density() / SB) * (sigma * sigma / 2.0 - moneyness / T) * over_v / 2.0;
   };
 
-  switch (static_cast<HeatRateResult>(RetType)) {
-    case HeatRateResult::premium:
-      return premium();
-    case HeatRateResult::delta_A:
-      return sign * D * N1() / SB;
-    case HeatRateResult::delta_B:
-      return -sign * D * N1() * SA / (SB * SB);
-    case HeatRateResult::gamma_A:
-      return D * density() / (SA * SB) * over_v;
-    case HeatRateResult::gamma_B: {
-      const double convexity = sign * 2.0 * SA * N1();
-      const double curvature = SA * density() * over_v;
-      const double cube = SB * SB * SB;
-      // Without a price B the second term has no value, and so the two have no sum.
-      return (cube == 0.0 ? convexity / cube + curvature / cube : (convexity + curvature) / cube) * D;
+  const auto result = [&](int which) -> double {
+    switch (static_cast<HeatRateResult>(which)) {
+      case HeatRateResult::premium:
+        return premium();
+      case HeatRateResult::delta_A:
+        return sign * D * N1() / SB;
+      case HeatRateResult::delta_B:
+        return -sign * D * N1() * SA / (SB * SB);
+      case HeatRateResult::gamma_A:
+        return D * density() / (SA * SB) * over_v;
+      case HeatRateResult::gamma_B: {
+        const double convexity = sign * 2.0 * SA * N1();
+        const double curvature = SA * density() * over_v;
+        const double cube = SB * SB * SB;
+        // Without a price B the second term has no value, and so the two have no sum.
+        return (cube == 0.0 ? convexity / cube + curvature / cube : (convexity + curvature) / cube) * D;
+      }
+      case HeatRateResult::vega_A:
+        return (sigma_A - rho * sigma_B) * R * D * density() * root_T / sigma;
+      case HeatRateResult::vega_B:
+        return (sigma_B - rho * sigma_A) * R * D * density() * root_T / sigma;
+      case HeatRateResult::by_correlation:
+        return -(sigma_A * sigma_B / sigma) * R * D * density() * root_T;
+      case HeatRateResult::rho:
+        return -T * premium();
+      case HeatRateResult::theta: {
+        // For the put, too, the price's interest is added and the strike's taken off: intended.
+        const __m128d parts = ratio_and_strike();
+        return parts[0] * r * D - R * density() * sigma * D / (2.0 * root_T) - D * r * parts[1];
+      }
+      case HeatRateResult::delta_A_by_time:
+        return delta_decay() * D;
+      case HeatRateResult::delta_B_by_time:
+        return delta_decay() * -R * D;
+      case HeatRateResult::cross_gamma:
+        return (-density() * over_v - sign * N1()) * D / (SB * SB);
+      default:
+        return 99.0;
     }
-    case HeatRateResult::vega_A:
-      return (sigma_A - rho * sigma_B) * R * D * density() * root_T / sigma;
-    case HeatRateResult::vega_B:
-      return (sigma_B - rho * sigma_A) * R * D * density() * root_T / sigma;
-    case HeatRateResult::by_correlation:
-      return -(sigma_A * sigma_B / sigma) * R * D * density() * root_T;
-    case HeatRateResult::rho:
-      return -T * premium();
-    case HeatRateResult::theta: {
-      // For the put, too, the price's interest is added and the strike's taken off: intended.
-      const __m128d parts = ratio_and_strike();
-      return parts[0] * r * D - R * density() * sigma * D / (2.0 * root_T) - D * r * parts[1];
-    }
-    case HeatRateResult::delta_A_by_time:
-      return delta_decay() * D;
-    case HeatRateResult::delta_B_by_time:
-      return delta_decay() * -R * D;
-    case HeatRateResult::cross_gamma:
-      return (-density() * over_v - sign * N1()) * D / (SB * SB);
-    default:
-      return 99.0;
-  }
+  };
+  if constexpr (all)
+    for (int i = 0; i < heat_rate_results; ++i) out[i] = result(i);
+  else
+    *out = result(RetType);
+}
+
+}  // namespace
+
+double heat_rate_option(double SA, double SB, double K, double r, double sigma_A, double sigma_B, double rho,
+                        double T, int OptType, int RetType) {
+  double result;
+  work_out<false>(SA, SB, K, r, sigma_A, sigma_B, rho, T, OptType, RetType, &result);
+  return result;
+}
+
+void heat_rate_all(double SA, double SB, double K, double r, double sigma_A, double sigma_B, double rho,
+                   double T, int OptType, double results[heat_rate_results]) {
+  work_out<true>(SA, SB, K, r, sigma_A, sigma_B, rho, T, OptType, 0, results);
 }
 
 }  // namespace kestran

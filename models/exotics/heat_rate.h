@@ -19,6 +19,7 @@ enum class HeatRateResult : int {
   delta_B_by_time,
   cross_gamma,
 };
+constexpr int heat_rate_results = 13;
 
 /// Premium or a sensitivity of an option on the ratio SA / SB of two lognormal prices: Black's formula (1976)
 /// on the ratio, taken as without drift, with the volatility of ln SA - ln SB; normal distribution by cnorm.
@@ -38,5 +39,9 @@ enum class HeatRateResult : int {
 /// and two negative prices give the same answers as two positive ones.
 double heat_rate_option(double SA, double SB, double K, double r, double sigma_A, double sigma_B, double rho,
                         double T, int OptType, int RetType);
+
+/// Every result of heat_rate_option for one option: results[RetType], with its bits.
+void heat_rate_all(double SA, double SB, double K, double r, double sigma_A, double sigma_B, double rho,
+                   double T, int OptType, double results[heat_rate_results]);
 
 }  // namespace kestran

@@ -40,10 +40,13 @@ double lookback_price(double S, double K, double r, double q, double sigma, doub
 }
 
 double lookback_greek(double S, double K, double r, double q, double sigma, double days, int OptType,
-                      double daysPerYear, int RetType) {
+                      double daysPerYear, int RetType, LookbackRepricings* kept) {
+  const auto price = [&](const LookbackMoves& by) {
+    return lookback_price(S * by.price, K, r * by.rates, q * by.rates, sigma * by.volatility, by.days,
+                          OptType, daysPerYear);
+  };
   const auto V = [&](double price_factor, double volatility_factor, double rate_factor, double time) {
-    return lookback_price(S * price_factor, K, r * rate_factor, q * rate_factor, sigma * volatility_factor,
-                          time, OptType, daysPerYear);
+    return repriced(kept, LookbackMoves{price_factor, volatility_factor, rate_factor, time}, price);
   };
   const auto value = [&] { return V(1.0, 1.0, 1.0, days); };
   switch (static_cast<LookbackResult>(RetType)) {
@@ -71,8 +74,9 @@ double lookback_greek(double S, double K, double r, double q, double sigma, doub
 
 void lookback_greeks(double S, double K, double r, double q, double sigma, double days, int OptType,
                      double daysPerYear, double* out) {
+  LookbackRepricings kept;
   for (int RetType = 0; RetType <= 6; ++RetType)
-    out[RetType] = lookback_greek(S, K, r, q, sigma, days, OptType, daysPerYear, RetType);
+    out[RetType] = lookback_greek(S, K, r, q, sigma, days, OptType, daysPerYear, RetType, &kept);
 }
 
 }  // namespace kestran

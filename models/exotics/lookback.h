@@ -1,6 +1,8 @@
 // Lookback options whose running extreme starts at the strike, and their sensitivities.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
 
 /// Results of a lookback option, by their number on the worksheet.
@@ -29,14 +31,22 @@ enum class LookbackResult : int {
 double lookback_price(double S, double K, double r, double q, double sigma, double days, int OptType,
                       double daysPerYear);
 
+/// What moves from one repricing of a lookback option to the next: factors, and the time in days.
+struct LookbackMoves {
+  double price, volatility, rates, days;
+};
+using LookbackRepricings = Repricings<LookbackMoves, double, 12>;
+
 /// Price or a sensitivity by repricing, arguments as in lookback_price. RetType:
 ///   0 price   1 delta   2 gamma   3 vega, per 1.00 of volatility
 ///   4 rho, per 1.00 of r, both rates moving in proportion; 0 for r = 0
 ///   5 theta, change of value per year as time passes   6 change of delta with volatility
 /// Price, volatility and rates move by 0.1 %, theta takes one day off: with less than a day left it is NaN.
 /// Any other RetType gives NaN.
+///
+/// kept: what other results of the same call worked out, null for nothing.
 double lookback_greek(double S, double K, double r, double q, double sigma, double days, int OptType,
-                      double daysPerYear, int RetType);
+                      double daysPerYear, int RetType, LookbackRepricings* kept = nullptr);
 
 /// All seven results of lookback_greek into out[0] .. out[6].
 void lookback_greeks(double S, double K, double r, double q, double sigma, double days, int OptType,

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <limits>
 
-#include "models/black_scholes/european.h"
 #include "models/bumps.h"
 
 namespace kestran {
@@ -15,8 +14,12 @@ using B = EuropeanResult;
 struct Inner {
   double S, K, T, r, q, sigma;
   int OptType;
+  KeptResults<european_results>* kept;
   double operator()(EuropeanResult result) const {
-    return bs_general(S, K, T, r, q, sigma, OptType, static_cast<int>(result));
+    const int i = static_cast<int>(result);
+    if (kept == nullptr) return bs_general(S, K, T, r, q, sigma, OptType, i);
+    return kept_result(kept, i,
+                       [&](double* results) { bs_general_all(S, K, T, r, q, sigma, OptType, results); });
   }
   // Sensitivity to the yield.
   double to_yield() const { return -T * (*this)(B::premium) - (*this)(B::rho); }
@@ -116,7 +119,7 @@ double asset_linked(const Inner& option, double S, double sigmaS, double sigmaE,
 
 }  // namespace
 
-double quanto_option(const QuantoOption& terms, int RetType) {
+double quanto_option(const QuantoOption& terms, int RetType, KeptResults<european_results>* kept) {
   const auto [E, S, K, rd, rf, q, given_sigmaS, given_sigmaE, rho, T, OptType, Qtype] = terms;
   if (Qtype < 1 || Qtype > 4 || RetType < 0 || RetType > 11) return 99.0;
   if (!(T > 0.0) && RetType != 0) return 0.0;
@@ -126,17 +129,17 @@ double quanto_option(const QuantoOption& terms, int RetType) {
   const auto result = static_cast<QuantoResult>(RetType);
   const double covariance = rho * sigmaS * sigmaE;
 
-  if (Qtype == 1) return foreign_strike({S, K, T, rf, q, sigmaS, OptType}, E, result);
+  if (Qtype == 1) return foreign_strike({S, K, T, rf, q, sigmaS, OptType, kept}, E, result);
   if (Qtype == 2) {
     const double variance = sigmaS * sigmaS + sigmaE * sigmaE + 2.0 * covariance;
     const double sigma =
         variance <= least_volatility * least_volatility ? least_volatility : std::sqrt(variance);
-    return domestic_strike({E * S, K, T, rd, q, sigma, OptType}, E, S, sigmaS, sigmaE, rho, result);
+    return domestic_strike({E * S, K, T, rd, q, sigma, OptType, kept}, E, S, sigmaS, sigmaE, rho, result);
   }
   const double carry = rd - rf + q + covariance;
   if (Qtype == 3)
-    return fixed_exchange_rate({S, K, T, rd, carry, sigmaS, OptType}, E, sigmaS, sigmaE, rho, result);
-  return asset_linked({E, K, T, carry, q, sigmaE, OptType}, S, sigmaS, sigmaE, rho, result);
+    return fixed_exchange_rate({S, K, T, rd, carry, sigmaS, OptType, kept}, E, sigmaS, sigmaE, rho, result);
+  return asset_linked({E, K, T, carry, q, sigmaE, OptType, kept}, S, sigmaS, sigmaE, rho, result);
 }
 
 }  // namespace kestran

@@ -1,6 +1,9 @@
 // Options on assets priced in a foreign currency.
 #pragma once
 
+#include "models/black_scholes/european.h"
+#include "models/repricings.h"
+
 namespace kestran {
 
 /// Results of a quanto option, by their number on the worksheet; S is the asset, E the exchange rate.
@@ -49,6 +52,8 @@ struct QuantoOption {
 ///
 /// T <= 0 or not a number: RetType 0 is the payoff, every other RetType 0. A negative E, S or K before expiry
 /// gives not a number, an unknown Qtype or RetType 99.0.
-double quanto_option(const QuantoOption& terms, int RetType);
+///
+/// kept: what other results of the same call worked out, null for nothing.
+double quanto_option(const QuantoOption& terms, int RetType, KeptResults<european_results>* kept = nullptr);
 
 }  // namespace kestran

@@ -21,9 +21,7 @@ double binorm_derived(double a, double b, double derived, double rho) {
   return binorm(a, b, std::min(std::max(derived, -1.0), 1.0));
 }
 
-}  // namespace
-
-double rainbow_price(const RainbowOption& option) {
+double price(const RainbowOption& option) {
   const double S1 = option.S1, S2 = option.S2, X = option.X, T = option.T;
   const double r = option.r, q1 = option.q1, q2 = option.q2;
   const double sigma1 = option.sigma1, sigma2 = option.sigma2, rho = option.rho;
@@ -69,6 +67,10 @@ double rainbow_price(const RainbowOption& option) {
   const double call_on_smaller = calls - call_on_greater;
   return OptType == 2 ? call_on_smaller : cash - (asset1 + asset2 - better_asset()) + call_on_smaller;
 }
+
+}  // namespace
+
+double rainbow_price(const RainbowOption& option) { return repriced(option.kept, option, price); }
 
 double rainbow_greek(const RainbowOption& option, int RetType) {
   const double h1 = option.S1 * bump;

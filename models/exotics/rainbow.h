@@ -1,6 +1,8 @@
 // Options on the better or the worse of two prices.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
 
 /// Results of a rainbow option, by their number on the worksheet.
@@ -17,6 +19,8 @@ enum class RainbowResult : int {
   rho,
   theta,
 };
+struct RainbowOption;
+using RainbowRepricings = Repricings<RainbowOption, double, 16>;
 
 /// The terms of an option on two prices. Rates are continuous, rates and volatilities per year.
 struct RainbowOption {
@@ -27,7 +31,8 @@ struct RainbowOption {
   double T = 0.0;             // years to expiry
   double sigma1 = 0.0, sigma2 = 0.0;
   double rho = 0.0;
-  int OptType = 0;  // see below
+  int OptType = 0;                    // see below
+  RainbowRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
 };
 
 /// Premium of a European option on two lognormal prices with continuous yields (Stulz 1982, "Options on the

@@ -10,24 +10,25 @@
 namespace kestran {
 
 double spread_option(double SA, double SB, double K, double r, double sigmaA, double sigmaB, double rho,
-                     double T, int OptType, int RetType) {
+                     double T, int OptType, int RetType, SpreadRepricings* kept) {
   if (RetType < 0 || RetType > 16) return 99.0;
   if (!(T > 0.0)) return RetType == 0 ? positive_part((OptType == 0 ? -1.0 : 1.0) * (SA - SB - K)) : 0.0;
   sigmaA = floored_volatility(sigmaA);
   sigmaB = floored_volatility(sigmaB);
 
-  enum KernelResult { premium, delta_A, delta_B };
-  struct Terms {
-    double SA, SB, sigmaA, sigmaB, rho, T;
-  };
+  using Terms = SpreadTerms;
+  using KernelResult = double SpreadValues::*;
+  constexpr KernelResult premium = &SpreadValues::premium;
+  constexpr KernelResult delta_A = &SpreadValues::delta_A, delta_B = &SpreadValues::delta_B;
   const Terms terms = {SA, SB, sigmaA, sigmaB, rho, T};
-  const auto kernel = [&](KernelResult result, const Terms& t) {
+  const auto values = [&](const Terms& t) -> SpreadValues {
     const double root_T = std::sqrt(t.T);
     double out[3];
     spread_kernel(t.SA, t.SB, K, t.sigmaA * root_T, t.sigmaB * root_T, t.rho, exponential(-r * t.T), OptType,
                   out);
-    return out[result];
+    return {out[0], out[1], out[2]};
   };
+  const auto kernel = [&](KernelResult result, const Terms& t) { return repriced(kept, t, values).*result; };
   // Two-sided: the vega of a spread may be near 0, where the error of a one-sided difference is all of it.
   const auto slope = [&](KernelResult result, double Terms::*variable) {
     Terms up = terms, down = terms;

@@ -1,6 +1,8 @@
 // European options on the difference of two futures or forward prices.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
 
 /// Results of a spread option, by their number on the worksheet.
@@ -24,6 +26,15 @@ enum class SpreadResult : int {
   delta_B_by_vol_A,
 };
 
+/// What moves from one repricing of a spread option to the next, and what the kernel answers.
+struct SpreadTerms {
+  double SA, SB, sigmaA, sigmaB, rho, T;
+};
+struct SpreadValues {
+  double premium, delta_A, delta_B;
+};
+using SpreadRepricings = Repricings<SpreadTerms, SpreadValues, 16>;
+
 /// Premium or a sensitivity of a European option on the difference of two lognormal prices without drift,
 /// payoff max(+-(A - B - K), 0), by spread_kernel, which states the accuracy. Where no closed form exists,
 /// sensitivities are two-sided differences over 0.1 % steps, of the premium or of the kernel's own deltas.
@@ -42,7 +53,9 @@ enum class SpreadResult : int {
 ///
 /// T <= 0 or not a number: RetType 0 is the exercise value, every other RetType 0. Volatilities of 0 and less
 /// are taken as 1e-5. An unknown RetType gives 99.0.
+///
+/// kept: what other results of the same call worked out, null for nothing.
 double spread_option(double SA, double SB, double K, double r, double sigmaA, double sigmaB, double rho,
-                     double T, int OptType, int RetType);
+                     double T, int OptType, int RetType, SpreadRepricings* kept = nullptr);
 
 }  // namespace kestran

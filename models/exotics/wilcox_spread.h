@@ -1,6 +1,8 @@
 // European options on a forward spread that is normally distributed, and their sensitivities.
 #pragma once
 
+#include "models/black_scholes/european.h"
+
 namespace kestran {
 
 /// Premium or a sensitivity of an option on a forward spread: Wilcox (1990), "Energy futures and options:
@@ -16,5 +18,9 @@ namespace kestran {
 /// The put's theta lies 2 (F - K) r e^(-rT) above the exact derivative, as intended.
 /// Any other RetType gives 0. Nothing is checked: a zero volatility or time gives what the arithmetic gives.
 double wilcox_spread(double F, double K, double r, double sigma, double T, int OptType, int RetType);
+
+/// Every result of wilcox_spread for one option: results[RetType], with its bits.
+void wilcox_spread_all(double F, double K, double r, double sigma, double T, int OptType,
+                       double results[european_results]);
 
 }  // namespace kestran

@@ -64,7 +64,9 @@ double black_variance(double F, double K, double v, double D, int OptType) {
   return sign * D * (F * N[0] - K * N[1]);
 }
 
-void ostrip_price(const OptionStrip& strip, int age, double out[2]) {
+namespace {
+
+void price(const OptionStrip& strip, int age, double out[2]) {
   const bool forward_start = strip.FwdStFlag != 0 && strip.NowToSet > 0.0;
   const double set_days = positive_part(strip.NowToSet - age);
   const double set_time = set_days * one_day;
@@ -94,6 +96,19 @@ void ostrip_price(const OptionStrip& strip, int age, double out[2]) {
       add_days(first, last, strip.r, value, sums);
   };
   average_over_days(strip.B, strip.E, age, ostrip_most_days, add, out);
+}
+
+}  // namespace
+
+void ostrip_price(const OptionStrip& strip, int age, double out[2]) {
+  const AgedOptionStrip aged = {strip, static_cast<double>(age)};
+  const std::array<double, 2> values = repriced(strip.kept, aged, [age](const AgedOptionStrip& terms) {
+    std::array<double, 2> priced;
+    price(terms.strip, age, priced.data());
+    return priced;
+  });
+  out[0] = values[0];
+  out[1] = values[1];
 }
 
 double ostrip_greek(const OptionStrip& strip, int RetType) {

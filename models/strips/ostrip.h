@@ -1,7 +1,13 @@
 // Strips of daily options on one forward price, with a fixed strike or one that is set later.
 #pragma once
 
+#include <array>
+
+#include "models/repricings.h"
+
 namespace kestran {
+struct AgedOptionStrip;
+using OptionStripRepricings = Repricings<AgedOptionStrip, std::array<double, 2>, 20>;
 
 /// The terms of a strip of European options, one expiring on each day from B to E on that day's price of one
 /// forward. Days are counted from today; a day is 1/365.25 year.
@@ -17,7 +23,14 @@ struct OptionStrip {
   double sigma_after = 0.0;   // and from then on
   double pct = 1.0;           // the strike is pct times its reference price plus basis
   double basis = 0.0;
-  int OptType = 0;  // 0 put, any other value call
+  int OptType = 0;                        // 0 put, any other value call
+  OptionStripRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
+};
+
+/// A strip `age` days on, a double so that no padding follows it.
+struct AgedOptionStrip {
+  OptionStrip strip;
+  double age;
 };
 
 /// Days a strip may have ahead of it: a century of them. More would keep the caller waiting.

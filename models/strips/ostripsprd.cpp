@@ -141,7 +141,9 @@ double change_of_delta(const SpreadStrip& strip, double SpreadStrip::*price) {
 
 }  // namespace
 
-void ostripsprd_price(const SpreadStrip& given, int age, double out[2]) {
+namespace {
+
+void price(const SpreadStrip& given, int age, double out[2]) {
   SpreadStrip strip = given;
   strip.sigma1_m = floored_volatility(strip.sigma1_m);
   strip.sigma1_d = floored_volatility(strip.sigma1_d);
@@ -173,6 +175,19 @@ void ostripsprd_price(const SpreadStrip& given, int age, double out[2]) {
       add_days(first, last, strip.r, value, sums);
   };
   average_over_days(strip.B, strip.E, age, ostripsprd_most_days, add, out);
+}
+
+}  // namespace
+
+void ostripsprd_price(const SpreadStrip& strip, int age, double out[2]) {
+  const AgedSpreadStrip aged = {strip, static_cast<double>(age)};
+  const std::array<double, 2> values = repriced(strip.kept, aged, [age](const AgedSpreadStrip& terms) {
+    std::array<double, 2> priced;
+    price(terms.strip, age, priced.data());
+    return priced;
+  });
+  out[0] = values[0];
+  out[1] = values[1];
 }
 
 double ostripsprd_greek(const SpreadStrip& strip, int RetType) {

@@ -1,7 +1,13 @@
 // Strips of daily options on the difference of two forward prices.
 #pragma once
 
+#include <array>
+
+#include "models/repricings.h"
+
 namespace kestran {
+struct AgedSpreadStrip;
+using SpreadStripRepricings = Repricings<AgedSpreadStrip, std::array<double, 2>, 32>;
 
 /// The terms of a strip of European options, one expiring on each day from B to E on that day's difference of
 /// two forwards. Days are counted from today; a day is 1/365.25 year. Volatilities are per year, and taken as
@@ -24,6 +30,13 @@ struct SpreadStrip {
   double basis = 0.0;
   int FwdStFlag = 0;  // 0 fixed price; else the strike is set in NowToSet days, if that is above 0
   int OptType = 0;    // 0 put, any other value call: max(+-(price 1 - price 2 - strike), 0)
+  SpreadStripRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
+};
+
+/// A strip `age` days on, a double so that no padding follows it.
+struct AgedSpreadStrip {
+  SpreadStrip strip;
+  double age;
 };
 
 /// Days a strip may have ahead of it: ten years of them. More would keep the caller waiting.

@@ -151,9 +151,7 @@ bool is_per_contract(Result result) {
          result == Result::vega_within || result == Result::vega_by_price;
 }
 
-}  // namespace
-
-double two_contract_price(const TwoContracts& option) {
+double price(const TwoContracts& option) {
   const int n1 = option.n[0];
   const int n2 = option.n[1];
   if (n1 < 0 || n2 < 0 || option.m < 0 || n1 > two_contract_most_fixings ||
@@ -182,6 +180,10 @@ double two_contract_price(const TwoContracts& option) {
       share * bs_general(average, K, T, option.r, option.r, sigma, option.OptType == 0 ? 0 : 1, 0);
   return option.ToExp == T ? premium : premium * exponential(-option.r * (option.ToExp - T));
 }
+
+}  // namespace
+
+double two_contract_price(const TwoContracts& option) { return repriced(option.kept, option, price); }
 
 double two_contract_sens(const TwoContracts& option, int RetType, int contract) {
   const Result result{RetType};

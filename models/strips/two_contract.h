@@ -1,10 +1,14 @@
 // Average-price options whose fixings run over two consecutive futures contracts.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
 
 /// More fixings than this (270 years of daily ones) are not priced.
 constexpr int two_contract_most_fixings = 100000;
+struct TwoContracts;
+using TwoContractRepricings = Repricings<TwoContracts, double, 20>;
 
 /// The terms of an average-price option on two contracts, contract 1 at index 0 of each pair: its fixings
 /// come first in the count of those made. Times are in years from today; a fixing that is outstanding though
@@ -24,6 +28,7 @@ struct TwoContracts {
   double rho = 0.0;             // correlation of the two contracts
   double ToExp = 0.0;           // years to payment
   int OptType = 0;              // 0 put, any other value call
+  TwoContractRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
 };
 
 /// Premium of the option. The average of the outstanding fixings, spread evenly over each contract's dates

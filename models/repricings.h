@@ -1,0 +1,72 @@
+// What a model worked out for one result of a call and needs again for others.
+#pragma once
+
+#include <cstring>
+#include <type_traits>
+
+namespace kestran {
+
+/// Values of up to `most` sets of terms, so that results of one call that need the same value share it.
+/// Terms count as the same when all their bytes are.
+template <class Terms, class Value, int most>
+class Repricings {
+  static_assert(std::is_trivially_copyable_v<Terms>);
+
+ public:
+  /// work(terms), from memory if it is known.
+  template <class Work>
+  [[gnu::noinline]] Value value(const Terms& terms, const Work& work) {
+    for (int i = 0; i < count; ++i)
+      if (std::memcmp(&known_terms[i], &terms, sizeof terms) == 0) return values[i];
+    const Value result = work(terms);
+    if (count < most) {
+      std::memcpy(&known_terms[count], &terms, sizeof terms);
+      values[count++] = result;
+    }
+    return result;
+  }
+
+ private:
+  int count = 0;
+  Terms known_terms[most];
+  Value values[most];
+};
+
+/// What a call worked out for one of its results and keeps for the others; models that give all results at
+/// once fill it.
+template <int size>
+struct KeptResults {
+  bool known = false;
+  double values[size];
+};
+
+/// Result i of those that work(values) fills in: kept, where `kept` is not null, for the next result.
+template <int size, class Work>
+double kept_result(KeptResults<size>* kept, int i, const Work& work) {
+  if (kept == nullptr) {
+    double values[size];
+    work(values);
+    return values[i];
+  }
+  if (!kept->known) work(kept->values);
+  kept->known = true;
+  return kept->values[i];
+}
+
+/// A function that gives work(): worked out here and now where `all` results are wanted, else when asked for.
+template <bool all, class Work>
+auto once(const Work& work) {
+  if constexpr (all)
+    return [value = work()] { return value; };
+  else
+    return work;
+}
+
+/// work(terms), remembered in `kept` where that is not null.
+template <class Terms, class Value, int most, class Work>
+[[gnu::always_inline]] inline Value repriced(Repricings<Terms, Value, most>* kept, const Terms& terms,
+                                             const Work& work) {
+  return kept == nullptr ? work(terms) : kept->value(terms, work);
+}
+
+}  // namespace kestran
