@@ -10,7 +10,7 @@ from dask.distributed import Client
 import kestran
 
 PACKAGE = os.path.dirname(os.path.dirname(os.path.abspath(kestran.__file__)))
-SECONDS = 400  # after which a server ends whatever becomes of this process
+SECONDS = 300  # after which a server ends whatever becomes of this process
 START = 60
 
 
@@ -59,6 +59,10 @@ def cluster(folder, workers):
             client.close(timeout=10)
     finally:
         for _, server in servers:
-            with contextlib.suppress(ProcessLookupError):
+            server.send_signal(signal.SIGTERM)
+        for _, server in servers:
+            try:
+                server.wait(15)
+            except subprocess.TimeoutExpired:
                 os.killpg(server.pid, signal.SIGKILL)
-            server.wait(START)
+                server.wait()
