@@ -120,18 +120,18 @@ const tests = {
     assert.equal(found[0][1], 999000n);
   },
 
-  async 'docs/duckdb.md'() {
-    const page = readFileSync('docs/duckdb.md', 'utf8');
+  async 'docs/duckdb.md and docs/scale.md'() {
+    const pages = readFileSync('docs/duckdb.md', 'utf8').replaceAll('```sql', '```duckdb') + readFileSync('docs/scale.md', 'utf8');
     process.chdir(folder);
     let examples = 0;
-    for (const [, query, output] of page.matchAll(/```sql\n(.*?)```\n```\n(.*?)```/gs)) {
+    for (const [, query, output] of pages.matchAll(/```duckdb\n(.*?)```\n```\n(.*?)```/gs)) {
       let shown = '';
       for (const statement of query.split(/;\n/).filter((text) => text.trim()))
         shown = (await rows(statement)).map((cells) => cells.map((cell) => cell ?? 'NULL').join(' | ') + '\n').join('');
       assert.equal(shown, output, query);
       ++examples;
     }
-    assert.ok(examples > 3);
+    assert.ok(examples > 4);
   },
 };
 

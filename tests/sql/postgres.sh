@@ -117,17 +117,20 @@ answers "select extversion, (select count(*) from pg_proc where pronamespace = '
 refuses 'drop extension kestran' 'cannot drop extension kestran because other objects depend on it'
 sql -c 'drop table kept; drop table deals; drop extension kestran' || failed=1
 
-# The page for users: each query with the output below it.
-awk -v page="$folder/page" '
-  /^```/ && kind != "" {kind = ""; closed = NR; next}
-  /^```/ {
-    kind = $0 == "```sql" ? "sql" : was == "sql" && NR == closed + 1 ? "output" : "other"
-    number += kind == "sql"
-    was = kind
-    next
-  }
-  kind != "" {print >(page "." number "." kind)}' docs/postgres.md
-for query in "$folder"/page.*.sql; do
-  same "docs/postgres.md: $(cat "$query")" "$(cat "${query%sql}output")" "$(sql -c "$(cat "$query")" 2>&1 | sed 's/ *$//; ${/^$/d}')"
+# The pages for users: each query with the output below it.
+for name in postgres scale; do
+  awk -v page="$folder/$name" '
+    /^```/ && kind != "" {kind = ""; closed = NR; next}
+    /^```/ {
+      kind = $0 == "```sql" ? "sql" : was == "sql" && NR == closed + 1 ? "output" : "other"
+      number += kind == "sql"
+      was = kind
+      next
+    }
+    kind != "" {print >(page "." number "." kind)}' docs/$name.md
+  [ -e "$folder/$name.1.sql" ] || same "docs/$name.md" 'a query' none
+  for query in "$folder/$name".*.sql; do
+    same "docs/$name.md: $(cat "$query")" "$(cat "${query%sql}output")" "$(sql -c "$(cat "$query")" 2>&1 | sed 's/ *$//; ${/^$/d}')"
+  done
 done
 exit $failed
