@@ -46,7 +46,7 @@ struct Answer {
   Reason reason = Reason::none;
   signed char argument = -1;
 
-  Answer(double result) : number(result) {}
+  Answer(double result = 0.0) : number(result) {}
   static Answer failure(int code, Reason reason, int argument = -1) {
     Answer answer(0.0);
     answer.error = code;

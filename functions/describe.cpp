@@ -92,13 +92,24 @@ bool answers(const Function& function, const ResultText& result) {
          (result.selector >= selector.lowest && result.selector <= selector.highest);
 }
 
-std::string choices(const ArgumentText& argument) {
+std::string choices(const ArgumentText& argument, bool brief) {
   std::string text;
-  for (const Choice& choice : argument.choices)
-    text += (text.empty() ? "" : ", ") + std::to_string(choice.value) + " " + choice.meaning;
+  for (const Choice& choice : argument.choices) {
+    std::string meaning = choice.meaning;
+    if (brief) meaning = meaning.substr(0, meaning.find(':'));
+    text += (text.empty() ? "" : ", ") + std::to_string(choice.value) + " " + meaning;
+  }
   if (!text.empty() && argument.other_choices != nullptr)
     text += ", any other number: " + std::string(argument.other_choices);
   return text;
+}
+
+std::string argument_meaning(const Function& function, int i, bool brief) {
+  const ArgumentText& argument = *text_of(function).arguments[i];
+  std::string meaning = kind_of_range(function.arguments[i].kind) + argument.meaning;
+  if (argument.choices.count > 0) meaning += ": " + choices(argument, brief);
+  if (argument.unit != Unit::selector) meaning += " (" + std::string(unit_name(argument.unit)) + ")";
+  return meaning;
 }
 
 std::string description(const Function& function) {
@@ -111,9 +122,7 @@ std::string description(const Function& function) {
   std::vector<Row> rows;
   for (int i = 0; i < function.argument_count; ++i) {
     const ArgumentText& argument = *about.arguments[i];
-    std::string meaning = kind_of_range(function.arguments[i].kind) + argument.meaning;
-    if (argument.choices.count > 0) meaning += ": " + choices(argument);
-    if (argument.unit != Unit::selector) meaning += " (" + std::string(unit_name(argument.unit)) + ")";
+    std::string meaning = argument_meaning(function, i);
     if (i == result_argument(function))
       meaning += ", 0 by default";
     else if (!std::isnan(argument.recommended))

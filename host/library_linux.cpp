@@ -58,6 +58,11 @@ __attribute__((visibility("default"))) int Excel4(int function, XLOPER* result, 
   return call_standin(function, result, count, operands);
 }
 
+__attribute__((visibility("default"))) int MdCallBack12(int function, int count, XLOPER12** operands,
+                                                        XLOPER12* result) {
+  return call_standin(function, result, count, operands);
+}
+
 __attribute__((visibility("default"))) int WinHelpA(void*, const char* path, unsigned command,
                                                     std::uintptr_t) {
   constexpr unsigned help_finder = 11;

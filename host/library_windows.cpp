@@ -52,4 +52,10 @@ extern "C" __declspec(dllexport) int EXCEL_CDECL
   return call_standin(function, result, count, operands);
 }
 
+// Add-ins of Excel 2007 and later find this in the program itself.
+extern "C" __declspec(dllexport) int EXCEL_STDCALL
+    MdCallBack12(int function, int count, XLOPER12** operands, XLOPER12* result) {
+  return call_standin(function, result, count, operands);
+}
+
 }  // namespace kestran

@@ -9,6 +9,7 @@
 #include "host/describe.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
+#include "host/wide_text.h"
 
 namespace kestran {
 namespace {
@@ -16,22 +17,6 @@ namespace {
 constexpr std::size_t block_bytes = 1 << 16;
 
 void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
-
-// Bytes of the UTF-8 character that `text` starts with; 0 when it starts with none.
-std::size_t character_bytes(std::string_view text) {
-  const auto byte = [text](std::size_t i) {
-    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
-  };
-  const unsigned first = byte(0);
-  if (first < 0x80) return 1;
-  const std::size_t bytes = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
-  for (std::size_t i = 1; i < bytes; ++i)
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-  // Longer than need be, half of a surrogate pair, or beyond the last character.
-  const bool overlong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
-  const bool beyond = (first == 0xED && byte(1) > 0x9F) || (first == 0xF4 && byte(1) > 0x8F);
-  return overlong || beyond ? 0 : bytes;
-}
 
 // A text as JSON writes it; bytes that are no UTF-8 become replacement characters.
 void print_quoted(std::string_view text) {
