@@ -6,6 +6,9 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
+#include <exception>
+#include <thread>
+#include <vector>
 
 #include "host/excel_standin.h"
 #include "host/library.h"
@@ -38,6 +41,17 @@ std::string program_folder() {
 }
 
 bool input_is_terminal() { return isatty(STDIN_FILENO) != 0; }
+
+void run_threads(int count, const std::function<void(int)>& work) {
+  std::vector<std::thread> others;
+  try {
+    for (int i = 1; i < count; ++i) others.emplace_back(work, i);
+  } catch (const std::exception&) {
+    // No more threads, or no memory for them.
+  }
+  work(0);
+  for (std::thread& other : others) other.join();
+}
 
 void use_binary_streams() {}
 

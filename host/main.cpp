@@ -36,6 +36,7 @@ struct Settings {
   bool describe = false;
   bool json = false;
   bool strict = false;
+  int threads = 1;
   std::string described;
   std::vector<std::string> explained;
   std::string library;
@@ -92,6 +93,10 @@ bool read_arguments(int argument_count, char** arguments, Settings& settings, in
   add_flag("--strict", settings.strict, "Exit with 1 when an answer is an error");
   app.add_option("--library", settings.library, "The add-in to load instead of the one beside this program")
       ->type_name("FILE");
+  app.add_option("--threads", settings.threads,
+                 "How many threads work out the lines of the input, with an add-in that bears it")
+      ->type_name("N")
+      ->check(CLI::Range(1, 256));
   app.allow_windows_style_options(false);
   std::vector<std::string> given(arguments + std::min(argument_count, 1), arguments + argument_count);
   settings.formulas = take_formulas(app, given);
@@ -169,7 +174,7 @@ int run(int argument_count, char** arguments) {
   for (const std::string& formula : settings.explained) explain_formula(formula, outcome);
   for (const std::string& formula : settings.formulas) answer(formula, format, outcome);
   if (!settings.list && !settings.describe && settings.explained.empty() && settings.formulas.empty()) {
-    input_is_terminal() ? prompt(format, outcome) : answer_lines(format, outcome);
+    input_is_terminal() ? prompt(format, outcome) : answer_lines(format, outcome, settings.threads);
   }
   unload_addin();
   report(outcome);

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "functions/catalogue.h"
+#include "functions/describe.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
 #include "host/library.h"
@@ -192,6 +194,7 @@ TEST_F(Addin12, LongArraysCanBeBrokenOff) {
 
 #if !defined(_WIN32)  // where the add-in has an allocator of its own
 TEST_F(Addin12, WithoutMemoryAnswersValue) {
+  XLOPER12* const held = price_with(0, number(100));  // the thread's own record
   std::vector<XLOPER12> cells(2, number(100));
   XLOPER12 array;
   array.type = xltypeMulti;
@@ -215,6 +218,7 @@ TEST_F(Addin12, WithoutMemoryAnswersValue) {
     EXPECT_GT(failing, 1);
     EXPECT_TRUE(kept) << "a record that Excel does not give back";
   }
+  give_back(held);
   EXPECT_EQ(answer("EURO(100,95,5%,2%,25%,90,1,0)"), "8.14303821049409");
   EXPECT_EQ(answer("EURO({100,100},95,5%,2%,25%,90,1,0)"), "{8.14303821049409,8.14303821049409}");
   standin().out_of_memory = false;
@@ -244,6 +248,44 @@ TEST_F(Addin12, TellsOnceHowManyFunctionsAreNotThere) {
   EXPECT_EQ(standin().alerts[0].text.find("2 of the 81 KESTRAN functions"), 0u);
   EXPECT_EQ(standin().faults.size(), 2u);
   standin().faults.clear();
+}
+
+// Calls of all functions with numbers, cells and arrays on eight threads; those of a fast one as many times
+// as KESTRAN_ROUNDS says. Each cell comes late, so that functions are called again.
+using Addin12Threads = Addin12;
+
+TEST_F(Addin12Threads, AnswerAsOneThreadDoes) {
+  constexpr int threads = 8;
+  const char* const given = std::getenv("KESTRAN_ROUNDS");
+  const int rounds = given == nullptr ? 1 : std::atoi(given);
+  std::vector<std::string> formulas, expected;
+  for (int f = 0; f < catalogue_size; ++f) formulas.push_back(example_formula(catalogue[f]));
+  for (const FormulaCase& one : read_case_files()) formulas.push_back(one.formula);
+  const std::size_t slow = formulas.size();
+  for (const char* price : {"100", "{100}", "{100,101,102}", "{100;\"x\"}"})
+    for (int strike = 70; strike < 130; ++strike)
+      formulas.push_back("EURO(" + std::string(price) + "," + std::to_string(strike) + ",5%,2%,25%,90,1,0)");
+  for (const std::string& formula : formulas) expected.push_back(answer(formula));
+
+  standin().cells_come_late = true;
+  std::vector<Worker> workers(threads);
+  std::vector<int> wrong(threads);
+  run_threads(threads, [&](int thread) {
+    workers[static_cast<std::size_t>(thread)].begin();
+    for (int round = 0; round < rounds; ++round) {
+      const std::size_t first = round == 0 ? 0 : slow;
+      const std::size_t count = formulas.size() - first;
+      for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t one = first + (i * 7 + static_cast<std::size_t>(thread) * 13) % count;
+        wrong[static_cast<std::size_t>(thread)] += answer(formulas[one]) != expected[one];
+      }
+    }
+    Worker::end();
+  });
+  for (Worker& worker : workers) worker.join();
+  EXPECT_EQ(wrong, std::vector<int>(threads, 0));
+  const std::size_t calls = slow + (formulas.size() - slow) * static_cast<std::size_t>(rounds);
+  EXPECT_GT(standin().accounting.results_freed, calls * threads) << "with those that were called again";
 }
 
 TEST_F(Addin12, AnswersTheAddInManager) {

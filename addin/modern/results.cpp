@@ -1,10 +1,38 @@
 #include "addin/modern/results.h"
 
+#include <atomic>
+#include <cstdint>
 #include <new>
 
 #include "addin/modern/excel12_call.h"
 
 namespace kestran {
+
+// A record that one call after the other takes, on a line of the processor's cache for itself.
+struct alignas(64) Slot {
+  XLOPER12 record;
+  std::atomic<bool> taken;
+};
+
+constexpr std::size_t slot_count = 64;
+static Slot slots[slot_count];
+
+// Threads are told apart by their stacks. Two that meet at a slot do not disturb each other: one of them goes
+// for memory.
+static XLOPER12* take_slot() {
+  const char here = 0;
+  const auto stack = reinterpret_cast<std::uintptr_t>(&here) >> 16;
+  Slot& slot = slots[(stack ^ stack >> 6) % slot_count];
+  return slot.taken.exchange(true, std::memory_order_acquire) ? nullptr : &slot.record;
+}
+
+static bool leave_slot(const XLOPER12* record) {
+  const std::size_t offset =
+      reinterpret_cast<std::uintptr_t>(record) - reinterpret_cast<std::uintptr_t>(slots);
+  if (offset >= sizeof slots) return false;
+  slots[offset / sizeof(Slot)].taken.store(false, std::memory_order_release);
+  return true;
+}
 
 // The record, followed by the elements of an array, in one piece.
 static XLOPER12* allocate(std::size_t records) {
@@ -22,7 +50,8 @@ void write_answer(const Answer& answer, XLOPER12& record) {
 }
 
 XLOPER12* give(const Answer& answer) {
-  XLOPER12* const record = allocate(1);
+  XLOPER12* record = take_slot();
+  if (record == nullptr) record = allocate(1);
   if (record == nullptr) return no_memory();
   write_answer(answer, *record);
   record->type |= xlbitDLLFree;
@@ -46,6 +75,8 @@ XLOPER12* no_memory() { return &refused; }
 
 void discard(XLOPER12* record) { ::operator delete(record); }
 
-void EXCEL_STDCALL xlAutoFree12(XLOPER12* record) { discard(record); }
+void EXCEL_STDCALL xlAutoFree12(XLOPER12* record) {
+  if (!leave_slot(record)) discard(record);
+}
 
 }  // namespace kestran

@@ -1,6 +1,8 @@
-// The records in which functions answer. Each is made for one call, marked for Excel to give back, and freed
-// when it comes back through xlAutoFree12. So nothing belongs to a thread: one may end, and the library be
-// unloaded, at any time. Without memory the answer is a record that nobody writes to or frees: #VALUE!.
+// The records in which functions answer. Each is made for one call, marked for Excel to give back, and free
+// again when it comes back through xlAutoFree12. So nothing belongs to a thread: one may end, and the library
+// be unloaded, at any time. Single answers are held in records of the library, of which each thread has its
+// own as long as there are few; arrays, and answers beyond that, in memory. Without memory the answer is a
+// record that nobody writes to or frees: #VALUE!.
 #pragma once
 
 #include "addin/modern/system12.h"

@@ -206,6 +206,9 @@ class Spill {
 }  // namespace
 
 bool wants_array(const Function& function, XLOPER12* const* given) {
+  std::uint32_t types = 0;
+  for (int i = 0; i < function.argument_count; ++i) types |= given[i]->type;
+  if ((types & (xltypeSRef | xltypeRef | xltypeMulti)) == 0) return false;  // as most calls
   for (int i = 0; i < function.argument_count; ++i)
     if (Xloper12Reader::holds(given[i]) == Holds::cells && !is_range(function.arguments[i].kind) &&
         several(shape_of(*given[i])))
