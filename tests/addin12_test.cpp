@@ -7,7 +7,10 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <memory>
 #include <sstream>
+#include <utility>
 
 #include "functions/catalogue.h"
 #include "functions/describe.h"
@@ -286,6 +289,81 @@ TEST_F(Addin12Threads, AnswerAsOneThreadDoes) {
   EXPECT_EQ(wrong, std::vector<int>(threads, 0));
   const std::size_t calls = slow + (formulas.size() - slow) * static_cast<std::size_t>(rounds);
   EXPECT_GT(standin().accounting.results_freed, calls * threads) << "with those that were called again";
+}
+
+// What Excel's documented limits forbid, tried with one of the add-in's entries.
+TEST_F(Addin12, TheStandinRefusesWhatTodaysExcelWould) {
+  const auto enter = [](const char* type, const std::string& help) {
+    std::vector<std::unique_ptr<char[]>> memory;
+    std::vector<XLOPER12> records;
+    for (const std::string& text : {standin().library_path, std::string("EURO"), std::string(type),
+                                    std::string("MINE"), std::string("a,b"), std::string("1"), help})
+      records.push_back(make_record<XLOPER12>(text_scalar(text), memory.emplace_back()));
+    std::vector<XLOPER12*> operands;
+    for (XLOPER12& record : records) operands.push_back(&record);
+    XLOPER12 result;
+    call_standin(xlfRegister, &result, static_cast<int>(operands.size()), operands.data());
+    const bool entered = result.type == xltypeNum && standin().faults.empty();
+    standin().faults.clear();
+    return entered;
+  };
+  const std::pair<const char*, bool> rows[] = {{"QUU$", true},   {"UQQ#", true},  {"QQU", true},
+                                               {"QUU$#", false}, {"Q$UU", false}, {"RRR", false},
+                                               {"QU$", false},   {"$", false}};
+  for (const auto& [type, taken] : rows) EXPECT_EQ(enter(type, "help"), taken) << type;
+  EXPECT_TRUE(enter("QUU$", std::string(255, 'x')));
+  EXPECT_FALSE(enter("QUU$", std::string(256, 'x')));
+
+  // On a further thread only what is not the worksheet's; a break may be looked at, not cleared.
+  Worker worker;
+  XLOPER12 name = number(1.0), looked = number(1.0), clear;
+  clear.type = xltypeBool;
+  clear.value.boolean = 0;
+  XLOPER12* operands[] = {&clear};
+  worker.begin();
+  EXPECT_EQ(call_standin(xlAbort, &looked, 0, operands), xlretSuccess);
+  EXPECT_EQ(call_standin(xlAbort, &looked, 1, operands), xlretNotThreadSafe);
+  operands[0] = &name;
+  EXPECT_EQ(call_standin(xlfSetName, &looked, 1, operands), xlretNotThreadSafe);
+  Worker::end();
+  worker.join();
+  EXPECT_EQ(standin().faults.size(), 1u);
+  standin().faults.clear();
+}
+
+// One of the two add-ins in a process.
+struct Loaded {
+  std::string path;
+  void* library;
+  std::function<void*(const char*)> find_entry;
+
+  // The stand-in serves one at a time.
+  void change_places() {
+    std::swap(path, standin().library_path);
+    std::swap(library, standin().library);
+    std::swap(find_entry, standin().find_entry);
+  }
+};
+
+TEST(Addins, BothAtOnceTheLaterRegistrationWins) {
+  const char* const files[] = {KESTRAN_ADDIN, KESTRAN_ADDIN12};
+  for (const bool wide_last : {false, true}) {
+    reset_standin();
+    Loaded first{};
+    ASSERT_EQ(load_addin(program_folder() + files[!wide_last]), "");
+    const std::size_t commands = wide_last ? 2 : 0;
+    EXPECT_EQ(standin().registrations.size(), static_cast<std::size_t>(catalogue_size) + commands);
+    first.change_places();
+    ASSERT_EQ(load_addin(program_folder() + files[wide_last]), "");
+    EXPECT_EQ(standin().registrations.size(), static_cast<std::size_t>(catalogue_size) + 2);
+    EXPECT_EQ(find_function("EURO")->wide, wide_last);
+    EXPECT_EQ(answer("EURO({100},95,5%,2%,25%,90,1,0)"), "8.14303821049409");
+    unload_addin();  // the later one
+    first.change_places();
+    unload_addin();
+    EXPECT_TRUE(standin().faults.empty()) << standin().faults.front();
+    EXPECT_EQ(find_function("EURO"), nullptr);
+  }
 }
 
 TEST_F(Addin12, AnswersTheAddInManager) {
