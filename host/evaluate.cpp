@@ -180,11 +180,12 @@ Value read_result(const Record* result) {
 // A result that the add-in wants back goes back on this thread, before the next call.
 Value take_result(const Registration&, XLOPER* result) { return read_result(result); }
 Value take_result(const Registration& function, XLOPER12* result) {
-  if (result == nullptr || (result->type & xlbitDLLFree) == 0) return read_result(result);
-  XLOPER12 copy = *result;
-  copy.type &= ~std::uint32_t{xlbitDLLFree};
-  Value value = read_result(&copy);
+  const bool wanted_back = result != nullptr && (result->type & xlbitDLLFree) != 0;
+  if (wanted_back) result->type &= ~std::uint32_t{xlbitDLLFree};
+  Value value = read_result(result);
   value.spills = value.cells != nullptr && value.cells->cells.size() > 1;
+  if (!wanted_back) return value;
+  result->type |= xlbitDLLFree;
   if (function.take_back == nullptr) {
     note_fault("wants a result back but has no xlAutoFree12");
   } else {
