@@ -215,7 +215,8 @@ constexpr ResultText compound_results[] = {
 constexpr char fast_accuracy[] =
     "With V the volatility times the root of the years to the last fixing, a call on 21 fixings is within "
     "3e-5 of Price at V = 0.1, 3e-4 at 0.4 and 3.3e-3 at 1; a put on 250, which has no correction, "
-    "within 8e-5, 1.3e-3 and 7e-3. Above V = 0.4, and for puts from 0.16, use AGC.";
+    "within 8e-5, 1.3e-3 and 7e-3. Above V = 0.4, and for puts from 0.16, use "
+    "AdjASTRIP2m for fixings on business days, AGC for one each calendar day.";
 constexpr char spread_accuracy[] =
     "As a share of the premium at the money mostly within 0.25 % for a volatility times the root of the "
     "years "
@@ -225,7 +226,7 @@ constexpr FunctionText functions[] = {
     {"ASN", "average-price option, fast approximation; times in years",
      "A call or put on the arithmetic average of evenly spaced fixings of a futures price, paid at the "
      "last: Black's formula at the volatility of the average and, for calls, a tabulated correction.",
-     asn_arguments, asn_results, fast_accuracy, "AGC, ASV, AdjASTRIP2m",
+     asn_arguments, asn_results, fast_accuracy, "AdjASTRIP2m, AGC, ASV",
      "=ASN(100,102,5%,30%,0,30,0,0.1,0.2,1,0)"},
     {"AGC", "average-price option by geometric conditioning, two volatilities",
      "A call or put on the arithmetic average of daily fixings, one a calendar day, paid on the day of the "
@@ -239,13 +240,16 @@ constexpr FunctionText functions[] = {
     {"ASV", "average-price option in trading days",
      "A call or put on the arithmetic average of a futures price, fixed every trading day and paid on a day "
      "of its own, by the approximation of ASN.",
-     asv_arguments, asv_results, fast_accuracy, "ASN, AGC", "=ASV(100,98,5%,30%,0,100,20,60,252,1,0)"},
+     asv_arguments, asv_results, fast_accuracy, "ASN, AdjASTRIP2m, AGC",
+     "=ASV(100,98,5%,30%,0,100,20,60,252,1,0)"},
     {"ASNSPRD", "option on the difference of two average prices",
      "A call or put on average A - average B, of daily fixings of futures prices, paid at the last: each "
      "average as one lognormal variable with its exact mean and variance (Levy 1992).",
      spread_arguments, spread_results, spread_accuracy, "ASNSPRD2, SPRDOPT, OSTRIPSPRD",
      "=ASNSPRD(100,90,8,5%,30%,25%,0.6,0,0,60,30,1,0)"},
-    {"ASNSPRD2", "the same with yields, forward volatilities and two averaging periods",
+    {"ASNSPRD2",
+     "option on the difference of two average prices, with yields, forward volatilities and two averaging "
+     "periods",
      "ASNSPRD on spot prices with yields, with an averaging period of its own and two volatilities for each "
      "price.",
      two_period_arguments, two_period_results, spread_accuracy, "ASNSPRD, SPRDOPT",

@@ -99,9 +99,9 @@ constexpr Choice basket_a[] = {{0, "A1 alone"}, {1, "average of A1 and A2"}, {2,
 constexpr Choice basket_b[] = {
     {0, "B1 alone"}, {1, "average of B1 and B2, weighted with their days"}, {2, "sum of B1 and B2"}};
 constexpr ArgumentText a_flag{"Aflag",  "what basket A is made of", Unit::selector, 0, 2, none,
-                              basket_a, "no such basket: -99"};
+                              basket_a, "no such basket, -99"};
 constexpr ArgumentText b_flag{"Bflag",  "what basket B is made of", Unit::selector, 0, 2, none,
-                              basket_b, "no such basket: -99"};
+                              basket_b, "no such basket, -99"};
 
 constexpr const ArgumentText* basvol_arguments[] = {&forwards,           &vols,   &drifts, &weights,
                                                     &correlation_matrix, &horizon};

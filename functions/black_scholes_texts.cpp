@@ -28,7 +28,7 @@ constexpr ArgumentText most_iterations{
     100};
 constexpr Choice put_call_straddle[] = {{0, "put"}, {1, "call"}, {2, "straddle: a call and a put"}};
 constexpr ArgumentText call_put_straddle{"CallPutStr", "put, call or straddle", Unit::selector,    0, 2,
-                                         none,         put_call_straddle,       "no such type: 99"};
+                                         none,         put_call_straddle,       "no such type, 99"};
 
 constexpr ArgumentText cash{"Cash", "amount paid, of any sign", Unit::amount, 1, 100};
 constexpr ArgumentText put_or_call_only{"OptType", "put or call", Unit::selector, 0, 1, none, put_call};
@@ -57,17 +57,11 @@ constexpr ArgumentText position{"OptType",
                                 7,
                                 none,
                                 positions,
-                                "no such position: 99"};
+                                "no such position, 99"};
 constexpr ArgumentText agreed_price{"Breakeven", "price agreed for expiry", Unit::price, 50, 150};
 constexpr Choice boston_types[] = {{0, "put type: the holder sells"}, {1, "call type: the holder buys"}};
-constexpr ArgumentText boston_type{"OptType",
-                                   "put or call type",
-                                   Unit::selector,
-                                   0,
-                                   1,
-                                   none,
-                                   boston_types,
-                                   "call type up to 8, else refused"};
+constexpr ArgumentText boston_type{"OptType",    "put or call type",          Unit::selector, 0, 1, none,
+                                   boston_types, "call type: the holder buys"};
 
 constexpr const ArgumentText* euro_arguments[] = {&price, &strike,   &rate,        &yield,
                                                   &vol,   &exp_days, &put_or_call, &which_result};
@@ -122,11 +116,11 @@ constexpr FunctionText functions[] = {
      "1973).",
      euro_arguments, euro_results, closed_form, "EURO_Equity, EURO_Forward, AMER, AMERB, EIMPVOL",
      "=EURO(100,95,5%,2%,25%,90,1,0)"},
-    {"EURO_Equity", "the same for shares; `RetType` 4 is rho, 6 the change of delta with volatility",
+    {"EURO_Equity", "European option on shares; RetType 4 is rho, 6 the change of delta with volatility",
      "EURO for shares, with rho where shareholders look for it. Its results are numbered differently from "
      "EURO's.",
      euro_arguments, equity_results, closed_form, "EURO, AMER", "=EURO_Equity(100,95,5%,2%,25%,90,1,4)"},
-    {"EURO_Forward", "the same on forwards and futures",
+    {"EURO_Forward", "European option on forwards and futures by Black",
      "EURO on forwards and futures, whose yield equals the rate (Black 1976).", forward_arguments,
      forward_results, closed_form, "EURO, XCAP, SWAPTION", "=EURO_Forward(100,95,4%,25%,365.25,1,0)"},
     {"FOREXCH", "foreign-exchange option",
@@ -141,7 +135,7 @@ constexpr FunctionText functions[] = {
      "three; the "
      "largest about five times that. Longer options belong to AMERB.",
      "AMERB, EURO, IMPVOLAB", "=AMER(90,100,8%,2%,30%,182.625,0,0)"},
-    {"AMERB", "American option, binomial tree of `Nsteps` steps",
+    {"AMERB", "American option, binomial tree of Nsteps steps",
      "A call or put that may be exercised at any time, by a binomial tree with the European formula in its "
      "last "
      "step, extrapolated from half as many steps (Broadie and Detemple 1996).",
@@ -167,7 +161,7 @@ constexpr FunctionText functions[] = {
      "and Reiner 1991).",
      digital_arguments, digital_results, closed_form, "COD, EURO",
      "=DIGITAL(10,100,105,5%,2%,30%,182.625,1,0)"},
-    {"COD", "cash-on-delivery option: `Premium` is paid only if it ends in the money",
+    {"COD", "cash-on-delivery option: Premium is paid only if it ends in the money",
      "Nothing is paid today; at expiry, if and only if the option is in the money, the holder exercises and "
      "pays "
      "the premium (Kat 1994). The value may be negative.",

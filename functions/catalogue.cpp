@@ -11,6 +11,7 @@
 #include "functions/exotics.h"
 #include "functions/intake.h"
 #include "functions/rates.h"
+#include "functions/refused_number.h"
 #include "functions/strips.h"
 
 namespace kestran {
@@ -96,10 +97,15 @@ constexpr int commas(std::string_view names) {
 struct OperandReader {
   using Given = Operand;
 
-  static Holds held(double number) { return number != number ? Holds::nothing : Holds::number; }
+  static Holds held(double number) {
+    if (number == number) return Holds::number;
+    const int code = refusal_code(number);
+    if (code == no_number_code) return Holds::other;
+    return code < 0 ? Holds::nothing : Holds::error;
+  }
   static Holds holds(const Operand& given) { return given.rows > 0 ? Holds::cells : held(*given.values); }
   static double number(const Operand& given) { return *given.values; }
-  static int error(const Operand&) { return value_code; }
+  static int error(const Operand& given) { return refusal_code(*given.values); }
 
   class Block {
    public:
@@ -109,7 +115,7 @@ struct OperandReader {
     int columns() const { return operand.columns; }
     Holds holds(int i) const { return held(operand.values[i]); }
     double number(int i) const { return operand.values[i]; }
-    int error(int) const { return value_code; }
+    int error(int i) const { return refusal_code(operand.values[i]); }
 
    private:
     const Operand& operand;

@@ -66,7 +66,8 @@ extern const int catalogue_size;
 const Function* find_in_catalogue(const char* name);
 
 /// One argument of one call: a number (rows 0), or `rows` x `columns` cells, row after row. NaN is an
-/// argument left out, or an empty cell.
+/// argument left out, or an empty cell; one of refused_number.h is the error, text or logical value it
+/// carries.
 struct Operand {
   const double* values;
   int rows = 0;

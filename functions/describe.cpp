@@ -92,22 +92,31 @@ bool answers(const Function& function, const ResultText& result) {
          (result.selector >= selector.lowest && result.selector <= selector.highest);
 }
 
-std::string choices(const ArgumentText& argument, bool brief) {
+std::string choices(const Function& function, int i, bool brief) {
+  const ArgumentText& argument = *text_of(function).arguments[i];
+  const Argument& taken = function.arguments[i];
+  const bool refuses = taken.kind == ParameterKind::selector;
   std::string text;
+  int greatest = 0;
   for (const Choice& choice : argument.choices) {
     std::string meaning = choice.meaning;
     if (brief) meaning = meaning.substr(0, meaning.find(':'));
     text += (text.empty() ? "" : ", ") + std::to_string(choice.value) + " " + meaning;
+    greatest = std::max(greatest, choice.value);
   }
-  if (!text.empty() && argument.other_choices != nullptr)
-    text += ", any other number: " + std::string(argument.other_choices);
-  return text;
+  if (text.empty()) return text;
+  if (argument.other_choices != nullptr)
+    text += ", " +
+            (refuses ? std::to_string(greatest + 1) + " to " + std::to_string(taken.highest)
+                     : std::string("any other number")) +
+            ": " + argument.other_choices;
+  return refuses ? text + ", others refused" : text;
 }
 
 std::string argument_meaning(const Function& function, int i, bool brief) {
   const ArgumentText& argument = *text_of(function).arguments[i];
   std::string meaning = kind_of_range(function.arguments[i].kind) + argument.meaning;
-  if (argument.choices.count > 0) meaning += ": " + choices(argument, brief);
+  if (argument.choices.count > 0) meaning += ": " + choices(function, i, brief);
   if (argument.unit != Unit::selector) meaning += " (" + std::string(unit_name(argument.unit)) + ")";
   return meaning;
 }

@@ -51,7 +51,7 @@ constexpr Choice compound_types[] = {{1, "call on a call"},
                                      {5, "no option: the volatility until TimeOver"}};
 constexpr ArgumentText compound_type{
     "OptType",      "put or call, on a put or a call", Unit::selector, 1, 4, none,
-    compound_types, "no such type: -999999999.999"};
+    compound_types, "no such type, -999999999.999"};
 
 constexpr ArgumentText exchange_rate{"ExRt", "domestic price of one unit of foreign currency today",
                                      Unit::price, 0.5, 2.5};

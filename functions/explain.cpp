@@ -100,6 +100,22 @@ std::string oddity(const ArgumentText& text, double number) {
   return "";
 }
 
+// Whether the unit's name may follow a number.
+bool has_words(Unit unit) {
+  switch (unit) {
+    case Unit::rate:
+    case Unit::semiannual:
+    case Unit::volatility:
+    case Unit::days:
+    case Unit::whole_days:
+    case Unit::trading_days:
+    case Unit::years:
+      return true;
+    default:
+      return false;
+  }
+}
+
 const Operand* find(const Function& function, const Operand* given, const char* name) {
   for (int i = 0; i < function.argument_count; ++i)
     if (std::strcmp(function.arguments[i].name, name) == 0) return given + i;
@@ -160,9 +176,9 @@ std::string understood(const Function& function, int i, const Operand& given) {
   const int cells = cells_of(given);
   if (given.rows > 0 && cells > 1) {
     const auto [least, greatest] = std::minmax_element(given.values, given.values + cells);
-    return std::to_string(given.rows) + " x " + std::to_string(given.columns) + " cells, " +
-           short_number(*least) + " to " + short_number(*greatest) +
-           (text.unit == Unit::selector ? "" : std::string(", ") + unit_name(text.unit));
+    const std::string shown = std::to_string(given.rows) + " x " + std::to_string(given.columns) +
+                              " cells, " + short_number(*least) + " to " + short_number(*greatest);
+    return has_words(text.unit) ? shown + " " + unit_name(text.unit) : shown;
   }
   const double number = *given.values;
   if (std::isnan(number)) return "missing";
@@ -183,7 +199,7 @@ std::string understood(const Function& function, int i, const Operand& given) {
     case Unit::whole_days:
       return shown + " days = " + short_number(number / days_per_year, 4) + " years";
     case Unit::years:
-      return shown + " years = " + short_number(number * days_per_year, 4) + " days";
+      return shown + " years = " + short_number(number * days_per_year) + " days";
     case Unit::trading_days:
       return shown + " trading days";
     case Unit::rate:

@@ -1,25 +1,11 @@
 #include "functions/price_many.h"
 
-#include <algorithm>
-#include <array>
-#if !defined(_WIN32)
-#include <system_error>
-#include <thread>
-#include <vector>
-#endif
-
+#include "functions/in_parts.h"
 #include "functions/processor_state.h"
 #include "functions/texts.h"
 
 namespace kestran {
 namespace {
-
-// One deal of numbers alone, under the usual processor state. Only scalar frames take this way.
-Answer price_numbers(const Function& function, const double* numbers) {
-  for (int i = 0; i < function.argument_count; ++i)
-    if (numbers[i] != numbers[i]) return Answer::failure(missing_code, Reason::missing, i);
-  return function.compute(numbers, nullptr);
-}
 
 struct Book {
   const Function& function;
@@ -28,17 +14,40 @@ struct Book {
   int results;
   Answer* answers;
 
+  // Only scalar frames take this way. A number that all deals share is looked at once.
   void price_numbers_of(std::size_t begin, std::size_t end) const {
+    if (begin == end) return;
     const ProcessorState state;
     const int selector = selectors == nullptr ? -1 : result_argument(function);
     double numbers[most_arguments];
+    struct {
+      const double* next;
+      std::ptrdiff_t stride;
+      double* number;
+    } own[most_arguments];  // what each deal has of its own
+    int own_count = 0;
+    bool shared_complete = true;
+    for (int i = 0; i < function.argument_count; ++i) {
+      if (i == selector) continue;
+      numbers[i] = *given[i].values;
+      if (given[i].stride == 0)
+        shared_complete = shared_complete && numbers[i] == numbers[i];
+      else
+        own[own_count++] = {given[i].values + static_cast<std::ptrdiff_t>(begin) * given[i].stride,
+                            given[i].stride, numbers + i};
+    }
+    Answer* answer = answers + begin * static_cast<std::size_t>(results);
     for (std::size_t k = begin; k < end; ++k) {
-      for (int i = 0; i < function.argument_count; ++i)
-        if (i != selector) numbers[i] = given[i].values[static_cast<std::ptrdiff_t>(k) * given[i].stride];
+      bool complete = shared_complete;
+      for (int n = 0; n < own_count; ++n) {
+        const double number = *own[n].next;
+        *own[n].number = number;
+        complete &= number == number;
+        if (k + 1 < end) own[n].next += own[n].stride;
+      }
       for (int j = 0; j < results; ++j) {
         if (selector >= 0) numbers[selector] = selectors[j];
-        answers[k * static_cast<std::size_t>(results) + static_cast<std::size_t>(j)] =
-            price_numbers(function, numbers);
+        *answer++ = complete ? function.compute(numbers, nullptr) : price(function, numbers);
       }
     }
   }
@@ -72,29 +81,7 @@ struct Book {
 void price_many(const Function& function, const Column* given, std::size_t deals, const int* selectors,
                 int results, Answer* answers, int threads) {
   const Book book{function, given, selectors, selectors == nullptr ? 1 : results, answers};
-#if defined(_WIN32)
-  static_cast<void>(threads);
-  book.price_rows(0, deals);
-#else
-  const std::size_t parts =
-      std::min(static_cast<std::size_t>(std::max(threads, 1)), std::max<std::size_t>(deals, 1));
-  const auto begin_of = [&](std::size_t part) {
-    return deals / parts * part + std::min(part, deals % parts);
-  };
-  std::vector<std::thread> helpers;
-  std::size_t part = 1;
-  try {
-    helpers.reserve(parts);
-    for (; part < parts; ++part)
-      helpers.emplace_back(
-          [&book, begin = begin_of(part), end = begin_of(part + 1)] { book.price_rows(begin, end); });
-  } catch (const std::exception&) {
-    // No more threads, or no memory for them, are to be had: this one does what is left.
-  }
-  book.price_rows(0, begin_of(1));
-  if (part < parts) book.price_rows(begin_of(part), deals);
-  for (std::thread& helper : helpers) helper.join();
-#endif
+  in_parts(deals, threads, [&](std::size_t begin, std::size_t end) { book.price_rows(begin, end); });
 }
 
 void price_all(const Function& function, const Operand* given, Answer* answers) {

@@ -43,8 +43,8 @@ constexpr ArgumentText vol_spread{
     Unit::volatility, -0.1, 0.1};
 constexpr ArgumentText cap{"Cap", "strike of the cap", Unit::price, 15, 30};
 constexpr ArgumentText floor{"Floor", "strike of the floor", Unit::price, 15, 30};
-constexpr ArgumentText kept_steps{
-    "Tsteps", "kept for older sheets; the result does not depend on it", Unit::count, 1, 2000, 100};
+constexpr ArgumentText kept_steps{"Tsteps", "kept for older sheets; the result does not depend on it",
+                                  Unit::count, 1, 2000};
 constexpr Choice collar_types[] = {{0, "put: enter as the floor's buyer"},
                                    {1, "call: enter as the cap's buyer"}};
 constexpr ArgumentText collar_type{"OptType",    "call or put on the collar", Unit::selector, 0, 1, none,
@@ -107,7 +107,7 @@ constexpr ResultText collar2_results[] = {
     delta_of_all,
     gamma_of_all,
     {3, "vega", "change of the premium with SwapVol", per_volatility},
-    {4, "rho", "change of the premium as all rates rise together", per_rate},
+    {4, "carry_rho", "change of the premium as all rates rise together, forward prices unchanged", per_rate},
     theta(5),
     {6, "vega_periods", "change of the premium as every Vol_rng rises", per_volatility},
     {7, "vega_spread", "change of the premium with VolSpread", per_volatility},
@@ -123,7 +123,9 @@ constexpr ResultText swaption_results[] = {
     {2, "gamma", "change of delta as the average forward rises by 1.00", delta_per_price,
      ResultText::of_month},
     vega(3),
-    {4, "rho", "change of the premium as all zero rates rise together", per_rate},
+    {4, "carry_rho",
+     "change of the premium as all zero rates rise together, forward prices and their average unchanged",
+     per_rate},
     theta(5),
     {6, "delta_vol", "change of delta with the volatility", delta_per_volatility, ResultText::of_month},
     {7, "delta_time", "change of delta as time passes", delta_per_year, ResultText::of_month}};
@@ -151,7 +153,7 @@ constexpr FunctionText functions[] = {
      "XCOL2, XCOL3, XCAP",
      "=XCOL({20,20.5,21,21.5},{0.05,0.051,0.052,0.053},{0.3,0.29,0.28,0.27},{120,150,181,212},25%,3%,90,22,"
      "19,5%,100)"},
-    {"XCOL2", "the same with sensitivities",
+    {"XCOL2", "option on a collar, with sensitivities",
      "European option to enter a collar as the cap's buyer, with sensitivities.", collar2_arguments,
      collar2_results,
      "The integral over the common factor, exact but for the normal distribution, whose error is 7.5e-8 of "
@@ -174,18 +176,19 @@ constexpr FunctionText functions[] = {
      "(1976) on the "
      "average forward, weighted with quantity and discount factor, per unit of total quantity.",
      swaption_arguments, swaption_results,
-     "Black's formula on the average forward. Rho and theta hold the average forward constant, although its "
+     "Black's formula on the average forward. carry_rho and theta hold the average forward constant, "
+     "although its "
      "weights "
-     "contain the rates: a full repricing differs by a few per cent in rho.",
+     "contain the rates: a full repricing differs by a few per cent in carry_rho.",
      "SWAPTION1, XCAP",
      "=SWAPTION({20,20.5,21,21.5},{1,1,2,1},{0.5,0.6,0.7,0.8},{0.05,0.051,0.052,0.053},25%,20.7,5%,0.45,1,0,"
      "1)"},
-    {"SWAPTION1", "the same with a fixed price for each period",
+    {"SWAPTION1", "option to enter a swap with a fixed price for each period",
      "European option to enter a swap with a fixed price for each period: struck at their average, weighted "
      "like the "
      "forward prices.",
      swaption1_arguments, swaption_results,
-     "Exact when one lognormal factor moves all forwards. Rho and theta hold both averages constant.",
+     "Exact when one lognormal factor moves all forwards. carry_rho and theta hold both averages constant.",
      "SWAPTION, XCAP",
      "=SWAPTION1({20,20.5,21,21.5},{1,1,2,1},{0.5,0.6,0.7,0.8},{0.05,0.051,0.052,0.053},{19.5,20,21,22},25%,"
      "5%,0.45,1,0,"

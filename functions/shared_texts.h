@@ -113,6 +113,11 @@ constexpr ResultText delta_time_a(int selector) {
 constexpr ResultText delta_time_b(int selector) {
   return {selector, "delta_time_b", "change of delta B as time passes", delta_per_year};
 }
+/// Of functions of forward prices, where the rate only discounts.
+constexpr ResultText forward_rho(int selector) {
+  return {selector, "carry_rho", "change of the premium with the interest rate, forward prices unchanged",
+          per_rate};
+}
 /// Where rate and yield are multiplied by the same factor.
 constexpr ResultText proportional_rho(int selector) {
   return {

@@ -106,10 +106,12 @@ constexpr ArgumentText monthly_vol_2{
 constexpr ArgumentText daily_vol_2{
     "Vol2d", "volatility of price 2 from the setting day on; 0 and less count as 0.00001", Unit::volatility,
     0.05, 2};
-constexpr ArgumentText monthly_correlation{"Correlm", "correlation of the two prices until the setting day",
-                                           Unit::correlation, -1, 1};
-constexpr ArgumentText daily_correlation{"Correld", "correlation of the two prices from the setting day on",
-                                         Unit::correlation, -1, 1};
+constexpr ArgumentText monthly_correlation{
+    "Correlm", "correlation of the two prices until the setting day; beyond -1 and 1 it counts as these",
+    Unit::correlation, -1, 1};
+constexpr ArgumentText daily_correlation{
+    "Correld", "correlation of the two prices from the setting day on; beyond -1 and 1 it counts as these",
+    Unit::correlation, -1, 1};
 constexpr ArgumentText spread_strike{
     "Strike",
     "reference price of the strike; while it is to be set that day's difference of prices takes its place",
@@ -245,7 +247,7 @@ constexpr ResultText month_gamma{2, "gamma", "change of that month's delta as al
                                  delta_per_price, ResultText::of_month};
 constexpr ResultText month_vega{3, "vega", "change of the premium with the volatility of one month",
                                 per_volatility, ResultText::of_month};
-constexpr ResultText strip_rho = rho(4);
+constexpr ResultText strip_rho = forward_rho(4);
 constexpr ResultText theta_with_fixing{
     5, "theta", "change of the premium over one day, on which today's fixing is made when one is due",
     per_year};
@@ -294,14 +296,14 @@ constexpr ResultText two_contract_results[] = {
      ResultText::of_month}};
 constexpr char per_basis[] = "premium per 1.00 of BasisOffset";
 constexpr char per_share[] = "premium per 1.00 of PctIndex";
-constexpr ResultText ostrip_results[] = {premium(0), delta(1), gamma(2),    vega(3),
-                                         rho(4),     theta(5), delta_vol(6)};
+constexpr ResultText ostrip_results[] = {premium(0),     delta(1), gamma(2),    vega(3),
+                                         forward_rho(4), theta(5), delta_vol(6)};
 constexpr ResultText ostrip2_results[] = {
     premium(0),
     delta(1),
     gamma(2),
     vega(3),
-    rho(4),
+    forward_rho(4),
     theta(5),
     delta_vol(6),
     {7, "vega_before", "change of the premium with Vol_before", per_volatility},
@@ -317,7 +319,7 @@ constexpr ResultText ostripsprd_results[] = {
     {5, "vega_1", "change of the premium with both volatilities of price 1", per_volatility},
     {6, "vega_2", "change of the premium with both volatilities of price 2", per_volatility},
     {7, "correlation", "change of the premium with both correlations", per_correlation},
-    rho(8),
+    forward_rho(8),
     theta(9),
     {10, "delta_time_1", "change of the delta to price 1 as time passes", delta_per_year},
     {11, "delta_time_2", "change of the delta to price 2 as time passes", delta_per_year},
@@ -332,7 +334,7 @@ constexpr ResultText yrstrip_results[] = {
     {1, "delta", "change of the premium as all prices rise together", per_price},
     {2, "gamma", "change of delta as all prices rise together", delta_per_price},
     {3, "vega", "change of the premium as all volatilities rise together", per_volatility},
-    {4, "rho", "change of the premium as all rates rise together", per_rate},
+    {4, "carry_rho", "change of the premium as all rates rise together, forward prices unchanged", per_rate},
     theta(5),
     {6, "delta_vol", "change of delta as all volatilities rise together", delta_per_volatility}};
 
@@ -347,7 +349,7 @@ constexpr FunctionText functions[] = {
      "=ASTRIP({20,21,22,21.5},{0.4,0.35,0.3,0.28},{0.08,0.17,0.25,0.33},{0.16,0.24,0.32,0.4},{21,20,22,19},0,"
      "21,5%,0.9,"
      "0,0.42,1,0,1)"},
-    {"ASTRIPMV", "the same with a daily volume for each month",
+    {"ASTRIPMV", "average-price option on a strip of months, with a daily volume for each",
      "Option on the average of daily fixings across a strip of delivery months, in which a fixing counts by "
      "its month's "
      "daily volume.",
@@ -355,7 +357,7 @@ constexpr FunctionText functions[] = {
      "=ASTRIPMV({20,21,22},{0.4,0.35,0.3},{1000,1500,500},{0.08,0.17,0.25},{0.16,0.24,0.32},{21,20,22},0,21,"
      "5%,0.9,0,"
      "0.34,1,0,1)"},
-    {"ASTRIP2m", "the same on two contracts, in plain arguments",
+    {"ASTRIP2m", "average-price option on two contracts, in plain arguments",
      "Option on the average of daily fixings over two contracts, taken as one lognormal variable with a "
      "linearised "
      "variance.",
@@ -364,7 +366,7 @@ constexpr FunctionText functions[] = {
      "AdjASTRIP2m, xCrudeAPO, ASTRIP",
      "=ASTRIP2m(25,25.5,35%,33%,40/365.25,60/365.25,59/365.25,70/365.25,14,8,0,25,5%,0.98,0,75/"
      "365.25,1,0,1)"},
-    {"AdjASTRIP2m", "two contracts with volatilities of their averaging windows",
+    {"AdjASTRIP2m", "average-price option on two contracts, with volatilities before and within averaging",
      "Option on the average over two contracts, each with a volatility before its averaging window and one "
      "within: the "
      "lognormal variable with the exact first two moments (compare Turnbull and Wakeman 1991, Levy 1992).",
@@ -373,7 +375,7 @@ constexpr FunctionText functions[] = {
      "xCrudeAPO, ASTRIP2m",
      "=AdjASTRIP2m(25,25.5,35%,33%,45%,40%,40/365.25,60/365.25,59/365.25,70/365.25,14,8,0,25,5%,0.98,0,75/"
      "365.25,1,0,1)"},
-    {"xCrudeAPO", "average over two contracts that roll once",
+    {"xCrudeAPO", "average-price option on two contracts that roll once",
      "Option on the average over one period in which the first fixings are on contract 1 and the next on "
      "contract 2, as "
      "in a calendar month of a nearby crude-oil future.",
@@ -388,7 +390,8 @@ constexpr FunctionText functions[] = {
      ostrip_arguments, ostrip_results,
      "Within 2e-7 of the price; a forward start with a basis within 4e-7 to 3e-6.",
      "OSTRIP2, OSTRIPSPRD, YRSTRIP", "=OSTRIP(4,4.2,20,30,60,0,5%,50%,90%,1,0,1,0)"},
-    {"OSTRIP2", "the same with four more sensitivities",
+    {"OSTRIP2",
+     "strip of daily options, with sensitivities to both volatilities and both terms of the strike",
      "Strip of daily European options with a fixed strike or one that is set later, with sensitivities to "
      "both "
      "volatilities and to both terms of the strike.",

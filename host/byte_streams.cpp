@@ -55,17 +55,26 @@ std::uintmax_t ByteSource::size() const {
 
 std::string ByteSource::reason() const { return std::strerror(error); }
 
-ByteSink::ByteSink(const std::string& path) : final_path(path), descriptor(fileno(stdout)) {
+ByteSink::ByteSink(const std::string& path) : descriptor(fileno(stdout)) {
   if (path.empty()) return;
-  partial_path = path + ".partial";
-  descriptor = open(partial_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | as_it_is, 0666);
+  owned = true;
+  std::error_code unknown;
+  const std::filesystem::path there = std::filesystem::weakly_canonical(path, unknown);
+  // A pipe or a device takes what it gets; a link stays one.
+  const bool file =
+      unknown || !std::filesystem::exists(there, unknown) || std::filesystem::is_regular_file(there, unknown);
+  if (file) {
+    final_path = there.empty() ? path : there.string();
+    partial_path = final_path + ".partial";
+  }
+  descriptor = open((file ? partial_path : path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | as_it_is, 0666);
   if (descriptor < 0) error = errno;
 }
 
 ByteSink::~ByteSink() {
-  if (final_path.empty() || descriptor < 0) return;
+  if (!owned || descriptor < 0) return;
   close(descriptor);
-  unlink(partial_path.c_str());
+  if (!partial_path.empty()) unlink(partial_path.c_str());
 }
 
 bool ByteSink::write(std::string_view bytes) {
@@ -82,9 +91,13 @@ bool ByteSink::write(std::string_view bytes) {
 }
 
 bool ByteSink::finish() {
-  if (final_path.empty()) return true;
+  if (!owned) return true;
   const bool closed = close(descriptor) == 0;
   descriptor = -1;
+  if (partial_path.empty()) {
+    error = closed ? 0 : errno;
+    return closed;
+  }
   std::error_code renamed;
   if (closed) std::filesystem::rename(partial_path, final_path, renamed);
   if (closed && !renamed) return true;

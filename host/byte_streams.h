@@ -48,8 +48,9 @@ class ByteSink {
   std::string reason() const;
 
  private:
-  std::string final_path, partial_path;
+  std::string final_path, partial_path;  // empty where there is nothing to rename
   int descriptor;
+  bool owned = false;
   int error = 0;
 };
 

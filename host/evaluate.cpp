@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <exception>
 #include <utility>
 
+#include "functions/describe.h"
 #include "host/excel_standin.h"
 #include "numerics/elementary.h"
 
@@ -378,17 +378,10 @@ Evaluation evaluate_line(std::string_view line, std::vector<Call>* calls) noexce
   return {out_of_memory_text, false};
 }
 
-std::string printed_number(double number) {
-  if (std::isnan(number)) return "nan";
-  std::array<char, 32> text;
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-  return {text.data(), end};
-}
-
 std::string printed(const Scalar& scalar) {
   switch (scalar.kind) {
     case Kind::number:
-      return printed_number(scalar.number);
+      return exact_number(scalar.number);
     case Kind::boolean:
       return scalar.code != 0 ? "TRUE" : "FALSE";
     case Kind::error: {

@@ -44,9 +44,6 @@ Evaluation evaluate_line(std::string_view line, std::vector<Call>* calls = nullp
 template <class Record>
 Record* call_entry(void* entry, Record* const* arguments, std::size_t count);
 
-/// A number in the shortest form that reads back as the same number; inf, -inf or nan.
-std::string printed_number(double number);
-
 /// What a cell shows for a value, on one line: an empty or missing one shows 0.
 std::string printed(const Scalar& scalar);
 

@@ -125,12 +125,15 @@ void explain_call(const Function& function, const Call& call) {
 void explain_formula(std::string_view formula, Outcome& outcome) {
   std::vector<Call> calls;
   const Evaluation evaluation = evaluate_line(formula, &calls);
+  int explained = 0;
   for (const Call& call : calls) {
     const Function* function = find_in_catalogue(call.name.c_str());
-    if (function != nullptr) explain_call(*function, call);
+    if (function == nullptr) continue;
+    explain_call(*function, call);
+    ++explained;
   }
   // What is more than one call has a value of its own.
-  if (calls.size() != 1 || evaluation.text != printed(calls[0].answer))
+  if (explained != 1 || calls.size() != 1 || evaluation.text != printed(calls[0].answer))
     std::printf("%s\n", evaluation.text.c_str());
   if (!evaluation.unknown_function.empty()) tell_unknown(evaluation.unknown_function);
   outcome.error = outcome.error || evaluation.kind == Kind::error;

@@ -7,8 +7,9 @@
 
 namespace kestran {
 
-/// File name of the add-in that is used when no other is named.
-extern const char default_library_name[];
+/// The add-in that is used when no other is named, with its path: beside the program or, once installed,
+/// where the system keeps what belongs to it.
+std::string default_library();
 
 /// Loads a library by its full path; null when it cannot be loaded, with the reason in `error`.
 void* open_library(const std::string& path, std::string& error);

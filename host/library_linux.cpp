@@ -15,7 +15,12 @@
 
 namespace kestran {
 
-const char default_library_name[] = "libkestran_addin.so";
+std::string default_library() {
+  const std::string name = "libkestran_addin.so";
+  const std::string beside = program_folder() + name;
+  const std::string installed = program_folder() + "../lib/kestran/" + name;
+  return access(beside.c_str(), F_OK) != 0 && access(installed.c_str(), F_OK) == 0 ? installed : beside;
+}
 
 void* open_library(const std::string& path, std::string& error) {
   void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);

@@ -10,7 +10,7 @@
 
 namespace kestran {
 
-const char default_library_name[] = "KESTRAN.xll";
+std::string default_library() { return program_folder() + "KESTRAN.xll"; }
 
 void* open_library(const std::string& path, std::string& error) {
   HMODULE library = LoadLibraryA(path.c_str());

@@ -10,6 +10,7 @@
 #include "host/excel_standin.h"
 #include "host/library.h"
 #include "host/lines.h"
+#include "host/manual.h"
 #include "host/price_book.h"
 #include "host/prompt.h"
 
@@ -31,8 +32,18 @@ constexpr char about[] =
     "Exit status: 0; 1 when the output could not be written or, with --strict, an answer is an error;\n"
     "2 when a formula, an option or the input could not be read; 3 when the add-in failed.";
 
+constexpr char about_price[] =
+    "Prices a file of deals: comma-separated values whose header names the arguments of the function, in\n"
+    "any order and case. RetType may be left out; other columns pass through; a range is one cell,\n"
+    "20;21;22, a matrix 1;0.5|0.5;1. Each row gets its results and, where it is refused, the reason in a\n"
+    "column Error.\n"
+    "Exit status: 0; 1 when the output could not be written or, with --strict, a row was refused; 2 when\n"
+    "the input or an option cannot be used.";
+
 struct Settings {
   bool list = false;
+  bool manual = false;
+  bool completion = false;
   bool describe = false;
   bool json = false;
   bool strict = false;
@@ -72,16 +83,15 @@ std::vector<std::string> take_formulas(const CLI::App& app, std::vector<std::str
   return formulas;
 }
 
-// Reads the arguments; false, with the exit status, when nothing is left to do.
-bool read_arguments(int argument_count, char** arguments, Settings& settings, int& status) {
-  CLI::App app(about, "kestran [FORMULA...]");
-  settings.library = program_folder() + default_library_name;
+void add_flag(CLI::App& app, const char* name, bool& flag, const char* words) {
+  app.add_flag(name, flag, words)->disable_flag_override();
+}
+
+void add_options(CLI::App& app, Settings& settings) {
   app.set_help_flag("-h,--help", "Print this help and exit");
-  app.set_version_flag("--version", "kestran " KESTRAN_VERSION);
-  const auto add_flag = [&app](const char* name, bool& flag, const char* words) {
-    app.add_flag(name, flag, words)->disable_flag_override();
-  };
-  add_flag("--list", settings.list, "List all functions: name, arguments and description, separated by tabs");
+  app.set_version_flag("--version", "kestran " KESTRAN_VERSION, "Print the version and exit");
+  add_flag(app, "--list", settings.list,
+           "List all functions: name, arguments and description, separated by tabs");
   app.add_option("--describe", settings.described, "Describe one function")->type_name("NAME");
   app.add_option(
          "--explain", settings.explained,
@@ -89,43 +99,22 @@ bool read_arguments(int argument_count, char** arguments, Settings& settings, in
       ->type_name("FORMULA")
       ->type_size(1)
       ->allow_extra_args(false);
-  add_flag("--json", settings.json, "Answer with a JSON object a line: formula, value and error");
-  add_flag("--strict", settings.strict, "Exit with 1 when an answer is an error");
-  app.add_option("--library", settings.library, "The add-in to load instead of the one beside this program")
+  add_flag(app, "--json", settings.json, "Answer with a JSON object a line: formula, value and error");
+  add_flag(app, "--strict", settings.strict, "Exit with 1 when an answer is an error");
+  app.add_option("--library", settings.library,
+                 "The add-in to load instead of the one that came with this program")
       ->type_name("FILE");
   app.add_option("--threads", settings.threads,
                  "How many threads work out the lines of the input, with an add-in that bears it")
       ->type_name("N")
       ->check(CLI::Range(1, 256));
+  add_flag(app, "--man", settings.manual, "Print the manual page, for man -l -");
+  add_flag(app, "--completion", settings.completion,
+           "Print the completion for bash: source <(kestran --completion)");
   app.allow_windows_style_options(false);
-  std::vector<std::string> given(arguments + std::min(argument_count, 1), arguments + argument_count);
-  settings.formulas = take_formulas(app, given);
-  std::reverse(given.begin(), given.end());
-  try {
-    app.parse(given);
-  } catch (const CLI::ParseError& error) {
-    status = app.exit(error) == 0 ? all_well : not_readable;
-    return false;
-  }
-  settings.describe = app.count("--describe") > 0;
-  return true;
 }
 
-// kestran price: the rest of the arguments are its options.
-int run_price(int argument_count, char** arguments) {
-  CLI::App app(
-      "Prices a file of deals: comma-separated values whose header names the arguments of the function, in "
-      "any\n"
-      "order and case. RetType may be left out; other columns pass through; a range is one cell, 20;21;22, "
-      "a\n"
-      "matrix 1;0.5|0.5;1. Each row gets its results and, where it is refused, the reason in a column "
-      "Error.\n"
-      "Exit status: 0; 1 when the output could not be written or, with --strict, a row was refused; 2 when "
-      "the\n"
-      "input or an option cannot be used.",
-      "kestran price");
-  PriceOptions options;
-  bool no_header_out = false;
+void add_price_options(CLI::App& app, PriceOptions& options, bool& no_header_out) {
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.add_option("--function", options.function,
                  "The function; without it a column Function names each row's")
@@ -141,9 +130,51 @@ int run_price(int argument_count, char** arguments) {
       ->check(CLI::Range(1, 256));
   app.add_option("--delimiter", options.delimiter, "What stands between fields: a character, or tab")
       ->type_name("C");
-  app.add_flag("--no-header-out", no_header_out, "Write no header")->disable_flag_override();
-  app.add_flag("--strict", options.strict, "Exit with 1 when a row was refused")->disable_flag_override();
+  add_flag(app, "--no-header-out", no_header_out, "Write no header");
+  add_flag(app, "--strict", options.strict, "Exit with 1 when a row was refused");
   app.allow_windows_style_options(false);
+}
+
+// Prints what is made of the options of both forms of the command.
+void print_made(const Settings& settings) {
+  Settings unused;
+  PriceOptions options;
+  bool no_header_out = false;
+  CLI::App command(about), price(about_price);
+  add_options(command, unused);
+  add_price_options(price, options, no_header_out);
+  const std::string text = settings.manual ? manual_page(command, price) : bash_completion(command, price);
+  std::fputs(text.c_str(), stdout);
+}
+
+// Reads the arguments; false, with the exit status, when nothing is left to do.
+bool read_arguments(int argument_count, char** arguments, Settings& settings, int& status) {
+  CLI::App app(about, "kestran [FORMULA...]");
+  settings.library = default_library();
+  add_options(app, settings);
+  std::vector<std::string> given(arguments + std::min(argument_count, 1), arguments + argument_count);
+  settings.formulas = take_formulas(app, given);
+  std::reverse(given.begin(), given.end());
+  try {
+    app.parse(given);
+  } catch (const CLI::ParseError& error) {
+    status = app.exit(error) == 0 ? all_well : not_readable;
+    return false;
+  }
+  settings.describe = app.count("--describe") > 0;
+  if (settings.manual || settings.completion) {
+    print_made(settings);
+    return false;
+  }
+  return true;
+}
+
+// kestran price: the rest of the arguments are its options.
+int run_price(int argument_count, char** arguments) {
+  CLI::App app(about_price, "kestran price");
+  PriceOptions options;
+  bool no_header_out = false;
+  add_price_options(app, options, no_header_out);
   try {
     app.parse(argument_count, arguments);
   } catch (const CLI::ParseError& error) {

@@ -16,6 +16,7 @@
 #include "functions/price_many.h"
 #include "host/byte_streams.h"
 #include "host/csv.h"
+#include "host/formula.h"
 
 namespace kestran {
 namespace {
@@ -32,13 +33,6 @@ constexpr std::size_t rows_at_once = 512;
 struct Unusable {
   std::string reason;
 };
-
-std::string lower_case(std::string_view text) {
-  std::string lower(text);
-  for (char& character : lower)
-    if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
-  return lower;
-}
 
 std::string trimmed(std::string_view text) {
   while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
@@ -63,26 +57,28 @@ struct Wanted {
 class Book {
  public:
   Book(const PriceOptions& book_options, char book_delimiter)
-      : options(book_options), delimiter(book_delimiter) {}
+      : options(book_options), delimiter(book_delimiter) {
+    if (options.function.empty()) return;
+    named = find_in_catalogue(options.function.c_str());
+    if (named == nullptr) throw Unusable{unknown_function(options.function)};
+  }
 
   /// Takes the header and gives the one to write.
   std::string read_header(std::string_view record) {
     std::string_view names = without_line_end(record);
     const std::string_view mark("\xEF\xBB\xBF");
-    std::string_view named = names;
-    if (named.substr(0, mark.size()) == mark) named.remove_prefix(mark.size());
+    std::string_view unmarked = names;
+    if (unmarked.substr(0, mark.size()) == mark) unmarked.remove_prefix(mark.size());
     std::vector<std::string_view> fields;
-    split_record(named, delimiter, fields);
+    split_record(unmarked, delimiter, fields);
     std::string room;
-    for (std::string_view field : fields) header.push_back(lower_case(trimmed(field_text(field, room))));
+    for (std::string_view field : fields) header.push_back(upper_case(trimmed(field_text(field, room))));
     if (options.function.empty()) {
-      function_column = column_of("function");
+      function_column = column_of("FUNCTION");
       if (function_column < 0)
         throw Unusable{"give --function NAME, or a column Function that names each row's function"};
     } else {
-      const Function* function = find_in_catalogue(options.function.c_str());
-      if (function == nullptr) throw Unusable{unknown_function(options.function)};
-      one = plan_for(*function);
+      one = plan_for(*named);
       require_columns();
     }
     choose_results();
@@ -270,7 +266,7 @@ class Book {
 
   static const ResultText* result_named(const Function& function, const std::string& name) {
     for (const ResultText& result : text_of(function).results)
-      if (result.name == name && answers(function, result)) return &result;
+      if (upper_case(result.name) == upper_case(name) && answers(function, result)) return &result;
     return nullptr;
   }
 
@@ -287,7 +283,7 @@ class Book {
     plan.function = &function;
     plan.selector = result_argument(function);
     for (int i = 0; i < function.argument_count; ++i)
-      plan.column[i] = column_of(lower_case(function.arguments[i].name));
+      plan.column[i] = column_of(upper_case(function.arguments[i].name));
     plan.selected_by_row = plan.selector >= 0 && plan.column[plan.selector] >= 0 && options.results.empty();
     return plan;
   }
@@ -311,7 +307,7 @@ class Book {
       selectors = {0};
       return;
     }
-    const bool all = lower_case(options.results) == "all";
+    const bool all = upper_case(options.results) == "ALL";
     if (all && one.function == nullptr)
       throw Unusable{"--results all goes with --function; with a column Function name the results"};
     if (all) {
@@ -320,13 +316,14 @@ class Book {
     } else {
       std::vector<std::string_view> names;
       split_record(options.results, ',', names);
-      for (std::string_view name : names) wanted.names.push_back(lower_case(trimmed(name)));
+      for (std::string_view name : names) wanted.names.push_back(trimmed(name));
     }
     if (one.function == nullptr) return;
-    for (const std::string& name : wanted.names) {
+    for (std::string& name : wanted.names) {
       const ResultText* result = result_named(*one.function, name);
       if (result == nullptr)
         throw Unusable{one.function->name + (" has no result " + name) + "; it has " + names_of_results()};
+      name = result->name;
       selectors.push_back(result->selector);
     }
   }
@@ -363,8 +360,9 @@ class Book {
   const PriceOptions& options;
   const char delimiter;
   std::vector<std::string> header;
+  const Function* named = nullptr;  // by --function
   int function_column = -1;
-  Plan one;  // of --function
+  Plan one;  // of that function
   Wanted wanted;
   std::vector<int> selectors;
 };

@@ -10,7 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "functions/describe.h"
 #include "functions/intake.h"
+#include "functions/refused_number.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
 #include "host/library.h"
@@ -42,7 +44,11 @@ struct Call {
     return price(*function, operands.data());
   }
   std::string formula() const {
-    const auto number = [](double value) { return std::isnan(value) ? "" : printed_number(value); };
+    const auto number = [](double value) -> std::string {
+      if (!std::isnan(value)) return exact_number(value);
+      const int code = refusal_code(value);
+      return code < 0 ? "" : code == no_number_code ? "\"text\"" : error_name(code);
+    };
     std::string text = function->name + std::string("(");
     for (const Given& one : given) {
       if (&one != given.data()) text += ',';
@@ -87,7 +93,7 @@ std::vector<Given> arguments_of(const std::string& formula) {
 }
 
 std::string shown(const Answer& answer) {
-  if (answer.is_number()) return printed_number(answer.number);
+  if (answer.is_number()) return exact_number(answer.number);
   return answer.error == missing_code ? "#ERR(65535)" : error_name(answer.error);
 }
 
@@ -118,6 +124,11 @@ TEST_F(Catalogue, PricesAndRefusesAsTheWorksheetDoes) {
                                 {{2.0, 3.0}, 1, 2},
                                 {{2.0, 3.0, 4.0, 5.0}, 4, 1},
                                 {{2.0, empty, 4.0}, 1, 3},
+                                {{refused_number(36)}},
+                                {{refused_number(42)}, 1, 1},
+                                {{refused_number(no_number_code)}},
+                                {{refused_number(no_number_code)}, 1, 1},
+                                {{2.0, refused_number(42), 4.0}, 1, 3},
                                 {{1.0, 0.5, 0.5, 1.0}, 2, 2}};
   int compared = 0;
   for (const Call& example : examples) {
@@ -131,6 +142,16 @@ TEST_F(Catalogue, PricesAndRefusesAsTheWorksheetDoes) {
       }
   }
   EXPECT_GT(compared, 5000);
+}
+
+TEST(RefusedNumbers, KeepTheirCodeAsFloatsAndThroughArithmetic) {
+  for (int code : {0, value_code, 42, no_number_code, missing_code}) {
+    const double refused = refused_number(code);
+    for (double copy : {refused, -refused, refused + 1.0, static_cast<double>(static_cast<float>(refused))})
+      EXPECT_EQ(refusal_code(copy), code);
+  }
+  for (double none : {0.0, -1.0, empty, std::nan("1"), std::numeric_limits<double>::infinity()})
+    EXPECT_EQ(refusal_code(none), -1) << none;
 }
 
 TEST_F(Catalogue, NumbersAloneAreOperandsWithoutRanges) {
@@ -188,7 +209,7 @@ TEST_F(Catalogue, GivesTheSameBitsUnderEveryProcessorState) {
     _mm_setcsr(usual | flush_to_zero | up);
     const XLOPER* result = call_entry(entry->entry, pointers.data(), pointers.size());
     _mm_setcsr(usual);
-    EXPECT_EQ(printed_number(result->value.number), expected) << formula;
+    EXPECT_EQ(exact_number(result->value.number), expected) << formula;
   }
 }
 

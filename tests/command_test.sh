@@ -45,7 +45,10 @@ refuse -- -x
 refuse json --json=5 1
 refuse -TRUE -TRUE
 refuse --describe --describe
-refuse EURRO --describe EURRO
+refuse 'did you mean EURO' --describe EURRO
+refuse 'cannot be used\|no header' price --function EURO
+refuse 'did you mean EURO' price --function EURRO
+refuse --colour price --colour
 for flag in -h --help; do
   "$kestran" $flag | grep -q 'Usage: kestran' || same "kestran $flag" usage nothing
 done
@@ -73,6 +76,47 @@ expect 2 "#SYNTAX! column 2: expected an operator or the end of the formula\n#DI
 same 'unreadable input' 'status 2' "$("$kestran" </ 2>/dev/null; echo "status $?")"
 same 'output that cannot be written' 'status 1' "$("$kestran" 1 2>&1 >/dev/full | grep -v written; echo "status ${PIPESTATUS[0]}")"
 same 'no add-in' 'status 3' "$("$kestran" --library /none 1 2>/dev/null; echo "status $?")"
+
+# Books: a file is written whole or not at all, a device or a pipe as it comes, a link stays a link.
+book=$'Price,Strike,IntRt,Yield,Vol,ExpDays,OptType\n100,95,5%,2%,25%,90,1\n'
+same 'a book to a device' 'status 1' "$(printf %s "$book" | "$kestran" price --function EURO --output /dev/full 2>/dev/null; echo "status $?")"
+[ -c /dev/full ] || same /dev/full 'a device' 'none any more'
+mkdir "$folder/books"
+printf 'old\n' >"$folder/books/real.csv"
+ln -s real.csv "$folder/books/link.csv"
+same 'a book that cannot be used' 'status 2' "$(printf 'Price\n1\n' | "$kestran" price --function EURO --output "$folder/books/link.csv" 2>/dev/null; echo "status $?")"
+same 'the old book' 'old link.csv real.csv' "$(cat "$folder/books/real.csv") $(cd "$folder/books" && echo *)"
+printf %s "$book" | "$kestran" price --function EURO --output "$folder/books/link.csv"
+same 'a book over a link' "100,95,5%,2%,25%,90,1,$value, link.csv real.csv" \
+  "$(tail -n 1 "$folder/books/real.csv") $(cd "$folder/books" && echo *)"
+
+# What a function takes, what a call is understood to be, and names that were meant.
+"$kestran" --describe xamerb >"$folder/described"
+for words in '^xAMERB(Price, Strike' '^  ExpDays  .*(calendar days)$' 'Nsteps .*200 is a good choice' \
+  '^  7 delta_vol ' '^  =xAMERB(100,100' '^  9.5696' '^How far to trust it'; do
+  grep -q -e "$words" "$folder/described" || same '--describe' "$words" "$(cat "$folder/described")"
+done
+explain() {  # FORMULA PATTERN...
+  "$kestran" --explain "$1" >"$folder/explained" 2>&1
+  local words
+  for words in "${@:2}"; do
+    grep -q -x -e "$words" "$folder/explained" || same "--explain $1" "$words" "$(cat "$folder/explained")"
+  done
+}
+explain "=$call" '  ExpDays  90 days = 0.2464 years' '  OptType  1: call' '  Vol      0.25 = 25 % per year' "= $value  premium, .*"
+same 'no warning' '' "$(grep warning "$folder/explained")"
+explain '=xCrudeAPO(72,71.5,33%,32%,33%,32%,10,41,14,8,0,72,4%,0.98,0,46,1,0,1)' \
+  'warning: AvgStart 10 is 10 years; days were meant?' 'warning: AvgEnd 41 .*' 'warning: ToExp 46 .*'
+explain 'EURO(-100,"x",500%,0.02,25,46000,,12)+EURO(1)' 'refused: Strike is text .*' 'refused: OptType is missing' \
+  'refused: RetType 12 is outside 0 to 8' 'warning: Price -100 is a negative price' 'warning: IntRt 5 is a rate of 500 %.*' \
+  'warning: Vol 25 is a volatility of 2500 %.*' 'warning: ExpDays 46000 looks like a date.*' '#VALUE!'
+explain 'ASTRIP({20,21},{0.4,0.3},{0.1,0.2},{0.15,0.25},{21,40},22,20,0.05,1.2,0,0.3,1,0,1)' \
+  '  Price_rng    1 x 2 cells, 20 to 21' 'warning: Correl 1.2 .*' 'warning: Settles_rng 21 is more fixings than the .*'
+explain '1+EURRO(2)' '#NAME?' '.*no function EURRO; did you mean EURO?'
+expect 1 '#NAME?\n' 'EURRO(1)' --strict
+grep -q 'did you mean EURO' "$folder/errors" || same 'a name that was meant' EURO "$(cat "$folder/errors")"
+"$kestran" --completion | bash -n || same --completion 'a script' ''
+"$kestran" --man | grep -q '^.SH OPTIONS' || same --man 'a page' ''
 
 # JSON.
 expect 2 '{"formula":"1/4","value":0.25,"error":null}

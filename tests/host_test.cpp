@@ -12,6 +12,7 @@
 #include <random>
 #include <utility>
 
+#include "functions/describe.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
 #include "tests/failing_new.h"
@@ -315,7 +316,7 @@ TEST_F(Host, PrintsNumbersThatReadBackExactly) {
     double value;
     std::memcpy(&value, &bits, sizeof value);
     if (value - value != 0.0) continue;
-    const std::string shown = printed_number(value);
+    const std::string shown = exact_number(value);
     EXPECT_EQ(value, std::strtod(shown.c_str(), nullptr)) << shown;
     EXPECT_EQ(shown, evaluate_line(shown).text);
   }

@@ -58,7 +58,7 @@ constexpr char header[] = "Id,Price,Strike,IntRt,Yield,Vol,ExpDays,OptType";
 
 TEST_F(PriceBook, AppendsResultsAndErrors) {
   const std::string deals = std::string(header) + "\na,100,95,5%,2%,25%,90,1\nb,100,,5%,2%,25%,90,1\n";
-  EXPECT_EQ(priced(deals, of("EURO", "premium,delta")),
+  EXPECT_EQ(priced(deals, of("EURO", "Premium, delta")),
             std::string(header) +
                 ",premium,delta,Error\na,100,95,5%,2%,25%,90,1,8.14303821049409,0.70019657656922,\n"
                 "b,100,,5%,2%,25%,90,1,,,Strike is missing\n");
@@ -139,7 +139,7 @@ TEST_F(PriceBook, SaysWhatCannotBeUsed) {
       {"Id,Price\n1,2\n", of(""), "--function NAME"},
       {std::string(header) + "\n", of("EURO", "premium,velocity"),
        "EURO has no result velocity; it has premium, delta"},
-      {"Price,price,Strike,IntRt,Yield,Vol,ExpDays,OptType\n", of("EURO"), "two columns price"},
+      {"Price,price,Strike,IntRt,Yield,Vol,ExpDays,OptType\n", of("EURO"), "two columns PRICE"},
       {"Function,Price\n", of("", "all"), "--results all"},
       {"", of("EURO"), "no header"},
       {std::string(header) + "\n", delimiter, "--delimiter takes one character"},

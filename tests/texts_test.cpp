@@ -17,7 +17,8 @@ namespace {
 // What a text must not say: it stands alone in a spreadsheet's function wizard.
 void expect_whole(const std::string& text, const std::string& where) {
   EXPECT_GE(text.size(), 4u) << where;
-  for (const char* vague : {"the same as", "as in EURO", "as in AS", "see ", "likewise", "ditto"})
+  for (const char* vague : {"the same as", "the same for", "the same on", "the same with", "as in EURO",
+                            "as in AS", "see ", "likewise", "ditto"})
     EXPECT_EQ(text.find(vague), std::string::npos) << where << ": " << text;
 }
 
@@ -57,6 +58,7 @@ TEST(Texts, StandForEveryArgumentAndResult) {
     ASSERT_EQ(text.arguments.count, function.argument_count) << function.name;
     for (int i = 0; i < function.argument_count; ++i) expect_sensible(function, i);
     expect_whole(text.prices, function.name);
+    expect_whole(text.headline, function.name);
     EXPECT_GE(std::string(text.accuracy).size(), 10u) << function.name;
     std::set<std::string> names;
     for (const ResultText& result : text.results) {

@@ -49,6 +49,22 @@ std::string names_of(const FunctionText& text) {
   return names;
 }
 
+// The text with the names of the function's arguments quoted.
+std::string with_names_quoted(const Function& function, const std::string& text) {
+  const auto in_word = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; };
+  std::string result;
+  for (std::size_t begin = 0; begin < text.size();) {
+    std::size_t end = begin;
+    while (end < text.size() && in_word(text[end])) ++end;
+    const std::string word = text.substr(begin, std::max<std::size_t>(end - begin, 1));
+    bool is_name = false;
+    for (int i = 0; i < function.argument_count; ++i) is_name = is_name || word == function.arguments[i].name;
+    result += is_name ? quoted(word) : word;
+    begin += word.size();
+  }
+  return result;
+}
+
 std::string overview() {
   std::string text;
   for (const FamilyText* family : families) {
@@ -56,8 +72,8 @@ std::string overview() {
             "**\n\n| functions | price | example | value |\n|---|---|---|---|\n";
     for (const FunctionText& function : family->functions) {
       const Function& first = *find_in_catalogue(function.name);
-      text += "| " + names_of(function) + " | " + function.headline + " | " + quoted(example_formula(first)) +
-              " | " + rounded_value(first) + " |\n";
+      text += "| " + names_of(function) + " | " + with_names_quoted(first, function.headline) + " | " +
+              quoted(example_formula(first)) + " | " + rounded_value(first) + " |\n";
     }
   }
   return text;
@@ -79,27 +95,11 @@ const char* kind_name(ParameterKind kind) {
   }
 }
 
-// The text with the names of the function's arguments quoted.
-std::string with_names_quoted(const Function& function, const std::string& text) {
-  const auto in_word = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; };
-  std::string result;
-  for (std::size_t begin = 0; begin < text.size();) {
-    std::size_t end = begin;
-    while (end < text.size() && in_word(text[end])) ++end;
-    const std::string word = text.substr(begin, std::max<std::size_t>(end - begin, 1));
-    bool is_name = false;
-    for (int i = 0; i < function.argument_count; ++i) is_name = is_name || word == function.arguments[i].name;
-    result += is_name ? quoted(word) : word;
-    begin += word.size();
-  }
-  return result;
-}
-
 std::string argument_cell(const Function& function, int i) {
   const ArgumentText& argument = *text_of(function).arguments[i];
   const std::string kind = kind_name(function.arguments[i].kind);
   std::string cell = (kind.empty() ? "" : kind + ": ") + argument.meaning;
-  if (argument.choices.count > 0) cell += ": " + choices(argument);
+  if (argument.choices.count > 0) cell += ": " + choices(function, i);
   if (!std::isnan(argument.recommended) && i != result_argument(function))
     cell += "; " + exact_number(argument.recommended) + " is a good choice";
   return with_names_quoted(function, cell);
@@ -121,69 +121,123 @@ std::string reference(const FunctionText& text) {
       block +=
           std::to_string(result.selector) + (result.each == ResultText::of_period ? ", ..." : "") + " | ";
     block += quoted(result.name) + " | " + with_names_quoted(function, result.meaning) +
-             (result.each == ResultText::of_month ? "; of month, contract or period `RetMonth`" : "") +
-             " | " + result.unit + " |\n";
+             (result.each == ResultText::of_month ? "; for `RetMonth`" : "") + " | " + result.unit + " |\n";
   }
   return block;
 }
 
-// Which result each RetType asks for, over all functions.
-std::string result_matrix() {
-  int most = 0;
-  for (const FamilyText* family : families)
-    for (const FunctionText& text : family->functions)
-      if (result_argument(*find_in_catalogue(text.name)) >= 0)
-        for (const ResultText& result : text.results) most = std::max(most, result.selector);
-  std::string block = "| functions |";
-  std::string rule = "|---|";
-  for (int i = 0; i <= most; ++i) {
-    block += " " + std::to_string(i) + " |";
+// A table whose rows say what several functions have in common, in the order in which they first came.
+class Groups {
+ public:
+  void add(const std::string& row, const std::string& name) {
+    std::string& names = names_[row];
+    if (names.empty()) order_.push_back(row);
+    names += (names.empty() ? "" : ", ") + quoted(name);
+  }
+  std::string rows() const {
+    std::string text;
+    for (const std::string& row : order_) text += "| " + names_.at(row) + " |" + row + "\n";
+    return text;
+  }
+
+ private:
+  std::map<std::string, std::string> names_;
+  std::vector<std::string> order_;
+};
+
+std::string table_head(const std::vector<std::string>& titles) {
+  std::string text = "|";
+  std::string rule = "|";
+  for (const std::string& title : titles) {
+    text += " " + title + " |";
     rule += "---|";
   }
-  block += "\n" + rule + "\n";
+  return text + "\n" + rule + "\n";
+}
+
+// The number that asks for each result: a column for results that many functions have, the others in words.
+std::string result_table(const std::vector<std::string>& columns, bool of_two_prices) {
+  std::vector<std::string> titles = {"functions"};
+  titles.insert(titles.end(), columns.begin(), columns.end());
+  titles.push_back("others");
+  Groups groups;
   for (const FamilyText* family : families)
     for (const FunctionText& text : family->functions) {
       if (result_argument(*find_in_catalogue(text.name)) < 0) continue;
-      block += "| " + quoted(text.name) + " |";
-      for (int i = 0; i <= most; ++i) {
-        const ResultText* result = result_text(text, i);
-        block += result == nullptr ? " |" : " " + std::string(result->name) + " |";
+      std::vector<std::string> numbers(columns.size());
+      std::string others;
+      bool two_prices = false;
+      for (const ResultText& result : text.results) {
+        std::string name = result.name;
+        two_prices = two_prices || name == "delta_a" || name == "delta_1" || name == "delta_a1";
+        if (name.size() > 2 && of_two_prices && name[name.size() - 2] == '_')
+          name.back() = name.back() == '1' ? 'a' : name.back() == '2' ? 'b' : name.back();
+        const auto column = std::find(columns.begin(), columns.end(), name);
+        const std::string number =
+            std::to_string(result.selector) + (result.each == ResultText::of_period ? ", ..." : "");
+        if (column != columns.end())
+          numbers[static_cast<std::size_t>(column - columns.begin())] = number;
+        else if (name != "no_result")
+          others += (others.empty() ? "" : ", ") + number + " " + result.name;
       }
-      block += "\n";
+      if (two_prices != of_two_prices) continue;
+      if (std::count(others.begin(), others.end(), ',') > 8) others = "many: its section has them";
+      std::string row;
+      for (const std::string& number : numbers) row += " " + number + (number.empty() ? "|" : " |");
+      groups.add(row + " " + others + (others.empty() ? "|" : " |"), text.name);
     }
-  return block;
+  return table_head(titles) + groups.rows();
 }
 
-// What each function makes of its put-or-call selector; functions that agree share a row.
+std::string result_matrix() {
+  return result_table(
+             {"premium", "delta", "gamma", "vega", "carry_rho", "rho", "theta", "delta_vol", "delta_time"},
+             false) +
+         "\nOn two prices; `_a` stands for `_1`, and `_b` for `_2`, where a function has those names:\n\n" +
+         result_table({"premium", "delta_a", "delta_b", "gamma_a", "gamma_b", "vega_a", "vega_b",
+                       "correlation", "carry_rho", "theta", "delta_time_a", "delta_time_b", "cross_gamma"},
+                      true);
+}
+
+// What a selector's value means.
+std::string meaning_of(const Function& function, int i, int value) {
+  const ArgumentText& argument = *text_of(function).arguments[i];
+  const Argument& taken = function.arguments[i];
+  if (taken.kind == ParameterKind::selector && (value < taken.lowest || value > taken.highest))
+    return "refused";
+  for (const Choice& choice : argument.choices)
+    if (choice.value == value) return choice.meaning;
+  return argument.other_choices;
+}
+
+// What the functions make of their put-or-call selector: those with two types by value, the others in words.
 std::string type_matrix() {
-  std::map<std::string, std::string> rows;  // by meaning
-  std::vector<std::string> order;
+  constexpr int beyond = 101;  // the choice of no function
+  Groups by_value, in_words;
   for (const FamilyText* family : families)
-    for (const FunctionText& text : family->functions)
-      for (const ArgumentText* argument : text.arguments) {
-        const std::string name = argument->name;
-        if (name != "OptType" && name != "Opttype" && name != "CmpOptType" && name != "WarType" &&
-            name != "CallPutStr")
+    for (const FunctionText& text : family->functions) {
+      const Function& function = *find_in_catalogue(text.name);
+      for (int i = 0; i < function.argument_count; ++i) {
+        const ArgumentText& argument = *text.arguments[i];
+        const std::set<std::string> names = {"OptType", "Opttype", "CmpOptType", "WarType", "CallPutStr"};
+        if (names.count(argument.name) == 0) continue;
+        if (argument.choices.count > 3 || argument.choices[0].value != 0) {
+          in_words.add(" " + with_names_quoted(function, choices(function, i)) + " |", text.name);
           continue;
-        std::string meaning;
-        for (int value = 0; value <= 8; ++value) {
-          const Choice* found = nullptr;
-          for (const Choice& choice : argument->choices)
-            if (choice.value == value) found = &choice;
-          meaning += std::string(" ") +
-                     (found != nullptr                     ? found->meaning
-                      : argument->other_choices != nullptr ? argument->other_choices
-                                                           : "refused") +
-                     " |";
         }
-        if (rows.count(meaning) == 0) order.push_back(meaning);
-        std::string& names = rows[meaning];
-        names += (names.empty() ? "" : ", ") + quoted(text.name);
+        std::string row;
+        for (int value = 0; value <= 2; ++value) row += " " + meaning_of(function, i, value) + " |";
+        const Argument& taken = function.arguments[i];
+        if (taken.kind == ParameterKind::selector && taken.highest > 2)
+          row += " 3 to " + std::to_string(taken.highest) + " " + meaning_of(function, i, 3) +
+                 ", others refused |";
+        else
+          row += " " + meaning_of(function, i, beyond) + " |";
+        by_value.add(row, text.name);
       }
-  std::string block =
-      "| functions | 0 | 1 | 2 | 3 | 4 | 5 | 6 | 7 | 8 |\n|---|---|---|---|---|---|---|---|---|---|\n";
-  for (const std::string& meaning : order) block += "| " + rows[meaning] + " |" + meaning + "\n";
-  return block;
+    }
+  return table_head({"functions", "0", "1", "2", "any other number"}) + by_value.rows() + "\n" +
+         table_head({"functions", "what the numbers mean"}) + in_words.rows();
 }
 
 std::map<std::string, std::function<std::string()>> all_blocks() {

@@ -226,7 +226,7 @@ TreeResult american_tree(double S, double K, double T, double t0, double r, doub
   const double sign = OptType == 0 ? -1.0 : 1.0;
   const double intrinsic = positive_part(sign * (S - K));
   if (!(T > 0.0)) return {intrinsic, 0.0, 0.0, 0.0};
-  if (sigma <= 0.0) sigma = 1e-5;
+  sigma = floored_volatility(sigma);
   const double root_T = std::sqrt(T);
   if (sigma * root_T > largest_deviation) sigma = largest_deviation / root_T;
 

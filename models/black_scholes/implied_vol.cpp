@@ -6,6 +6,7 @@
 
 #include "models/black_scholes/american_tree.h"
 #include "models/black_scholes/european.h"
+#include "models/bumps.h"
 #include "numerics/elementary.h"
 #include "numerics/root_bracketed.h"
 
@@ -13,10 +14,9 @@ namespace kestran {
 namespace {
 
 constexpr double no_answer = -99.0;
-constexpr double lowest_vol = 1e-5;
 
 bool searchable(double Premium, double S, double K, double T, double MaxVol) {
-  return T > 0.0 && S > 0.0 && K > 0.0 && MaxVol > lowest_vol && !std::isnan(Premium);
+  return T > 0.0 && S > 0.0 && K > 0.0 && MaxVol > least_volatility && !std::isnan(Premium);
 }
 
 // The answer where the premiums `least` and `most` at the two ends of the search decide it.
@@ -44,7 +44,7 @@ double implied_vol_european(int CallPutStr, double Premium, double S, double K, 
     return straddle ? single + bs_general(S, K, T, r, q, sigma, 0, RetType) : single;
   };
   const double root_T = std::sqrt(T);
-  double lo = lowest_vol;
+  double lo = least_volatility;
   double hi = std::min(MaxVol, 60.0 / root_T);
   if (const auto answer = answer_at_ends(Premium, value(lo, 0), value(hi, 0), Accuracy, hi)) return *answer;
 
@@ -72,15 +72,15 @@ double implied_vol_american(double Premium, double S, double K, double T, double
     return american_tree(S, K, T, 0.0, r, q, sigma, OptType, Nsteps).price;
   };
   const double highest_vol = std::min(MaxVol, 30.0 / std::sqrt(T));
-  const double least = premium(lowest_vol);
+  const double least = premium(least_volatility);
   const double most = premium(highest_vol);
   if (const auto answer = answer_at_ends(Premium, least, most, Accuracy, highest_vol)) return *answer;
 
   // No derivative is used: the premium does not move with the volatility where the option is exercised at
   // once.
   const auto excess = [&](double sigma) { return premium(sigma) - Premium; };
-  const BracketedRoot root =
-      root_bracketed(excess, lowest_vol, highest_vol, least - Premium, most - Premium, Accuracy, 1e-10, 150);
+  const BracketedRoot root = root_bracketed(excess, least_volatility, highest_vol, least - Premium,
+                                            most - Premium, Accuracy, 1e-10, 150);
   return root.status == 1 || std::isnan(root.x) ? root.x : no_answer;
 }
 

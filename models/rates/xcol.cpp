@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/bumps.h"
 #include "models/rates/black_strip.h"
 #include "numerics/arrays.h"
 #include "numerics/elementary.h"
@@ -24,7 +25,7 @@ constexpr double farthest = 7.0;
 
 __m128d both(double x) { return _mm_set1_pd(x); }
 
-double floored(double vol) { return vol < 1e-5 ? 1e-5 : vol; }
+double floored(double vol) { return vol < least_volatility ? least_volatility : vol; }
 
 // value[k] = the collar's value at factor[k] = e^log_factor[k], for an even number of nodes. `vol` has room
 // for the strip.
@@ -129,11 +130,11 @@ double array_result(const CollarOption& option, int RetType, double* input) {
   switch (static_cast<CollarResult>(RetType)) {
     case CollarResult::delta:
       moved.Price = input;
-      h = 0.001 * mean_price(option);
+      h = bump * mean_price(option);
       return change_of_all(option, moved, option.Price, h, input) / h;
     case CollarResult::gamma: {
       moved.Price = input;
-      h = 0.001 * mean_price(option);
+      h = bump * mean_price(option);
       const double up = change_of_all(option, moved, option.Price, h, input);
       return (up + change_of_all(option, moved, option.Price, -h, input)) / (h * h);
     }
@@ -153,8 +154,8 @@ double array_result(const CollarOption& option, int RetType, double* input) {
       moved.Price = input;
       const int k = RetType - static_cast<int>(CollarResult::first_period_delta);
       std::copy(option.Price, option.Price + option.n, input);
-      input[k] *= 1.001;
-      return change(option, moved, 0.001 * option.Price[k]);
+      input[k] *= bump_up;
+      return change(option, moved, bump * option.Price[k]);
     }
   }
 }
@@ -200,17 +201,17 @@ double xcol_greeks(const CollarOption& option, int RetType) {
     case CollarResult::premium:
       return xcol_price(option);
     case CollarResult::vega:
-      moved.SwapVol *= 1.001;
-      return change(option, moved, 0.001 * option.SwapVol);
+      moved.SwapVol *= bump_up;
+      return change(option, moved, bump * option.SwapVol);
     case CollarResult::vol_spread:
       moved.VolSpread += 0.0001;
       return change(option, moved, 0.0001);
     case CollarResult::cap:
-      moved.Cap *= 1.001;
-      return option.Cap == 0.0 ? 0.0 : change(option, moved, 0.001 * option.Cap);
+      moved.Cap *= bump_up;
+      return option.Cap == 0.0 ? 0.0 : change(option, moved, bump * option.Cap);
     case CollarResult::floor:
-      moved.Floor *= 1.001;
-      return option.Floor == 0.0 ? 0.0 : change(option, moved, 0.001 * option.Floor);
+      moved.Floor *= bump_up;
+      return option.Floor == 0.0 ? 0.0 : change(option, moved, bump * option.Floor);
     case CollarResult::forward_value:
       return collar_strip_value(1.0, option);
     case CollarResult::theta:

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/bumps.h"
 #include "models/calendar.h"
 #include "models/exotics/spread_kernel.h"
 #include "models/strips/strip_days.h"
@@ -38,8 +39,8 @@ double premium(const OptionStrip& strip, int age = 0) {
 
 double delta(const OptionStrip& strip) {
   OptionStrip moved = strip;
-  moved.F *= 1.001;
-  return (premium(moved) - premium(strip)) / (0.001 * strip.F);
+  moved.F *= bump_up;
+  return (premium(moved) - premium(strip)) / (bump * strip.F);
 }
 
 // Change of the premium per unit as a term of the strip moves from one value to another.
@@ -105,10 +106,10 @@ double ostrip_greek(const OptionStrip& strip, int RetType) {
     case Result::delta:
       return delta(strip);
     case Result::gamma: {
-      moved.F = 1.001 * strip.F;
+      moved.F = bump_up * strip.F;
       OptionStrip down = strip;
-      down.F = 0.999 * strip.F;
-      const double step = 0.001 * strip.F;
+      down.F = bump_down * strip.F;
+      const double step = bump * strip.F;
       return (premium(moved) + premium(down) - 2.0 * premium(strip)) / (step * step);
     }
     case Result::vega:
@@ -133,8 +134,8 @@ double ostrip_greek(const OptionStrip& strip, int RetType) {
       moved.sigma_after += h;
       return change(h);
     case Result::by_basis:
-      return two_sided(strip, &OptionStrip::basis, strip.basis - 0.001 * strip.F,
-                       strip.basis + 0.001 * strip.F);
+      return two_sided(strip, &OptionStrip::basis, strip.basis - bump * strip.F,
+                       strip.basis + bump * strip.F);
     case Result::by_pct: {
       // No step crosses 0, where the strike loses its share in the price.
       const double least = strip.pct >= 0.0 ? 0.0 : -HUGE_VAL;

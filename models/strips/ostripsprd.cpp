@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/bumps.h"
 #include "models/calendar.h"
 #include "models/exotics/spread_kernel.h"
 #include "models/strips/strip_days.h"
@@ -36,8 +37,6 @@ enum class Result : int {
 };
 
 constexpr int nodes = 25;
-
-double floored(double sigma) { return sigma <= 0.0 ? 1e-5 : sigma; }
 
 // Both prices on the setting day and the probability of the pair.
 struct PricePair {
@@ -111,16 +110,16 @@ double premium(const SpreadStrip& strip, int age = 0) {
 
 double delta(const SpreadStrip& strip, double SpreadStrip::*price, int age) {
   SpreadStrip moved = strip;
-  moved.*price *= 1.001;
-  return (premium(moved, age) - premium(strip, age)) / (0.001 * strip.*price);
+  moved.*price *= bump_up;
+  return (premium(moved, age) - premium(strip, age)) / (bump * strip.*price);
 }
 
 double gamma(const SpreadStrip& strip, double SpreadStrip::*price) {
   SpreadStrip up = strip;
   SpreadStrip down = strip;
-  up.*price *= 1.001;
-  down.*price *= 0.999;
-  const double step = 0.001 * strip.*price;
+  up.*price *= bump_up;
+  down.*price *= bump_down;
+  const double step = bump * strip.*price;
   return (premium(up) + premium(down) - 2.0 * premium(strip)) / (step * step);
 }
 
@@ -131,8 +130,9 @@ double cross_gamma(const SpreadStrip& strip) {
     both.F2 *= factor2;
     return premium(both);
   };
-  return (moved(1.001, 1.001) + moved(0.999, 0.999) - moved(1.001, 0.999) - moved(0.999, 1.001)) /
-         (4.0 * (0.001 * strip.F1) * (0.001 * strip.F2));
+  return (moved(bump_up, bump_up) + moved(bump_down, bump_down) - moved(bump_up, bump_down) -
+          moved(bump_down, bump_up)) /
+         (4.0 * (bump * strip.F1) * (bump * strip.F2));
 }
 
 double change_of_delta(const SpreadStrip& strip, double SpreadStrip::*price) {
@@ -143,10 +143,10 @@ double change_of_delta(const SpreadStrip& strip, double SpreadStrip::*price) {
 
 void ostripsprd_price(const SpreadStrip& given, int age, double out[2]) {
   SpreadStrip strip = given;
-  strip.sigma1_m = floored(strip.sigma1_m);
-  strip.sigma1_d = floored(strip.sigma1_d);
-  strip.sigma2_m = floored(strip.sigma2_m);
-  strip.sigma2_d = floored(strip.sigma2_d);
+  strip.sigma1_m = floored_volatility(strip.sigma1_m);
+  strip.sigma1_d = floored_volatility(strip.sigma1_d);
+  strip.sigma2_m = floored_volatility(strip.sigma2_m);
+  strip.sigma2_d = floored_volatility(strip.sigma2_d);
   strip.rho_m = std::clamp(strip.rho_m, -1.0, 1.0);
   strip.rho_d = std::clamp(strip.rho_d, -1.0, 1.0);
   const bool forward_start = strip.FwdStFlag != 0 && strip.NowToSet > 0.0;

@@ -32,6 +32,29 @@ cc "$here/c_program.c" $(pkg-config --cflags --libs kestran) -Wl,-rpath,"$(pkg-c
   -o "$work/with_pkg_config"
 "$work/with_pkg_config" | cmp - "$work/found.c"
 
+# The programs of docs/library.md, compiled as the page says, print what it says.
+mkdir "$work/page"
+block() {  # LANGUAGE
+  awk -v fence="\`\`\`" -v language="$1" '$0 == fence language { on = 1; next } $0 == fence { on = 0 } on' "$sources/docs/library.md"
+}
+block c >"$work/page/prices.c"
+block cpp >"$work/page/models.cpp"
+block cmake >"$work/page/CMakeLists.txt"
+block text >"$work/page/expected"
+LD_LIBRARY_PATH=$work/prefix/lib
+export LD_LIBRARY_PATH
+(
+  cd "$work/page"
+  eval "$(block sh)"
+  ./prices | cmp - expected
+  if ! cmake -S . -B build -DCMAKE_PREFIX_PATH="$work/prefix" >"$work/log" || ! cmake --build build >"$work/log"; then
+    cat "$work/log"
+    exit 1
+  fi
+  build/prices | cmp - expected
+  test "$(build/models)" = "$(head -n 1 expected)"
+)
+
 # As part of another project: it configures, and leaves that project's warnings alone. With a third argument it is built.
 cmake -S "$here" -B "$work/within" -G Ninja -DCMAKE_BUILD_TYPE=Release -DKESTRAN_SOURCES="$sources" >"$work/log" ||
   { cat "$work/log"; exit 1; }
