@@ -65,9 +65,10 @@ struct RecordReader {
     int error(int i) const { return element(i).value.error; }
 
    private:
-    const Record& element(int i) const { return cells.value.array.elements[i]; }
+    const Record& element(int i) const { return elements[i]; }
 
     Record cells;
+    const Record* elements = nullptr;  // stays in a register while the numbers are copied
     bool made;
   };
 };

@@ -158,7 +158,14 @@ Answer price(const Function& function, const Operand* given) {
   return FrameReader<OperandReader>::evaluate(function, given);
 }
 
+// Numbers need no reader in a frame of scalars, which takes them as they are.
 Answer price(const Function& function, const double* numbers) {
+  if (function.frame.intake == Intake::scalars) {
+    for (int i = 0; i < function.argument_count; ++i)
+      if (numbers[i] != numbers[i]) return Answer::failure(missing_code, Reason::missing, i);
+    const ProcessorState state;
+    return function.compute(numbers, nullptr);
+  }
   Operand given[most_arguments];
   for (int i = 0; i < function.argument_count; ++i) given[i].values = numbers + i;
   return price(function, given);

@@ -82,26 +82,22 @@ inline Answer XCOL(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDay
 /// by RetMonth, counted from 1.
 template <class Model>
 Answer swaption_result(int n, int RetType, int RetMonth, const Model& model) {
-  const bool by_period = RetType == 1 || RetType == 2 || RetType == 6 || RetType == 7;
   if (RetType < 0 || RetType > 7) return Answer::failure(value_code, Reason::result);
-  if (by_period && (RetMonth < 1 || RetMonth > n)) return Answer::failure(value_code, Reason::month);
-  double periods[4][range_cells];
   SwaptionRecord record;
-  record.delta_by_period = periods[0];
-  record.gamma_by_period = periods[1];
-  record.decay_by_period = periods[2];
-  record.vanna_by_period = periods[3];
+  // Where the result stands when it is one of the whole strip, and when it is one of each period.
+  const double* const of_strip[8] = {&record.price,     nullptr,       nullptr, &record.vega,
+                                     &record.rate_sens, &record.theta, nullptr, nullptr};
+  double** const of_periods[8] = {nullptr, &record.delta_by_period, &record.gamma_by_period, nullptr, nullptr,
+                                  nullptr, &record.vanna_by_period, &record.decay_by_period};
+  if (of_strip[RetType]) {
+    model(record);
+    return *of_strip[RetType];
+  }
+  if (RetMonth < 1 || RetMonth > n) return Answer::failure(value_code, Reason::month);
+  double by_period[range_cells];
+  *of_periods[RetType] = by_period;
   model(record);
-  const int period = by_period ? RetMonth - 1 : 0;
-  const double results[8] = {record.price,
-                             record.delta_by_period[period],
-                             record.gamma_by_period[period],
-                             record.vega,
-                             record.rate_sens,
-                             record.theta,
-                             record.vanna_by_period[period],
-                             record.decay_by_period[period]};
-  return results[RetType];
+  return by_period[RetMonth - 1];
 }
 
 inline Answer SWAPTION(Range Fwd, Range Qty, Range Swaptime, Range Rates, double Swapvol, double Strike,

@@ -55,6 +55,26 @@ void free_submatrix(float** b, int nrl, int nrh, int ncl, int nch);
 void free_convert_matrix(float** b, int nrl, int nrh, int ncl, int nch);
 void free_f3tensor(float*** t, int nrl, int nrh, int ncl, int nch, int ndl, int ndh);
 
+/// Room for `count` doubles while a function runs: up to 16 without a request, more from the heap. Null when
+/// there is none.
+class WorkArray {
+ public:
+  explicit WorkArray(int count) : first(count > few ? dvector(0, count - 1) : own) {}
+  ~WorkArray() {
+    if (first != own) free_dvector(first, 0, 0);
+  }
+  WorkArray(const WorkArray&) = delete;
+  WorkArray& operator=(const WorkArray&) = delete;
+
+  operator double*() { return first; }
+
+ private:
+  static constexpr int few = 16;
+
+  double own[few];
+  double* const first;
+};
+
 /// Place in a flat array of node j = -n, -n + 2, ..., n (up-moves less down-moves) of level n of a
 /// recombining binomial tree; levels 0 .. N take (N + 1)(N + 2) / 2 places. Right for n <= 65534; places
 /// above the range of int wrap.

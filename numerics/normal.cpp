@@ -7,30 +7,6 @@
 namespace kestran {
 namespace {
 
-// (1 - N(x)) e^(x^2 / 2) for x >= 0, one value or two lanes. The density's divisor is the published ten-digit
-// root of 2 pi; results depend on it.
-template <class Real>
-[[gnu::always_inline]] inline Real tail_over_bell(Real x) {
-  constexpr double root_2_pi = 2.506628275;
-  constexpr double a1 = 0.31938153 / root_2_pi;
-  constexpr double a2 = -0.356563782 / root_2_pi;
-  constexpr double a3 = 1.781477937 / root_2_pi;
-  constexpr double a4 = -1.821255978 / root_2_pi;
-  constexpr double a5 = 1.330274429 / root_2_pi;
-  const Real t = 1.0 / (1.0 + 0.2316419 * x);
-  const Real t2 = t * t;
-  return t * ((a1 + a2 * t) + t2 * ((a3 + a4 * t) + t2 * a5));
-}
-
-// N(x) from `bell` = e^(-x^2 / 2), which may be anything where N(x) is 0 or 1.
-[[gnu::always_inline]] inline __m128d cnorm_by_bell(__m128d x, __m128d bell) {
-  const __m128d magnitude = _mm_andnot_pd(_mm_set1_pd(-0.0), x);
-  const __m128d far_out = _mm_cmpgt_pd(magnitude, _mm_set1_pd(25.0));
-  const __m128d tail = _mm_andnot_pd(far_out, bell * tail_over_bell(magnitude));
-  const __m128d upper = _mm_cmpge_pd(x, _mm_setzero_pd());
-  return _mm_or_pd(_mm_and_pd(upper, 1.0 - tail), _mm_andnot_pd(upper, tail));
-}
-
 // (1 - N(x)) e^(x^2 / 2) for x from 0 to 40, one value or two lanes.
 template <class Real>
 [[gnu::always_inline]] inline Real precise_tail_over_bell(Real x) {
@@ -62,17 +38,15 @@ double cnorm(double x) {
   const double magnitude = std::fabs(x);
   if (magnitude > 25.0) return x > 0.0 ? 1.0 : 0.0;
   const double bell = elementary::exponential_in_range<elementary::OneValue>(x * x * -0.5);
-  const double tail = bell * tail_over_bell(magnitude);
+  const double tail = bell * normal::tail_over_bell(magnitude);
   return x >= 0.0 ? 1.0 - tail : tail;
 }
 
-__m128d cnorm(__m128d x) {
-  return cnorm_by_bell(x, elementary::exponential_in_range<elementary::TwoLanes>(x * x * -0.5));
-}
+__m128d cnorm(__m128d x) { return cnorm_inlined(x); }
 
 NormalPair cnorm_and_bell(__m128d x) {
   const __m128d bell = exponential(x * x * -0.5);
-  return {cnorm_by_bell(x, bell), bell};
+  return {normal::cnorm_by_bell(x, bell), bell};
 }
 
 double cnorm_precise(double x) {

@@ -41,6 +41,20 @@ TEST(BasketVol, DoubleSumsOverAllPairs) {
               0.28166729517860082, 1e-14);
 }
 
+// Each pair counts with both of its cells, wherever it stands.
+TEST(BasketVol, MatrixAndItsTransposeAreTheSame) {
+  for (int n : {2, 3, 6, 7}) {
+    const Numbers F(n, 100.0), vols(n, 0.4), zeros(n, 0.0), w(n, 1.0);
+    for (int i = 0; i < n; ++i)
+      for (int j = 0; j < i; ++j) {
+        Numbers rho(n * n, 0.5), transpose = rho;
+        rho[i * n + j] = transpose[j * n + i] = 0.7;
+        EXPECT_NEAR(basket_vol(F, vols, zeros, w, rho, 2), basket_vol(F, vols, zeros, w, transpose, 2), 1e-14)
+            << n << " " << i << " " << j;
+      }
+  }
+}
+
 TEST(BasketVol, PerfectCorrelationAndNoVolatility) {
   for (int n : {2, 7, 256}) {
     Numbers F(n), w(n), packed(n * (n - 1) / 2, 1.0);

@@ -2,54 +2,39 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
 namespace kestran {
 namespace {
 
-constexpr int N = 120;
-constexpr double deviation = 10.0;  // in nodes, about the middle one
-
-double density(double x) { return std::exp(-x * x / 2) / std::sqrt(2 * std::acos(-1.0)); }
-
-// The sum over the nodes of a call's (sign 1) or put's payoff on the node's number, under a normal density.
-double node_sum(double K, double sign, bool corrected) {
-  std::vector<double> g, pay;
-  for (int i = 0; i <= N; ++i) {
-    g.push_back(sign * (i - K));
-    pay.push_back(std::fmax(g.back(), 0.0));
-  }
-  if (corrected) kink_correct(g.data(), pay.data(), N);
-  double sum = 0.0;
-  for (int i = 0; i <= N; ++i) sum += pay[i] * density((i - N / 2) / deviation) / deviation;
-  return sum;
-}
-
-// Expected: the integral, in closed form (Bachelier 1900).
-TEST(LogTree, KinkCorrectionMeetsTheIntegral) {
-  for (double K : {60.0, 60.25, 60.5, 60.97, 71.3, 48.6}) {
-    const double d = (N / 2 - K) / deviation;
-    for (double sign : {1.0, -1.0}) {
-      const double integral = deviation * (density(d) + sign * d * std::erfc(-sign * d / std::sqrt(2.0)) / 2);
-      EXPECT_NEAR(node_sum(K, sign, true), integral, 5e-5) << K << " " << sign;
+// Mean and variance of the number of steps up are N p and N p (1 - p).
+TEST(LogTree, WeightsAreBinomial) {
+  for (int N : {1, 2, 3, 24, 1001, 10000})
+    for (double p : {0.0, 0.003, 0.4, 0.5, 0.77, 1.0}) {
+      std::vector<double> weight(N + 1), ups, squares;
+      for (int k = 0; k <= N; ++k) {
+        ups.push_back(k);
+        squares.push_back((k - N * p) * (k - N * p));
+      }
+      const int likeliest = binomial_weights(N, p, weight.data());
+      EXPECT_EQ(*std::max_element(weight.begin(), weight.end()), weight[likeliest]) << N << " " << p;
+      const auto mean = [&](const std::vector<double>& x) {
+        return binomial_mean(x.data(), weight.data(), 0, likeliest, N);
+      };
+      EXPECT_NEAR(mean(ups), N * p, 1e-12 * N) << N << " " << p;
+      EXPECT_NEAR(mean(squares), N * p * (1 - p), 1e-12 * N) << N << " " << p;
     }
-  }
-  // Without it the sum is further off by far.
-  EXPECT_GT(std::fabs(node_sum(60, 1, false) - deviation * density(0)), 3e-3);
 }
 
-TEST(LogTree, KinkCorrectionLeavesTheRestAlone) {
-  const double g[6] = {-3, -1, 3, 4, 0, NAN};
-  double pay[6] = {0, 0, 3, 4, 0, NAN};
-  kink_correct(g, pay, 5);
-  const double share = 0.25, correction = 4 / 12.0 - 3 / 8.0;
-  EXPECT_NEAR(pay[1], correction * (1 - share), 1e-15);
-  EXPECT_NEAR(pay[2], 3 + correction * share, 1e-15);
-  EXPECT_NEAR(pay[3], 4, 1e-15);  // falls to 0 exactly on the next node: correction 4/12, all on that node
-  EXPECT_NEAR(pay[4], 4 / 12.0, 1e-15);
-  EXPECT_EQ(pay[0], 0.0);
-  EXPECT_TRUE(std::isnan(pay[5]));
+// 1, 4, 6, 4, 1 of 16, of which the outer ones are left out.
+TEST(LogTree, MeanOverSomeNodes) {
+  const double x[5] = {NAN, 1, 2, 4, NAN};
+  double weight[5];
+  const int likeliest = binomial_weights(4, 0.5, weight);
+  EXPECT_EQ(likeliest, 2);
+  EXPECT_NEAR(binomial_mean(x, weight, 1, likeliest, 3), (4 * 1 + 6 * 2 + 4 * 4) / 14.0, 1e-15);
 }
 
 }  // namespace

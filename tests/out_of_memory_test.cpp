@@ -41,6 +41,14 @@ AsianStrip strip() {
   return option;
 }
 
+double price_out_of_order() {
+  std::vector<double> End = later;
+  End[7] = 0.7;
+  AsianStrip option = strip();
+  option.End = End.data();
+  return asian_strip(option, 0, 1);
+}
+
 CapOption cap() {
   CapOption option;
   option.Price = option.Qty = twenty.data();
@@ -115,6 +123,7 @@ TEST(OutOfMemory, EveryFailingAllocationMakesTheAnswerNotANumber) {
          return basket_correl_tset(ten, ten, packed.data(), 1);
        }},
       {"asian_strip price", [] { return asian_strip(strip(), 0, 1); }},
+      {"asian_strip price out of order", price_out_of_order},
       {"asian_strip vega", [] { return asian_strip(strip(), 9, 2); }},
       {"asian_strip theta", [] { return asian_strip(strip(), 5, 2); }},
       {"xcap_greeks price", [] { return xcap_greeks(cap(), 0); }},

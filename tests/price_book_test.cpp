@@ -2,6 +2,7 @@
 #include "host/price_book.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -49,7 +50,8 @@ struct PriceBook : testing::Test {
     return options;
   }
 
-  const files::path folder = files::temp_directory_path() / "kestran_price_book_test";
+  const files::path folder =
+      files::temp_directory_path() / ("kestran_price_book_" + std::to_string(getpid()));
   int status = -1;
   std::string said;
 };

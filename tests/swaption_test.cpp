@@ -110,8 +110,9 @@ TEST(Swaption, DegenerateInput) {
   EXPECT_TRUE(std::isnan(results(swap, {20.7}, .05, .45, 1, 1)[1]));
   EXPECT_TRUE(std::isfinite(results(swap, {20.7}, .05, .45, 1, 2)[1]));
   EXPECT_FALSE(std::isfinite(results(swap, {20.7}, .05, 0, 1, 2)[2]));
+  const std::vector<double> many(17, .5);
   set_allocation_limit(1);
-  for (double value : results(five_periods, {20.7}, .05, .45, 1, 4)) EXPECT_TRUE(std::isnan(value));
+  for (double value : results({many, many, many, many}, {.6}, .05, .45, 1, 4)) EXPECT_TRUE(std::isnan(value));
   set_allocation_limit(0);
 }
 

@@ -16,15 +16,11 @@ namespace {
 // 270 years of daily fixings; what is beyond would keep the caller waiting.
 constexpr double most_fixings = 100000.0;
 
-// Calls use(i, e^exponent(i)) for i = 0 to count - 1; the exponentials are taken two at a time.
-template <class Exponent, class Use>
-void with_exponentials(int count, const Exponent& exponent, const Use& use) {
-  for (int i = 0; i < count; i += 2) {
-    double pair[2];
-    _mm_storeu_pd(pair, exponential(_mm_set_pd(exponent(i + 1), exponent(i))));
-    use(i, pair[0]);
-    if (i + 1 < count) use(i + 1, pair[1]);
-  }
+// sum + terms[0] + terms[1], in this order; the second only while it belongs to the `left` terms still to be
+// added.
+double added(double sum, __m128d terms, int left) {
+  sum += terms[0];
+  return left > 1 ? sum + terms[1] : sum;
 }
 
 // E and B as doubles: a step of a day never overflows them.
@@ -51,17 +47,18 @@ double price(double S, double K, double A, double r, double q, double sigma1, do
   const double slope = (log_K - mean_G) / VG;
   const double half_inverse_VG = 0.5 / VG;
   const double half_inverse_n = 0.5 / n;
-  const auto covariance = [&](double i) { return before + daily * i * (1.0 - (i + 1.0) * half_inverse_n); };
+  // Of two fixings at a time, as their numbers stand in the lanes of i.
+  const auto covariance = [&](__m128d i) { return before + daily * i * (1.0 - (i + 1.0) * half_inverse_n); };
+  const auto log_growth = [&](__m128d i) { return drift * (t0 + i * one_day); };
 
   // Expected average given a geometric average of K_left; a fixing's variance cancels against its log mean.
   double expected = 0.0;
-  with_exponentials(
-      count,
-      [&](int i) {
-        const double c = covariance(i);
-        return drift * (t0 + i * one_day) + c * (slope - c * half_inverse_VG);
-      },
-      [&](int, double term) { expected += term; });
+  for (int first = 0; first < count; first += 2) {
+    const __m128d i = _mm_set_pd(first + 1, first);
+    const __m128d c = covariance(i);
+    const __m128d term = exponential(log_growth(i) + c * (slope - c * half_inverse_VG));
+    expected = added(expected, term, count - first);
+  }
   // The least boundary makes exercise certain where the linear one fails, far out of the money; intended.
   double boundary = 2.0 * K_left - S / n * expected;
   if (boundary <= 0.0) boundary = 1e-16;
@@ -70,12 +67,13 @@ double price(double S, double K, double A, double r, double q, double sigma1, do
   const double distance = mean_G - natural_log(boundary);
   double forwards = 0.0;
   double above = 0.0;
-  with_exponentials(
-      count, [&](int i) { return drift * (t0 + i * one_day); },
-      [&](int i, double growth) {
-        forwards += growth;
-        above += growth * cnorm((distance + covariance(i)) * inverse_sigma_G);
-      });
+  for (int first = 0; first < count; first += 2) {
+    const __m128d i = _mm_set_pd(first + 1, first);
+    const __m128d growth = exponential(log_growth(i));
+    const __m128d N = cnorm_inlined((distance + covariance(i)) * inverse_sigma_G);
+    forwards = added(forwards, growth, count - first);
+    above = added(above, growth * N, count - first);
+  }
   const double D = exponential(-r * (t0 + (n - 1.0) * one_day));
   double value = D * (S / n * above - K_left * cnorm(distance * inverse_sigma_G));
   if (!call) value -= D * (S / n * forwards - K_left);

@@ -7,6 +7,30 @@
 #include "numerics/arrays.h"
 
 namespace kestran {
+namespace {
+
+// Whether the n x n matrix rho equals its transpose, two rows and two columns at a time: a column read from
+// top to bottom would fetch its cells one by one from all over the memory.
+bool is_symmetric(const double* rho, std::ptrdiff_t n) {
+  __m128d unequal = _mm_setzero_pd();
+  for (std::ptrdiff_t i = 0; i + 1 < n; i += 2) {
+    const double* const row = rho + i * n;
+    for (std::ptrdiff_t j = 0; j <= i; j += 2) {
+      const double* const column = rho + j * n + i;
+      const __m128d upper = _mm_loadu_pd(column), lower = _mm_loadu_pd(column + n);
+      const __m128d differs =
+          _mm_or_pd(_mm_cmpneq_pd(_mm_loadu_pd(row + j), _mm_unpacklo_pd(upper, lower)),
+                    _mm_cmpneq_pd(_mm_loadu_pd(row + n + j), _mm_unpackhi_pd(upper, lower)));
+      unequal = _mm_or_pd(unequal, differs);
+    }
+  }
+  bool equal = _mm_movemask_pd(unequal) == 0;
+  if (n % 2 != 0)
+    for (std::ptrdiff_t j = 0; j < n; ++j) equal = equal && rho[(n - 1) * n + j] == rho[j * n + n - 1];
+  return equal;
+}
+
+}  // namespace
 
 double basket_vol_moment_match(const double* F, const double* sigma, const double* mu, const double* w,
                                const double* rho, int n, double T) {
@@ -18,6 +42,7 @@ double basket_vol_moment_match(const double* F, const double* sigma, const doubl
   if (n < 1 || !grown) return std::numeric_limits<double>::quiet_NaN();
 
   const auto correlation = [&](int i, int j) { return rho[static_cast<std::ptrdiff_t>(i) * n + j]; };
+  const bool symmetric = is_symmetric(rho, n);
   double mean = 0.0;
   double variance = 0.0;
   for (int i = 0; i < n; ++i) {
@@ -27,8 +52,6 @@ double basket_vol_moment_match(const double* F, const double* sigma, const doubl
     const __m128d growth_and_own = exponential(_mm_set_pd(row_exponent(i), mu[i] * T));
     grown[i] = w[i] * F[i] * growth_and_own[0];
 
-    bool symmetric = true;
-    for (int j = 0; j < i; ++j) symmetric = symmetric && correlation(i, j) == correlation(j, i);
     const double row = exponential_sum(grown, i, row_exponent);
     const double column = symmetric ? row : exponential_sum(grown, i, column_exponent);
 

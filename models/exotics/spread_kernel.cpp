@@ -104,8 +104,8 @@ void integrate(const Conditional& c, double s, double sign, double out[3]) {
     // Nothing or less to pay is certain exercise, which d1 = infinity gives.
     const __m128d log_strike = natural_log(_mm_max_pd(strike, _mm_setzero_pd()));
     const __m128d d1 = (log_optioned + log_growth - log_strike) * per_deviation + s / 2.0;
-    const __m128d n1 = density * cnorm(sign * d1);
-    const __m128d n2 = density * cnorm(sign * (d1 - s));
+    const __m128d n1 = density * cnorm_inlined(sign * d1);
+    const __m128d n2 = density * cnorm_inlined(sign * (d1 - s));
     value += c.optioned * growth * n1 - strike * n2;
     in_optioned += growth * n1;
     in_given += given_growth * n2;

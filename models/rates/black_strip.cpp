@@ -28,13 +28,18 @@ __m128d amount_below(__m128d x, __m128d amount, __m128d tail) {
 
 }  // namespace
 
+double forward_discount(const BlackStrip& strip, int i) {
+  const double tau = strip.ExpDays[i] - strip.T;
+  const double forward_rate = (strip.IntRt[i] * strip.ExpDays[i] - strip.r * strip.T) / tau;
+  return exponential(-forward_rate * tau);
+}
+
 void add_strip_values(const BlackStrip& strip, double K, bool is_call, double sign, const double* log_factor,
                       const double* factor, int nodes, double* value) {
   for (int i = 0; i < strip.n; ++i) {
     const double tau = strip.ExpDays[i] - strip.T;
-    const double forward_rate = (strip.IntRt[i] * strip.ExpDays[i] - strip.r * strip.T) / tau;
     const double quantity = strip.Qty ? strip.Qty[i] : 1.0;
-    const __m128d weight = both(sign * quantity * exponential(-forward_rate * tau));
+    const __m128d weight = both(sign * quantity * forward_discount(strip, i));
     const __m128d deviation = both(strip.Vol[i] * std::sqrt(tau));
     const __m128d per_deviation = both(1.0) / deviation;
     const __m128d moneyness = both(natural_log(strip.Price[i] / K) + strip.Vol[i] * strip.Vol[i] / 2.0 * tau);

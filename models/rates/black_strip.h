@@ -15,6 +15,9 @@ struct BlackStrip {
   double r;               // zero rate from today to T, continuous, per year
 };
 
+/// What money at the expiry of period i is worth at T, at the forward rate between them.
+double forward_discount(const BlackStrip& strip, int i);
+
 /// Adds `sign` times the strip's value at the time T to value[k], for each node k of an even number of nodes
 /// at which every forward price is multiplied by factor[k] = e^log_factor[k] > 0: the sum over the periods of
 /// quantity times call (else put) struck at K by Black's formula (Black 1976, equation 16), discounted at the

@@ -17,37 +17,47 @@ void fill_with_nan(int n, SwaptionRecord& record) {
   record.price = record.vega = record.rate_sens = record.theta = not_a_number;
   for (double* by_period :
        {record.delta_by_period, record.gamma_by_period, record.decay_by_period, record.vanna_by_period})
-    std::fill_n(by_period, std::max(n, 0), not_a_number);
+    if (by_period) std::fill_n(by_period, std::max(n, 0), not_a_number);
+}
+
+// The logarithm of the discount factor over t years, 0 for t <= 0, from that of the growth over half a year.
+__m128d discount_exponent(__m128d t, __m128d log_growth) {
+  return _mm_andnot_pd(_mm_cmple_pd(t, _mm_setzero_pd()), -2.0 * t * log_growth);
 }
 
 // The option with one fixed price, Strike, or with one per period where Strikes is given.
 void price_swaption(const double* Fwd, const double* Qty, const double* Swaptime, const double* Rates,
                     const double* Strikes, double Strike, double Swapvol, double IntRt, double Expiry, int n,
                     int Opttype, SwaptionRecord& record) {
-  double* w = n < 1 ? nullptr : dvector(0, n - 1);
-  if (!w) return fill_with_nan(n, record);
+  WorkArray room(n);
+  double* const w = room;
+  if (n < 1 || !w) return fill_with_nan(n, record);
 
   double Qsum = 0.0, A = 0.0, FW = 0.0, KW = 0.0, D1 = 0.0, L = 0.0;
   for (int first = 0; first < n; first += 2) {
     // Two periods at a time; the last of an odd number goes with itself.
     const int second = std::min(first + 1, n - 1);
-    double growth[2], discount[2];
-    const auto exponent = [&](int i, double log_growth) {
-      return Swaptime[i] <= 0.0 ? 0.0 : -2.0 * Swaptime[i] * log_growth;
-    };
-    _mm_storeu_pd(growth, natural_log(_mm_set_pd(1.0 + Rates[second] / 2.0, 1.0 + Rates[first] / 2.0)));
-    _mm_storeu_pd(discount, exponential(_mm_set_pd(exponent(second, growth[1]), exponent(first, growth[0]))));
-    for (int i = first; i <= second; ++i) {
-      w[i] = discount[i - first] * Qty[i];
-      Qsum += Qty[i];
-      A += w[i];
-      FW += w[i] * Fwd[i];
-      if (Strikes) KW += w[i] * Strikes[i];
-      D1 += w[i] * Swaptime[i] / (Rates[i] / 2.0 + 1.0);
-      L += w[i] * growth[i - first];
+    const auto both = [&](const double* x) { return _mm_set_pd(x[second], x[first]); };
+    const __m128d t = both(Swaptime);
+    const __m128d growth = 1.0 + both(Rates) / 2.0;
+    const __m128d log_growth = natural_log(growth);
+    const __m128d quantity = both(Qty);
+    const __m128d weight = exponential(discount_exponent(t, log_growth)) * quantity;
+    const __m128d weighted_forward = weight * both(Fwd);
+    const __m128d rate_part = weight * t / growth;
+    const __m128d decay_part = weight * log_growth;
+    for (int lane = 0; lane <= second - first; ++lane) {
+      w[first + lane] = weight[lane];
+      Qsum += quantity[lane];
+      A += weight[lane];
+      FW += weighted_forward[lane];
+      if (Strikes) KW += weight[lane] * Strikes[first + lane];
+      D1 += rate_part[lane];
+      L += decay_part[lane];
     }
   }
-  const double D0 = semiannual_discount(IntRt, Expiry);
+  const double log_growth = log1p_half(IntRt / 2.0);
+  const double D0 = Expiry <= 0.0 ? 1.0 : exponential(-2.0 * Expiry * log_growth);
   const double F = FW / A;
   const double K = Strikes ? KW / A : Strike;
   const double ratio = A / (Qsum * D0);
@@ -56,21 +66,23 @@ void price_swaption(const double* Fwd, const double* Qty, const double* Swaptime
   const double days = days_per_year * Expiry;
   const double P = Opttype == 0 ? bs_put_sens(F, K, days, IntRt, IntRt, Swapvol, g)
                                 : bs_call_sens(F, K, days, IntRt, IntRt, Swapvol, g);
-  const double delta_decay = bs_general(F, K, Expiry, IntRt, IntRt, Swapvol, Opttype, 8);
-  const double K1 = 2.0 * (L - log1p_half(IntRt / 2.0) * A) / D0;
-  const double K2 = delta_decay / D0 + g[0] * K1 / A;
-  for (int i = 0; i < n; ++i) {
-    const double discount = w[i] / Qty[i];
-    record.delta_by_period[i] = g[0] * discount / D0;
-    record.gamma_by_period[i] = g[1] * discount / D0;
-    record.decay_by_period[i] = K2 * discount;
-    record.vanna_by_period[i] = g[6] * discount / D0;
-  }
+  const double K1 = 2.0 * (L - log_growth * A) / D0;
   record.price = P * ratio;
   record.vega = g[2] * ratio;
   record.theta = g[4] * ratio + K1 * P / Qsum;
   record.rate_sens = g[5] * ratio + (A * Expiry / (IntRt / 2.0 + 1.0) - D1) * P / (D0 * Qsum);
-  free_dvector(w, 0, n - 1);
+
+  const auto by_period = [&](double* result, const auto& of_discount) {
+    if (!result) return;
+    for (int i = 0; i < n; ++i) result[i] = of_discount(w[i] / Qty[i]);
+  };
+  by_period(record.delta_by_period, [&](double discount) { return g[0] * discount / D0; });
+  by_period(record.gamma_by_period, [&](double discount) { return g[1] * discount / D0; });
+  by_period(record.vanna_by_period, [&](double discount) { return g[6] * discount / D0; });
+  if (!record.decay_by_period) return;
+  const double delta_decay = bs_general(F, K, Expiry, IntRt, IntRt, Swapvol, Opttype, 8);
+  const double K2 = delta_decay / D0 + g[0] * K1 / A;
+  by_period(record.decay_by_period, [&](double discount) { return K2 * discount; });
 }
 
 }  // namespace

@@ -4,7 +4,8 @@
 namespace kestran {
 
 /// Results of swaption_model, all per unit of total quantity except those of one period, which are per unit
-/// of the period's own quantity. The four arrays belong to the caller and have room for every period.
+/// of the period's own quantity. The four arrays belong to the caller and have room for every period; what a
+/// null one would hold is not worked out.
 struct SwaptionRecord {
   double price = 0.0;
   double vega = 0.0;       // per 1.00 of Swapvol

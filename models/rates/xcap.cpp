@@ -14,16 +14,66 @@ namespace {
 
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
+BlackStrip strip_of(const CapOption& option) {
+  return {option.Price, option.IntRt, option.Vol, option.ExpDays, option.Qty, option.n, option.T, option.r};
+}
+
+double total_quantity(const CapOption& option) {
+  double Qsum = 0.0;
+  for (int i = 0; i < option.n; ++i) Qsum += option.Qty[i];
+  return Qsum;
+}
+
 // value[k] = the strip's value per unit of quantity at factor[k] = e^log_factor[k]; `nodes` is even.
 void strip_values(const CapOption& option, const double* log_factor, const double* factor, int nodes,
                   double* value) {
-  const BlackStrip strip{option.Price, option.IntRt, option.Vol, option.ExpDays,
-                         option.Qty,   option.n,     option.T,   option.r};
   std::fill_n(value, nodes, 0.0);
-  add_strip_values(strip, option.CfStrike, option.OptType < 3, 1.0, log_factor, factor, nodes, value);
-  double Qsum = 0.0;
-  for (int i = 0; i < option.n; ++i) Qsum += option.Qty[i];
+  add_strip_values(strip_of(option), option.CfStrike, option.OptType < 3, 1.0, log_factor, factor, nodes,
+                   value);
+  const double Qsum = total_quantity(option);
   for (int k = 0; k < nodes; ++k) value[k] /= Qsum;
+}
+
+// No payoff is above this times 1 + factor: no caplet is worth more than its forward, no floorlet more than
+// its strike.
+double largest_payoff(const CapOption& option) {
+  double amount = 0.0;
+  for (int i = 0; i < option.n; ++i)
+    amount += std::fabs(option.Qty[i]) * forward_discount(strip_of(option), i) *
+              std::max(std::fabs(option.Price[i]), std::fabs(option.CfStrike));
+  return amount / std::fabs(total_quantity(option)) + std::fabs(option.CompStrike);
+}
+
+// The last level of the tree, node k at index k. Some nodes lie beyond the top, to make an even number.
+struct LastLevel {
+  double *log_factor, *factor, *weight, *payoff;
+  int likeliest;
+};
+
+// The payoffs at the nodes first .. end - 1; both even.
+void fill_payoffs(const CapOption& option, int first, int end, const LastLevel& level) {
+  strip_values(option, level.log_factor + first, level.factor + first, end - first, level.payoff + first);
+  const double sign = option.OptType & 1 ? 1.0 : -1.0;
+  for (int k = first; k < end; ++k)
+    level.payoff[k] = positive_part(sign * (level.payoff[k] - option.CompStrike));
+}
+
+// The mean payoff. Nodes so unlikely that the payoff, which grows with the factor at most, cannot move the
+// last bit of the mean are left out, unless the mean turns out so small that they can.
+double mean_payoff(const CapOption& option, const LastLevel& level) {
+  constexpr double unlikely = 0x1p-70, last_bit = 0x1p-56;
+  const int N = option.N;
+  const auto left_out = [&](int k) { return level.weight[k] * (1.0 + level.factor[k]) < unlikely; };
+  int first = 0, last = N;
+  while (first < level.likeliest && left_out(first)) ++first;
+  while (last > level.likeliest && left_out(last)) --last;
+  const int even_first = first / 2 * 2, even_end = padded_nodes(last);
+  fill_payoffs(option, even_first, even_end, level);
+  const double mean = binomial_mean(level.payoff, level.weight, first, level.likeliest, last);
+  if (last - first == N || unlikely * largest_payoff(option) < last_bit * mean) return mean;
+  fill_payoffs(option, 0, even_first, level);
+  fill_payoffs(option, even_end, padded_nodes(N), level);
+  return binomial_mean(level.payoff, level.weight, 0, level.likeliest, N);
 }
 
 // Results 1, 2, 5 and 11 + k with the move h. `input` has room for the strip.
@@ -82,20 +132,13 @@ double xcap_tree(const CapOption& option) {
   if (std::isnan(tree.p)) return not_a_number;
 
   const int nodes = padded_nodes(N);
-  double* log_factor = dvector(0, nodes - 1);
-  double* factor = dvector(0, nodes - 1);
-  double* value = dvector(0, nodes - 1);
-  double price = not_a_number;
-  if (log_factor && factor && value) {
-    tree_factors(tree, N, log_factor, factor);
-    strip_values(option, log_factor, factor, nodes, value);
-    const double sign = option.OptType & 1 ? 1.0 : -1.0;
-    for (int k = 0; k <= N; ++k) value[k] = positive_part(sign * (value[k] - option.CompStrike));
-    price = binomial_mean(value, N, tree.p) * exponential(-option.r * option.T);
-  }
-  free_dvector(value, 0, nodes - 1);
-  free_dvector(factor, 0, nodes - 1);
-  free_dvector(log_factor, 0, nodes - 1);
+  double* const block = dvector(0, 4 * nodes - 1);
+  if (!block) return not_a_number;
+  LastLevel level = {block, block + nodes, block + 2 * nodes, block + 3 * nodes, 0};
+  tree_factors(tree, N, level.log_factor, level.factor);
+  level.likeliest = binomial_weights(N, tree.p, level.weight);
+  const double price = mean_payoff(option, level) * exponential(-option.r * option.T);
+  free_dvector(block, 0, 4 * nodes - 1);
   return price;
 }
 

@@ -91,7 +91,7 @@ __m128d normal_beyond(__m128d b, __m128d alpha, double beta) {
     for (int i = 0; i < rule.size; ++i) {
       const __m128d z = middle + half * both(rule.nodes[i].x);
       const __m128d density = exponential(z * z * both(-0.5));
-      sum = sum + both(rule.nodes[i].weight) * density * cnorm(alpha + both(beta) * z);
+      sum = sum + both(rule.nodes[i].weight) * density * cnorm_inlined(alpha + both(beta) * z);
     }
     total = total + half * sum;
   }

@@ -1,8 +1,11 @@
 #include "models/strips/asian_strip.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 #include "models/black_scholes/european.h"
 #include "models/calendar.h"
@@ -62,45 +65,74 @@ double latest_fixing(const AsianStrip& strip, int first) {
   return latest;
 }
 
-// The variance of the sum that has deviation w[i] in month i.
-double correlated_variance(const AsianStrip& strip, int first, const double* w) {
-  const double* End = strip.End;
+// The variance of the sum that has deviation w[i] in month i. month(k) is month k in the order of End.
+template <class Order>
+double correlated_variance(const AsianStrip& strip, int first, const double* w, const Order& month) {
   double variance = 0.0;
-  for (int i = first; i < strip.L; ++i) variance += w[i] * w[i];
-  if (End[first] >= 0.0 && std::is_sorted(End + first, End + strip.L)) {
-    double earlier = 0.0;
-    for (int i = first; i < strip.L; ++i) {
-      const double root_End = std::sqrt(End[i]);
-      if (i > first) variance += 2.0 * strip.rho * earlier * (w[i] / root_End);
-      earlier += w[i] * root_End;
-    }
-    return variance;
+  for (int k = first; k < strip.L; ++k) variance += w[month(k)] * w[month(k)];
+  double earlier = 0.0;
+  for (int k = first; k < strip.L; k += 2) {
+    // Two months at a time; the last of an odd number goes with itself.
+    const int i = month(k), j = month(std::min(k + 1, strip.L - 1));
+    const __m128d deviation = _mm_set_pd(w[j], w[i]);
+    const __m128d root_End = _mm_sqrt_pd(_mm_set_pd(strip.End[j], strip.End[i]));
+    const __m128d by_root = deviation / root_End, times_root = deviation * root_End;
+    if (k > first) variance += 2.0 * strip.rho * earlier * by_root[0];
+    earlier += times_root[0];
+    if (j == i) break;
+    variance += 2.0 * strip.rho * earlier * by_root[1];
+    earlier += times_root[1];
   }
-  for (int i = first; i < strip.L; ++i)
-    for (int j = first; j < i; ++j)
-      variance +=
-          2.0 * w[i] * w[j] * strip.rho * std::sqrt(End[j] <= End[i] ? End[j] / End[i] : End[i] / End[j]);
+  return variance;
+}
+
+// The same for months in any order.
+double correlated_variance(const AsianStrip& strip, int first, const double* w) {
+  const double* const End = strip.End;
+  if (std::is_sorted(End + first, End + strip.L))
+    return correlated_variance(strip, first, w, [](int k) { return k; });
+  int* const order = ivector(first, strip.L - 1);
+  if (!order) return not_a_number;
+  std::iota(order + first, order + strip.L, first);
+  std::sort(order + first, order + strip.L, [&](int i, int j) { return End[i] < End[j]; });
+  const double variance = correlated_variance(strip, first, w, [&](int k) { return order[k]; });
+  free_ivector(order, first, strip.L - 1);
   return variance;
 }
 
 // Premium per volume outstanding when that is the volume of the months from `first` on, with `first_count`
-// fixings in that month. `w` has room for the strip.
-double outstanding_price(const AsianStrip& strip, int first, double first_count, double K, double* w) {
+// fixings in that month and the last of all at T. `w` has room for the strip.
+double outstanding_price(const AsianStrip& strip, int first, double first_count, double T, double K,
+                         double* w) {
   double count = 0.0;
   double volume = 0.0;
   double sum = 0.0;
-  for (int i = first; i < strip.L; ++i) {
-    const double n = i == first ? first_count : strip.n[i];
-    const double month_volume = n * fixing_volume(strip, i);
-    const double Next = count + n > 0.0 && strip.Next[i] < 0.0 ? 0.0 : strip.Next[i];
-    w[i] = month_volume * strip.F[i] * strip.sigma[i] *
-           std::sqrt((strip.End[i] - Next) * ((n - 0.5) / n) / 3.0 + Next);
-    count += n;
-    volume += month_volume;
-    sum += month_volume * strip.F[i];
+  for (int i = first; i < strip.L; i += 2) {
+    // Two months at a time; the last of an odd number goes with itself.
+    const int j = std::min(i + 1, strip.L - 1);
+    const auto both = [&](const double* x) { return _mm_set_pd(x[j], x[i]); };
+    const auto Next_after = [&](double fixings, double Next) {
+      return fixings > 0.0 && Next < 0.0 ? 0.0 : Next;
+    };
+    const __m128d n = _mm_set_pd(strip.n[j], i == first ? first_count : strip.n[i]);
+    const double count_i = count + n[0], count_j = count_i + n[1];
+    const __m128d Next = _mm_set_pd(Next_after(count_j, strip.Next[j]), Next_after(count_i, strip.Next[i]));
+    const __m128d month_volume = strip.u ? n * both(strip.u) : n;
+    const __m128d amount = month_volume * both(strip.F);
+    const __m128d deviation =
+        amount * both(strip.sigma) * _mm_sqrt_pd((both(strip.End) - Next) * ((n - 0.5) / n) / 3.0 + Next);
+    w[i] = deviation[0];
+    volume += month_volume[0];
+    sum += amount[0];
+    count = count_i;
+    if (j == i) break;
+    w[j] = deviation[1];
+    volume += month_volume[1];
+    sum += amount[1];
+    count = count_j;
   }
-  const double T = latest_fixing(strip, first);
   if (T <= 0.0 || count < 1.0) return settled_price(strip, K, volume, 0.0);
+  if (std::isnan(T)) return not_a_number;
 
   const double average = sum / volume;
   const double sigma = std::sqrt(correlated_variance(strip, first, w) / T) / (volume * average);
@@ -181,7 +213,8 @@ double asian_strip_price(const AsianStrip& strip) {
     W += strip.n[i] * fixing_volume(strip, i);
   }
   const double Wm = made_volume(strip);
-  if (latest_fixing(strip, 0) <= 0.0 || N - m < 1.0 || W == Wm) return settled_price(strip, strip.K, W, Wm);
+  const double latest = latest_fixing(strip, 0);
+  if (latest <= 0.0 || N - m < 1.0 || W == Wm) return settled_price(strip, strip.K, W, Wm);
 
   int first = 0;
   double count = strip.n[0];
@@ -205,11 +238,10 @@ double asian_strip_price(const AsianStrip& strip) {
     }
   }
 
-  double* w = dvector(first, strip.L - 1);
+  WorkArray w(strip.L);
   if (!w) return not_a_number;
-  const double price = share * outstanding_price(strip, first, first_count, K, w);
-  free_dvector(w, first, strip.L - 1);
-  return price;
+  const double T = first == 0 ? latest : latest_fixing(strip, first);
+  return share * outstanding_price(strip, first, first_count, T, K, w);
 }
 
 void asian_strip_sens(const AsianStrip& strip, int RetType, int first_month, int last_month, double* out) {
@@ -241,30 +273,25 @@ void asian_strip_sens(const AsianStrip& strip, int RetType, int first_month, int
   }
   if (!is_per_month(result) && result != Result::theta_with_fixing && result != Result::theta_of_time) return;
 
-  double* first_copy = dvector(0, L - 1);
-  double* second_copy = dvector(0, L - 1);
-  if (first_copy && second_copy) {
-    if (is_per_month(result))
-      month_sensitivities(strip, result, first_month, last_month, first_copy, second_copy, out);
-    else
-      out[0] = (price_one_day_on(strip, result == Result::theta_with_fixing, first_copy, second_copy) -
-                asian_strip_price(strip)) /
-               one_day;
-  }
-  free_dvector(second_copy, 0, L - 1);
-  free_dvector(first_copy, 0, L - 1);
+  WorkArray first_copy(L), second_copy(L);
+  if (!first_copy || !second_copy) return;
+  if (is_per_month(result))
+    month_sensitivities(strip, result, first_month, last_month, first_copy, second_copy, out);
+  else
+    out[0] = (price_one_day_on(strip, result == Result::theta_with_fixing, first_copy, second_copy) -
+              asian_strip_price(strip)) /
+             one_day;
 }
 
 double asian_strip(AsianStrip strip, int RetType, int RetMonth) {
   double result = not_a_number;
   if (strip.L < 1) return result;
-  double* n = dvector(0, strip.L - 1);
+  WorkArray n(strip.L);
   if (!n) return result;
   for (int i = 0; i < strip.L; ++i) n[i] = std::trunc(strip.n[i]);
   strip.n = n;
   strip.OptType %= 10;
   asian_strip_sens(strip, RetType, RetMonth, RetMonth, &result);
-  free_dvector(n, 0, strip.L - 1);
   return result;
 }
 

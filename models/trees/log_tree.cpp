@@ -22,37 +22,35 @@ void tree_factors(const LogTree& tree, int N, double* log_factor, double* factor
     _mm_storeu_pd(factor + k, exponential(_mm_loadu_pd(log_factor + k)));
 }
 
-// The weights follow from the largest one outwards, relative to it, so that rounding stays far below 1e-12.
-double binomial_mean(const double* x, int N, double p) {
+// From the largest outwards, so that rounding stays far below 1e-12. The ratios of neighbours are divided two
+// at a time, ahead of the products that wait for each other.
+int binomial_weights(int N, double p, double* weight) {
   const double odds = p / (1.0 - p);
-  const int top = std::min(N, static_cast<int>((N + 1) * p));
-  double total = x[top];
-  double weight_sum = 1.0;
-  double weight = 1.0;
-  for (int k = top; k < N; ++k) {
-    weight *= (N - k) / (k + 1.0) * odds;
-    weight_sum += weight;
-    total += weight * x[k + 1];
+  const int likeliest = std::min(N, static_cast<int>((N + 1) * p));
+  weight[likeliest] = 1.0;
+  for (int k = likeliest; k < N; k += 2) {
+    const __m128d ratio = _mm_set_pd(N - k - 1, N - k) / _mm_set_pd(k + 2.0, k + 1.0) * odds;
+    weight[k + 1] = weight[k] * ratio[0];
+    if (k + 1 < N) weight[k + 2] = weight[k + 1] * ratio[1];
   }
-  weight = 1.0;
-  for (int k = top; k > 0; --k) {
-    weight *= k / ((N - k + 1.0) * odds);
-    weight_sum += weight;
-    total += weight * x[k - 1];
+  for (int k = likeliest; k > 0; k -= 2) {
+    const __m128d ratio = _mm_set_pd(k - 1, k) / (_mm_set_pd(N - k + 2.0, N - k + 1.0) * odds);
+    weight[k - 1] = weight[k] * ratio[0];
+    if (k > 1) weight[k - 2] = weight[k - 1] * ratio[1];
   }
-  return total / weight_sum;
+  return likeliest;
 }
 
-void kink_correct(const double* g, double* pay, int N) {
-  for (int i = 0; i < N; ++i) {
-    if ((g[i] > 0.0) == (g[i + 1] > 0.0)) continue;
-    const double below = std::fabs(g[i]);
-    const double above = std::fabs(g[i + 1]);
-    const double theta = below / (below + above);
-    const double correction = (below + above) / 12.0 - theta * above / 2.0;
-    pay[i] += correction * (1.0 - theta);
-    pay[i + 1] += correction * theta;
-  }
+double binomial_mean(const double* x, const double* weight, int first, int likeliest, int last) {
+  double total = x[likeliest];
+  double weight_sum = 1.0;
+  const auto add = [&](int k) {
+    weight_sum += weight[k];
+    total += weight[k] * x[k];
+  };
+  for (int k = likeliest + 1; k <= last; ++k) add(k);
+  for (int k = likeliest - 1; k >= first; --k) add(k);
+  return total / weight_sum;
 }
 
 }  // namespace kestran

@@ -21,17 +21,14 @@ constexpr int padded_nodes(int N) { return N / 2 * 2 + 2; }
 /// The logarithms of the factor at the padded_nodes(N) nodes, and the factors themselves.
 void tree_factors(const LogTree& tree, int N, double* log_factor, double* factor);
 
-/// The mean of x[0 .. N] over the nodes, which is what rolling back without discount gives, within 1e-12 of
-/// the largest x for any N.
-double binomial_mean(const double* x, int N, double p);
+/// How likely each node of level N is, relative to the likeliest of them, whose number is returned:
+/// weight[0 .. N], within 1e-12 for any N.
+int binomial_weights(int N, double p, double* weight);
 
-/// Corrects the payoffs pay[i] = max(g[i], 0) at the nodes i = 0 .. N beside each change of sign of the
-/// exercise margin g, so that the sum over the nodes meets the integral of a payoff whose kink lies between
-/// two nodes (Euler-Maclaurin end correction at the kink). It takes away the odd-even oscillation in N and
-/// lets second differences see the kink. A corrected payoff may lie below 0, by up to 1/24 of the margin's
-/// move between the nodes; a premium so far out of the money that the kink lies between the last nodes may
-/// therefore come out below 0, by at most 2e-5 of price times sigma sqrt(T) (near 15 steps; 3e-7 at 25, 1e-12
-/// at 50).
-void kink_correct(const double* g, double* pay, int N);
+/// The mean of x over the nodes, which is what rolling back without discount gives, where weight is of
+/// binomial_weights and `likeliest` its answer. Only the nodes first .. last, the likeliest among them, are
+/// added up; the mean of all has the same bits where no weight and no product of weight and x beyond reaches
+/// the last bit of its sum.
+double binomial_mean(const double* x, const double* weight, int first, int likeliest, int last);
 
 }  // namespace kestran

@@ -1,0 +1,13 @@
+# shellcheck shell=bash
+about='PostgreSQL and DuckDB: the extensions, on a server of their own and in Node'
+packages="$test_packages postgresql-15=/usr/lib/postgresql/15/bin/initdb
+  postgresql-server-dev-15=/usr/include/postgresql/15/server/fmgr.h nodejs=node npm"
+
+run_suite() {
+  once 'linux: command' build linux kestran || return
+  step 'sql: build' build linux kestran_postgres make_sql kestran_duckdb example_calls || return
+  step 'sql: PostgreSQL' timeout 280 tests/sql/postgres.sh linux
+  mkdir -p build/sql
+  step 'sql: install DuckDB' quietly build/sql/install.log tests/sql/install-duckdb.sh &&
+    step 'sql: DuckDB' timeout 280 node tests/sql/duckdb.mjs linux
+}
