@@ -41,6 +41,7 @@ struct RecordReader {
       cells.type = xltypeNil;
       made =
           Interface::to_array(reference, cells) && cells.type == xltypeMulti && rows() > 0 && columns() > 0;
+      if (made) elements = cells.value.array.elements;
     }
     ~Block() { Interface::release(cells); }
     Block(const Block&) = delete;
