@@ -30,8 +30,8 @@ void price_swaption(const double* Fwd, const double* Qty, const double* Swaptime
                     const double* Strikes, double Strike, double Swapvol, double IntRt, double Expiry, int n,
                     int Opttype, SwaptionRecord& record) {
   WorkArray room(n);
-  double* const w = room;
-  if (n < 1 || !w) return fill_with_nan(n, record);
+  double* const discount = room;
+  if (n < 1 || !discount) return fill_with_nan(n, record);
 
   double Qsum = 0.0, A = 0.0, FW = 0.0, KW = 0.0, D1 = 0.0, L = 0.0;
   for (int first = 0; first < n; first += 2) {
@@ -46,8 +46,9 @@ void price_swaption(const double* Fwd, const double* Qty, const double* Swaptime
     const __m128d weighted_forward = weight * both(Fwd);
     const __m128d rate_part = weight * t / growth;
     const __m128d decay_part = weight * log_growth;
+    const __m128d by_quantity = weight / quantity;
     for (int lane = 0; lane <= second - first; ++lane) {
-      w[first + lane] = weight[lane];
+      discount[first + lane] = by_quantity[lane];
       Qsum += quantity[lane];
       A += weight[lane];
       FW += weighted_forward[lane];
@@ -72,17 +73,19 @@ void price_swaption(const double* Fwd, const double* Qty, const double* Swaptime
   record.theta = g[4] * ratio + K1 * P / Qsum;
   record.rate_sens = g[5] * ratio + (A * Expiry / (IntRt / 2.0 + 1.0) - D1) * P / (D0 * Qsum);
 
-  const auto by_period = [&](double* result, const auto& of_discount) {
+  const auto by_period = [&](double* result, double of_average) {
     if (!result) return;
-    for (int i = 0; i < n; ++i) result[i] = of_discount(w[i] / Qty[i]);
+    int i = 0;
+    for (; i + 1 < n; i += 2) _mm_storeu_pd(result + i, of_average * _mm_loadu_pd(discount + i) / D0);
+    if (i < n) result[i] = of_average * discount[i] / D0;
   };
-  by_period(record.delta_by_period, [&](double discount) { return g[0] * discount / D0; });
-  by_period(record.gamma_by_period, [&](double discount) { return g[1] * discount / D0; });
-  by_period(record.vanna_by_period, [&](double discount) { return g[6] * discount / D0; });
+  by_period(record.delta_by_period, g[0]);
+  by_period(record.gamma_by_period, g[1]);
+  by_period(record.vanna_by_period, g[6]);
   if (!record.decay_by_period) return;
   const double delta_decay = bs_general(F, K, Expiry, IntRt, IntRt, Swapvol, Opttype, 8);
   const double K2 = delta_decay / D0 + g[0] * K1 / A;
-  by_period(record.decay_by_period, [&](double discount) { return K2 * discount; });
+  for (int i = 0; i < n; ++i) record.decay_by_period[i] = K2 * discount[i];
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/bumps.h"
 #include "models/rates/black_strip.h"
 #include "models/trees/log_tree.h"
 #include "numerics/arrays.h"
@@ -77,26 +78,25 @@ double mean_payoff(const CapOption& option, const LastLevel& level) {
 }
 
 // Results 1, 2, 5 and 11 + k with the move h. `input` has room for the strip.
-double bumped_array_result(const CapOption& option, int RetType, double h, double* input) {
+double bumped_array_result(const CapOption& option, CapResult result, int period, double h, double* input) {
   const int n = option.n;
   const double P0 = xcap_tree(option);
   CapOption moved = option;
-  if (RetType == 5) {
+  if (result == CapResult::theta) {
     for (int i = 0; i < n; ++i) input[i] = option.ExpDays[i] - h;
     moved.ExpDays = input;
     moved.T -= h;
     return (xcap_tree(moved) - P0) / h;
   }
   moved.Price = input;
-  if (RetType >= 11) {
-    const int k = RetType - 11;
+  if (result == CapResult::first_period_delta) {
     std::copy(option.Price, option.Price + n, input);
-    input[k] *= 1.001;
-    return (xcap_tree(moved) - P0) / (option.Price[k] * 0.001);
+    input[period] *= bump_up;
+    return (xcap_tree(moved) - P0) / (option.Price[period] * bump);
   }
   for (int i = 0; i < n; ++i) input[i] = option.Price[i] + h;
   const double P1 = xcap_tree(moved);
-  if (RetType == 1) return (P1 - P0) / h;
+  if (result == CapResult::delta) return (P1 - P0) / h;
   for (int i = 0; i < n; ++i) input[i] = option.Price[i] - h;
   return (P1 + xcap_tree(moved) - 2.0 * P0) / (h * h);
 }
@@ -144,36 +144,39 @@ double xcap_tree(const CapOption& option) {
 
 double xcap_greeks(const CapOption& option, int RetType) {
   CapOption moved = option;
+  auto result = static_cast<CapResult>(RetType);
+  const int period = RetType - static_cast<int>(CapResult::first_period_delta);
   double h = 0.0;
-  switch (RetType) {
-    case 0:
+  switch (result) {
+    case CapResult::premium:
       return xcap_tree(option);
-    case 3:
-      moved.StripVol *= 1.001;
-      return (xcap_tree(moved) - xcap_tree(option)) / (option.StripVol * 0.001);
-    case 4:
+    case CapResult::vega:
+      moved.StripVol *= bump_up;
+      return (xcap_tree(moved) - xcap_tree(option)) / (option.StripVol * bump);
+    case CapResult::rho:
       if (option.r == 0.0) return 0.0;
-      moved.r *= 1.001;
-      moved.r_carry *= 1.001;
-      return (xcap_tree(moved) - xcap_tree(option)) / (option.r * 0.001);
-    case 1:
-    case 2:
-      for (int i = 0; i < option.n; ++i) h += 0.001 * option.Price[i];
+      moved.r *= bump_up;
+      moved.r_carry *= bump_up;
+      return (xcap_tree(moved) - xcap_tree(option)) / (option.r * bump);
+    case CapResult::delta:
+    case CapResult::gamma:
+      for (int i = 0; i < option.n; ++i) h += bump * option.Price[i];
       h /= option.n;
       break;
-    case 5:
+    case CapResult::theta:
       if (option.T <= 1e-6) return 0.0;
       h = option.T > 0.001 ? 0.001 : 1e-6;
       break;
     default:
-      if (RetType < 11 || RetType - 11 >= option.n) return 0.0;
+      if (RetType < 0 || period < 0 || period >= option.n) return 0.0;
+      result = CapResult::first_period_delta;
   }
 
   double* input = dvector(0, option.n - 1);
   if (!input) return not_a_number;
-  const double result = bumped_array_result(option, RetType, h, input);
+  const double value = bumped_array_result(option, result, period, h, input);
   free_dvector(input, 0, option.n - 1);
-  return result;
+  return value;
 }
 
 }  // namespace kestran

@@ -44,16 +44,18 @@ double capfloor_strip_value(double m, const double* Price, const double* IntRt, 
 /// capfloor_strip_value says of bad periods holds here.
 double xcap_tree(const CapOption& option);
 
-/// Premium or a sensitivity by repricing:
-///   0 premium
-///   1 delta: all prices up by h, 0.001 of their mean
-///   2 gamma: the same up and down; the move is small against the spacing of the nodes and meets the payoff's
-///     kink only by chance, so gamma is unsteady in N
-///   3 vega per 1.00 of StripVol: up by 0.1 %
-///   4 rho: r and r_carry up by 0.1 %; 0 when r = 0
-///   5 theta per year from 0.001 year (1e-6 when T is not more than 0.001; 0 when T is not more than 1e-6)
-///   11 + k  delta to the price of period k alone, k from 0 (up by 0.1 %); 0 for k >= n
-/// Any other RetType gives 0.
+enum class CapResult : int {
+  premium = 0,
+  delta = 1,  // all prices up by 0.001 of their mean
+  gamma = 2,  // the same up and down: small against the spacing of the nodes, it meets the payoff's
+              // kink only by chance, so gamma is unsteady in N
+  vega = 3,   // per 1.00 of StripVol: up by 0.1 %
+  rho = 4,    // r and r_carry up by 0.1 %; 0 when r = 0
+  theta = 5,  // per year, from 0.001 year (1e-6 when T is not more than 0.001; 0 when T <= 1e-6)
+  first_period_delta = 11  // and on: delta to the price of that period alone (up by 0.1 %); 0 beyond the last
+};
+
+/// Premium or a sensitivity by repricing: RetType is a CapResult. Any other gives 0.
 double xcap_greeks(const CapOption& option, int RetType);
 
 }  // namespace kestran

@@ -1,4 +1,4 @@
-// The part of bench/sql that DuckDB does: runs the first statement, then times the others, eleven times in turn.
+// The part of bench/sql/run that DuckDB does: runs the first statement, then times the others, eleven times in turn.
 import { createRequire } from 'node:module';
 import { resolve } from 'node:path';
 
