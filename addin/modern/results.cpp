@@ -36,7 +36,11 @@ static bool leave_slot(const XLOPER12* record) {
 
 // The record, followed by the elements of an array, in one piece.
 static XLOPER12* allocate(std::size_t records) {
-  return static_cast<XLOPER12*>(::operator new(records * sizeof(XLOPER12), std::nothrow));
+  try {
+    return static_cast<XLOPER12*>(::operator new(records * sizeof(XLOPER12)));
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 void write_answer(const Answer& answer, XLOPER12& record) {
