@@ -1,8 +1,10 @@
 #include "bench/cases.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <random>
 
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
@@ -54,8 +56,37 @@ std::deque<Case>& cases() {
   return all;
 }
 
-Case& add_case(const std::string& name, double changing, double scale) {
-  return cases().emplace_back(Case{name, changing, changing * 1.0001, scale, {}, ""});
+const Side& model_of(const Case& option) {
+  return *std::find_if(option.sides.begin(), option.sides.end(),
+                       [](const Side& side) { return side.name == "model"; });
+}
+
+const Case* half_size_of(const Case& option) {
+  const std::string& name = option.name;
+  for (std::size_t at = name.find_first_of("/x"); at != std::string::npos;
+       at = name.find_first_of("/x", at + 1)) {
+    const std::size_t end = std::min(name.find_first_not_of("0123456789", at + 1), name.size());
+    if (end == at + 1) continue;
+    const int size = std::stoi(name.substr(at + 1, end - at - 1));
+    const std::string half = name.substr(0, at + 1) + std::to_string(size / 2) + name.substr(end);
+    for (const Case& other : cases())
+      if (size % 2 == 0 && other.name == half) return &other;
+  }
+  return nullptr;
+}
+
+std::vector<double> drawn(double lowest, double highest, std::size_t count, unsigned seed) {
+  std::mt19937 random(seed);
+  std::vector<double> numbers(count);
+  for (double& number : numbers)
+    number = lowest + (highest - lowest) * (static_cast<double>(random()) * 0x1p-32);
+  return numbers;
+}
+
+Case& add_case(const std::string& name, double changing, double scale, Range range) {
+  const auto seed = static_cast<unsigned>(cases().size());
+  return cases().emplace_back(
+      Case{name, drawn(changing * range.lowest, changing * range.highest, inputs, seed), scale, {}, "", 1.0});
 }
 
 void add_worksheet(Case& option, const char* function, const std::vector<Argument>& arguments,

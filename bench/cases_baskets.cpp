@@ -132,7 +132,7 @@ void add_difference_of_baskets() {
 }  // namespace
 
 void add_basket_cases() {
-  for (int n : {2, 50, 256}) add_basket(n);
+  for (int n : {2, 50, 64, 128, 256}) add_basket(n);
   add_two_assets();
   add_basket_of_fixings(50);
   add_basket_correlation(25);

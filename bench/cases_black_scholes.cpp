@@ -25,19 +25,6 @@ void add_european() {
   if constexpr (quantlib::available)
     add_quantlib(premium, "AnalyticEuropeanEngine, with greeks", same_option,
                  quantlib::european(asset, K, days));
-
-  Case& nine = add_case("EURO/nine results", S, S);
-  add_model(nine, [](double price) {
-    double sum = 0.0;
-    for (int RetType = 0; RetType <= 8; ++RetType) sum += bs_general(price, K, T, r, q, sigma, 1, RetType);
-    return sum;
-  });
-  add_straight(nine, [](double price) {
-    double sum = 0.0;
-    for (int RetType = 0; RetType <= 8; ++RetType)
-      sum += straight::european(price, K, T, r, q, sigma, 1, RetType);
-    return sum;
-  });
 }
 
 void add_american_quadratic() {
@@ -109,7 +96,7 @@ void add_cash_on_delivery() {
   add_straight(option,
                [](double price) { return straight::cash_on_delivery(price, K, T, r, q, sigma, due); });
 
-  Case& premium = add_case("CODPREM", S, S);
+  Case& premium = add_case("CODPREM", S, S, {0.85, 1.3});
   add_worksheet(premium, "CODPREM", {S, K, r, q, sigma, days, 1}, 0);
   add_model(premium, [](double price) { return cod_premium(price, K, T, r, q, sigma, 1); });
   add_straight(premium, [](double price) { return straight::contingent_premium(price, K, T, r, q, sigma); });
@@ -126,7 +113,7 @@ void add_combination() {
 
 void add_boston() {
   constexpr double B = 110.0;
-  Case& strike = add_case("BOST", S, S);
+  Case& strike = add_case("BOST", S, S, {0.8, 1.0});
   add_worksheet(strike, "BOST", {S, B, r, q, sigma, days, 1}, 0);
   add_model(strike, [](double price) { return boston_strike(price, B, T, r, q, sigma, 1); });
   add_straight(strike, [](double price) { return straight::boston_strike(price, B, T, r, q, sigma); });
@@ -156,7 +143,7 @@ void add_bivariate_normals() {
 void add_black_scholes_cases() {
   add_european();
   add_american_quadratic();
-  for (int steps : {100, 500, 1000}) add_american_tree(steps);
+  for (int steps : {100, 500, 1000, 2000, 4000}) add_american_tree(steps);
   add_implied_volatilities();
   add_digital();
   add_cash_on_delivery();

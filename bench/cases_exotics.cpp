@@ -19,7 +19,8 @@ constexpr double T = days / 365.25;
 
 // Rate and yield are equal: otherwise the model's drift is not the continuous one of QuantLib.
 void add_barrier(const char* name, double K, double H, double R, int KnockType) {
-  Case& option = add_case(name, S, S);
+  // The barrier has not been reached.
+  Case& option = add_case(name, S, S, {H / S + 0.01, 1.3});
   add_worksheet(option, "BRRR", {S, K, r, r, sigma, days, H, R, 1, double(KnockType), 0}, 0);
   add_model(option,
             [=](double price) { return barrier_price(price, K, sigma, r, r, days, H, R, 1, KnockType); });
@@ -33,7 +34,7 @@ void add_barrier(const char* name, double K, double H, double R, int KnockType) 
 
 void add_lookback() {
   constexpr double K = 95.0, q = 0.03;
-  Case& option = add_case("LKBK", S, S);
+  Case& option = add_case("LKBK", S, S, {K / S, 1.3});
   add_worksheet(option, "LKBK", {S, K, r, q, sigma, days, 1, 0}, 0);
   add_model(option, [](double price) { return lookback_price(price, K, r, q, sigma, days, 1, 365.25); });
   add_straight(option,

@@ -123,7 +123,7 @@ double swaption_price(const Model& model) {
   record.decay_by_period = by_period[2];
   record.vanna_by_period = by_period[3];
   model(record);
-  benchmark::DoNotOptimize(by_period);
+  keep(by_period);
   return record.price;
 }
 
@@ -150,6 +150,24 @@ void add_swaption(int n) {
         option, "InterestRate and blackFormula, premium only", same_option,
         [p, price = quantlib::swaption(p->forward.data(), p->quantity.data(), p->end.data(), p->rate.data(),
                                        sigma, r, expiry, n)](double strike) { return price(strike); });
+}
+
+// The same swaption when its volatility moves, beside what a pricing library recalculates then.
+void add_moved_volatility(int n) {
+  constexpr double K = 20.5, r = 0.05, sigma = 0.3, expiry = 0.25;
+  const auto p = periods(n);
+  Case& option = add_case("SWAPTION/vol/" + std::to_string(n), sigma, 20.0);
+  add_worksheet(option, "SWAPTION", {p->forward, p->quantity, p->end, p->rate, sigma, K, r, expiry, 1, 0, 1},
+                4);
+  add_model(option, [=](double volatility) {
+    return swaption_price([&](SwaptionRecord& record) {
+      swaption_model(p->forward.data(), p->quantity.data(), p->end.data(), p->rate.data(), volatility, K, r,
+                     expiry, n, 1, record);
+    });
+  });
+  if constexpr (quantlib::available)
+    add_quantlib(option, "BlackSwaptionEngine, of a swap on a rate", not_compared,
+                 quantlib::black_swaption(n));
 }
 
 // The fixed price of each period is a tenth above its forward price.
@@ -179,10 +197,11 @@ void add_swaption_with_strikes(int n) {
 
 void add_rates_cases() {
   for (int n : {12, 120}) add_cap(n);
-  add_option_on_cap(200, 12);
-  add_option_on_cap(1000, 60);
+  for (int steps : {200, 1000, 2000, 4000}) add_option_on_cap(steps, 12);
+  for (int n : {30, 60, 120}) add_option_on_cap(1000, n);
   add_option_on_collar(12);
-  for (int n : {12, 120}) add_swaption(n);
+  for (int n : {12, 30, 60, 120}) add_swaption(n);
+  for (int n : {12, 120}) add_moved_volatility(n);
   add_swaption_with_strikes(12);
 }
 

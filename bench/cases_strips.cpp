@@ -143,7 +143,7 @@ void add_option_strip(int days, bool forward_start) {
   strip.basis = 0.5;
   strip.OptType = 1;
 
-  Case& option = add_case("OSTRIP/" + std::to_string(days) + (forward_start ? " fwd" : ""), F, F);
+  Case& option = add_case("OSTRIP/" + std::to_string(days) + (forward_start ? "/fwd" : ""), F, F);
   add_worksheet(option, "OSTRIP",
                 {F, strip.K, set_day, first_day, double(strip.E), double(strip.FwdStFlag), strip.r,
                  strip.sigma_before, strip.sigma_after, strip.pct, strip.basis, 1, 0},
@@ -181,7 +181,7 @@ void add_spread_strip(int days, bool forward_start) {
   strip.FwdStFlag = forward_start;
   strip.OptType = 1;
 
-  Case& option = add_case("OSTRIPSPRD/" + std::to_string(days) + (forward_start ? " fwd" : ""), F1, F1);
+  Case& option = add_case("OSTRIPSPRD/" + std::to_string(days) + (forward_start ? "/fwd" : ""), F1, F1);
   add_worksheet(option, "OSTRIPSPRD",
                 {F1, strip.F2, strip.sigma1_m, strip.sigma1_d, strip.sigma2_m, strip.sigma2_d, strip.rho_m,
                  strip.rho_d, strip.K, set_day, first_day, double(strip.E), strip.r, strip.pct, strip.basis,
@@ -232,7 +232,7 @@ void add_year_strip(int n) {
     of_quantity.AnnualQty = quantity;
     double results[7];
     model(of_quantity, results);
-    benchmark::DoNotOptimize(results);
+    keep(results);
     return results[0];
   };
   add_model(option, [=](double quantity) { return premium(yrstrip_value, quantity); });
@@ -242,12 +242,14 @@ void add_year_strip(int n) {
 }  // namespace
 
 void add_strips_cases() {
-  for (int n : {12, 256}) add_average_strip(n);
+  for (int n : {12, 32, 64, 128, 256}) add_average_strip(n);
   add_average_strip_with_volumes(12);
   add_two_contracts(21);
-  for (bool forward_start : {false, true}) add_option_strip(31, forward_start);
-  for (bool forward_start : {false, true}) add_spread_strip(31, forward_start);
-  add_year_strip(12);
+  for (bool forward_start : {false, true})
+    for (int days : {31, 62, 124, 248}) add_option_strip(days, forward_start);
+  for (bool forward_start : {false, true})
+    for (int days : {31, 62, 124, 248}) add_spread_strip(days, forward_start);
+  for (int n : {12, 24, 48}) add_year_strip(n);
 }
 
 }  // namespace kestran::bench

@@ -1,136 +1,132 @@
-// Measures every model and prints one table. Takes the options of Google Benchmark, such as
-// --benchmark_filter.
-#include <benchmark/benchmark.h>
-
+// Measures every model; bench/run calls it.
+//   kestran_bench --agree FILTER     whether all sides of a case price alike
+//   kestran_bench --pass N FILTER    one pass over the cases: lines of build, case, side and nanoseconds a
+//   call kestran_bench --report FILE      the table of what passes printed into FILE kestran_bench --check
+//   FILE LIMITS
+// FILTER is a regular expression that a case's name must match.
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <limits>
-#include <map>
+#include <cstdlib>
+#include <ctime>
+#include <regex>
 #include <string>
 #include <vector>
 
 #include "bench/cases.h"
+#include "bench/report.h"
 #include "host/excel_standin.h"
 #include "host/library.h"
 
 namespace kestran::bench {
 namespace {
 
-// The sides of a case are measured one right after the other, and a ratio is taken within each pass: machines
-// change their speed within seconds.
-constexpr int passes = 15;
+#if defined(_WIN64)
+constexpr char build[] = "win64";
+#elif defined(_WIN32)
+constexpr char build[] = "win32";
+#else
+constexpr char build[] = "linux";
+#endif
 
-// By name of the benchmark, nanoseconds of each pass; printed at the end only.
-struct Collector : benchmark::BenchmarkReporter {
-  std::map<std::string, std::vector<double>> times;
+// Of this thread, in nanoseconds. Windows counts a thread's time in ticks too long for this.
+double now() {
+#if defined(_WIN32)
+  const auto since_start = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration<double, std::nano>(since_start).count();
+#else
+  timespec time;
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return 1e9 * static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec);
+#endif
+}
 
-  bool ReportContext(const Context&) override { return true; }
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs)
-      if (run.run_type == Run::RT_Iteration)
-        times[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
-  }
-};
+double duration(const Case& option, const Side& side, std::size_t first, std::size_t calls) {
+  const double begin = now();
+  side.repeat(option.values.data(), first, calls);
+  return now() - begin;
+}
 
-std::string benchmark_name(const Case& option, const Side& side) { return option.name + "/" + side.name; }
+// Nanoseconds a deal: the shortest of a few stretches that are long enough to be timed, since where time is
+// the clock's another program may have had some of it.
+double measured(const Case& option, const Side& side, std::size_t first) {
+  constexpr double long_enough = 1e6;
+  constexpr int stretches = 3;
+  std::size_t calls = 1;
+  const auto shortest = [&](int times) {
+    double least = duration(option, side, first, calls);
+    for (int time = 1; time < times; ++time) least = std::min(least, duration(option, side, first, calls));
+    return least;
+  };
+  while (shortest(2) < long_enough) calls *= 2;
+  return shortest(stretches) / (static_cast<double>(calls) * option.deals);
+}
 
-// Whether all sides of all cases give the price of the model; what does not is printed.
-bool all_agree() {
-  bool agree = true;
-  for (const Case& option : cases()) {
-    const auto model = std::find_if(option.sides.begin(), option.sides.end(),
-                                    [](const Side& side) { return side.name == "model"; });
-    for (double changing : {option.first, option.second}) {
-      const double expected = model->price(changing);
-      for (const Side& side : option.sides) {
-        const double price = side.price(changing);
-        if (std::fabs(price - expected) <= side.tolerance * option.scale) continue;
-        std::fprintf(stderr, "%s: %.17g, but the model gives %.17g\n", benchmark_name(option, side).c_str(),
-                     price, expected);
-        agree = false;
-      }
+// Whether the sides of a case give the price of the model; what does not is printed.
+bool agrees(const Case& option) {
+  constexpr std::size_t compared = 32;
+  const Side& model = model_of(option);
+  for (std::size_t i = 0; i < compared; ++i) {
+    const double expected = model.price(option.values[i]);
+    for (const Side& side : option.sides) {
+      const double price = side.price(option.values[i]);
+      if (std::fabs(price - expected) <= side.tolerance * option.scale) continue;
+      std::fprintf(stderr, "%s: of %.17g %s makes %.17g, but the model %.17g\n", option.name.c_str(),
+                   option.values[i], side.name.c_str(), price, expected);
+      return false;
     }
   }
-  return agree;
+  return true;
 }
 
-double median(std::vector<double> numbers) {
-  if (numbers.empty()) return std::numeric_limits<double>::quiet_NaN();
-  const auto middle = numbers.begin() + static_cast<std::ptrdiff_t>(numbers.size() / 2);
-  std::nth_element(numbers.begin(), middle, numbers.end());
-  return *middle;
-}
-
-std::string printed(double number, const char* format) {
-  if (std::isnan(number)) return "-";
-  char text[32];
-  std::snprintf(text, sizeof text, format, number);
-  return text;
-}
-
-void print_table(const Collector& collector) {
-  std::printf("CPU time per call in nanoseconds and ratios to the model, medians of %d passes\n\n", passes);
-  std::printf("%-18s %12s %12s %15s", "", "worksheet", "model", "straight/model");
-  if (quantlib::available) std::printf(" %15s  %s", "QuantLib/model", "QuantLib's");
-  std::printf("\n");
+int over_cases(bool compare, std::size_t pass, const std::regex& filter) {
+  bool agree = true;
   for (const Case& option : cases()) {
-    const auto times = [&](const char* side) {
-      const auto found = collector.times.find(option.name + "/" + side);
-      return found == collector.times.end() ? std::vector<double>() : found->second;
-    };
-    const std::vector<double> model = times("model");
-    if (model.empty()) continue;
-    const auto ratio = [&](const char* side) {
-      std::vector<double> ratios = times(side);
-      for (std::size_t pass = 0; pass < ratios.size(); ++pass) ratios[pass] /= model[pass];
-      return printed(median(ratios), "%.2f");
-    };
-    std::printf("%-18s %12s %12s %15s", option.name.c_str(),
-                printed(median(times("worksheet")), "%.0f").c_str(), printed(median(model), "%.0f").c_str(),
-                ratio("straight").c_str());
-    if (quantlib::available)
-      std::printf(" %15s  %s", ratio("QuantLib").c_str(), option.quantlib_name.c_str());
-    std::printf("\n");
+    if (!std::regex_search(option.name, filter)) continue;
+    if (compare) {
+      agree = agrees(option) && agree;
+      continue;
+    }
+    for (const Side& side : option.sides)
+      std::printf("%s %s %s %.6g\n", build, option.name.c_str(), side.name.c_str(),
+                  measured(option, side, pass * 977));
   }
+  if (agree) return 0;
+  std::fputs("Nothing was measured: a benchmark must not compare different things.\n", stderr);
+  return 1;
 }
 
-int run() {
+int run(const std::vector<std::string>& arguments) {
   const std::string failure = load_addin(program_folder() + KESTRAN_ADDIN);
   if (!failure.empty()) {
     std::fprintf(stderr, "%s\n", failure.c_str());
     return 1;
   }
+  standin().arrays_as_they_are = true;
   add_black_scholes_cases();
   add_exotics_cases();
   add_asian_cases();
   add_basket_cases();
   add_strips_cases();
   add_rates_cases();
-  if (!all_agree()) {
-    std::fputs("Nothing was measured: a benchmark must not compare different things.\n", stderr);
-    return 1;
-  }
+  add_book_cases();
 
-  for (const Case& option : cases())
-    for (const Side& side : option.sides)
-      benchmark::RegisterBenchmark(benchmark_name(option, side).c_str(), side.measure);
-  Collector collector;
-  for (int pass = 1; pass <= passes; ++pass) {
-    if (benchmark::RunSpecifiedBenchmarks(&collector) == 0) return 1;
-    if (collector.times.empty()) return 0;  // the benchmarks were only listed
-    std::fprintf(stderr, "\rpass %d of %d%s", pass, passes, pass == passes ? "\n" : "");
-  }
-  print_table(collector);
+  const std::string& task = arguments[0];
+  int status = 2;
+  if (task == "--agree" && arguments.size() == 2) status = over_cases(true, 0, std::regex(arguments[1]));
+  if (task == "--pass" && arguments.size() == 3)
+    status = over_cases(false, std::strtoul(arguments[1].c_str(), nullptr, 10), std::regex(arguments[2]));
+  if (task == "--report" && arguments.size() == 2) status = print_report(arguments[1]);
+  if (task == "--check" && arguments.size() == 3) status = check_limits(arguments[1], arguments[2]);
   unload_addin();
-  return 0;
+  return status;
 }
 
 }  // namespace
 }  // namespace kestran::bench
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-  return kestran::bench::run();
+  if (argc < 2) return 2;
+  return kestran::bench::run({argv + 1, argv + argc});
 }

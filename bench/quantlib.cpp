@@ -2,14 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ql/currencies/europe.hpp>
 #include <ql/exercise.hpp>
 #include <ql/experimental/exoticoptions/analyticcompoundoptionengine.hpp>
 #include <ql/experimental/exoticoptions/analyticeuropeanmargrabeengine.hpp>
+#include <ql/indexes/iborindex.hpp>
 #include <ql/instruments/asianoption.hpp>
 #include <ql/instruments/barrieroption.hpp>
 #include <ql/instruments/basketoption.hpp>
 #include <ql/instruments/lookbackoption.hpp>
 #include <ql/instruments/quantovanillaoption.hpp>
+#include <ql/instruments/swaption.hpp>
 #include <ql/instruments/vanillaoption.hpp>
 #include <ql/interestrate.hpp>
 #include <ql/math/distributions/bivariatenormaldistribution.hpp>
@@ -19,8 +22,10 @@
 #include <ql/pricingengines/basket/kirkengine.hpp>
 #include <ql/pricingengines/basket/stulzengine.hpp>
 #include <ql/pricingengines/blackformula.hpp>
+#include <ql/pricingengines/blackscholescalculator.hpp>
 #include <ql/pricingengines/lookback/analyticcontinuousfloatinglookback.hpp>
 #include <ql/pricingengines/quanto/quantoengine.hpp>
+#include <ql/pricingengines/swaption/blackswaptionengine.hpp>
 #include <ql/pricingengines/vanilla/analyticeuropeanengine.hpp>
 #include <ql/pricingengines/vanilla/baroneadesiwhaleyengine.hpp>
 #include <ql/pricingengines/vanilla/binomialengine.hpp>
@@ -135,6 +140,17 @@ Price european(const Asset& asset, double K, int days) {
   const Market m = market(asset);
   return repriced(make<QuantLib::VanillaOption>(call(K), at_expiry(days)),
                   make<QuantLib::AnalyticEuropeanEngine>(m.process), m.spot);
+}
+
+Price calculator(const Asset& asset, double K, int days) {
+  const double T = days / 365.25;
+  const double growth = std::exp(-asset.q * T), discount = std::exp(-asset.r * T);
+  const double deviation = asset.sigma * std::sqrt(T);
+  return [=, payoff = call(K)](double price) {
+    const QuantLib::BlackScholesCalculator results(payoff, price, growth, deviation, discount);
+    return results.value() + results.delta() + results.gamma() + results.theta(T) + results.vega(T) +
+           results.rho(T);
+  };
 }
 
 Price digital(const Asset& asset, double Cash, double K, int days) {
@@ -294,6 +310,26 @@ Price swaption(const double* Fwd, const double* Qty, const double* Swaptime, con
                                   std::exp(-IntRt * Expiry)) *
            A / (quantity * to_expiry.discountFactor(Expiry));
   };
+}
+
+Price black_swaption(int n) {
+  const auto curve = flat_rate(0.05);
+  const auto monthly = QuantLib::Period(1, QuantLib::Months);
+  const QuantLib::Date start = today() + 91;
+  const QuantLib::Schedule schedule(start, start + n * monthly, monthly, QuantLib::NullCalendar(),
+                                    QuantLib::Unadjusted, QuantLib::Unadjusted,
+                                    QuantLib::DateGeneration::Forward, false);
+  const auto index =
+      make<QuantLib::IborIndex>("monthly", monthly, 0, QuantLib::EURCurrency(), QuantLib::NullCalendar(),
+                                QuantLib::Unadjusted, false, QuantLib::Actual36525(), curve);
+  const auto swap =
+      make<QuantLib::VanillaSwap>(QuantLib::VanillaSwap::Payer, 1.0, schedule, 0.05, QuantLib::Actual36525(),
+                                  schedule, index, 0.0, QuantLib::Actual36525());
+  const auto swaption = make<QuantLib::Swaption>(swap, make<QuantLib::EuropeanExercise>(today() + 90));
+  const auto volatility = make<QuantLib::SimpleQuote>(0.3);
+  return repriced(swaption,
+                  make<QuantLib::BlackSwaptionEngine>(curve, QuantLib::Handle<QuantLib::Quote>(volatility)),
+                  volatility);
 }
 
 Price binorm_drezner(double b, double rho) {

@@ -29,6 +29,9 @@ struct Asset {
 
 /// AnalyticEuropeanEngine
 Price european(const Asset& asset, double K, int days);
+/// The sum of BlackScholesCalculator's value and five greeks; discount factors and deviation are worked out
+/// once
+Price calculator(const Asset& asset, double K, int days);
 /// The same engine on a payoff of Cash
 Price digital(const Asset& asset, double Cash, double K, int days);
 /// BaroneAdesiWhaleyApproximationEngine, put
@@ -71,6 +74,9 @@ Price option_on_cap(const CapOption& option);
 /// strike
 Price swaption(const double* Fwd, const double* Qty, const double* Swaptime, const double* Rates,
                double Swapvol, double IntRt, double Expiry, int n);
+
+/// BlackSwaptionEngine on monthly periods, by the volatility
+Price black_swaption(int n);
 
 /// The two bivariate normal distributions, by a
 Price binorm_drezner(double b, double rho);

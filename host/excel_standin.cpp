@@ -684,6 +684,10 @@ void note_fault(const std::string& fault) {
 
 template <class Record>
 int call_standin(int function, Record* result, int count, Record** operands) noexcept {
+  if (standin().arrays_as_they_are && count > 0 && operands[0]->type == xltypeMulti) {
+    if (function == xlCoerce && result != nullptr) *result = *operands[0];
+    if (function == xlCoerce || function == xlFree) return xlretSuccess;
+  }
   Call<Record> call{count, operands, result != nullptr, error_record<Record>(xlerrValue)};
   int code = xlretFailed;
   try {

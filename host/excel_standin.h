@@ -98,7 +98,8 @@ struct Standin {
   bool user_breaks = false;       // Escape was pressed
   bool worker = false;            // on a thread beside the main one
   double last_id = 0.0;
-  bool out_of_memory = false;  // a call of the add-in could not be answered for want of memory
+  bool arrays_as_they_are = false;  // coerced to themselves at no cost, for measuring the add-in alone
+  bool out_of_memory = false;       // a call of the add-in could not be answered for want of memory
 };
 
 /// What differs between the interfaces.

@@ -9,7 +9,8 @@ namespace kestran {
 
 static int call_host(int function, XLOPER* result, int count, XLOPER** operands) {
   using Host = int(EXCEL_CDECL*)(int, XLOPER*, int, XLOPER**);
-  void* const found = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(nullptr), "host_excel4v"));
+  static void* const found =
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(nullptr), "host_excel4v"));
   return found == nullptr ? xlretFailed : reinterpret_cast<Host>(found)(function, result, count, operands);
 }
 
