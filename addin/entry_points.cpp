@@ -4,6 +4,8 @@
 #include "addin/system.h"
 #include "addin/xloper_reader.h"
 
+#define RECORD XLOPER
+
 namespace kestran {
 
 static void evaluate(const Function& function, XLOPER* const* given, XLOPER& result) {
@@ -23,12 +25,12 @@ enum {
 #include "functions/function_list.h"
 };
 
-#define FUNCTION(name, function, frame, pointers, description, names)                  \
-  extern "C" KESTRAN_EXPORT XLOPER* EXCEL_STDCALL name(XLOPER_PARAMETERS_##pointers) { \
-    static XLOPER result;                                                              \
-    XLOPER* const given[] = {XLOPER_ARGUMENTS_##pointers};                             \
-    evaluate(catalogue[place_of_##name], given, result);                               \
-    return &result;                                                                    \
+#define FUNCTION(name, function, frame, pointers, description, names)           \
+  extern "C" KESTRAN_EXPORT XLOPER* EXCEL_STDCALL name(PARAMETERS_##pointers) { \
+    static XLOPER result;                                                       \
+    XLOPER* const given[] = {ARGUMENTS_##pointers};                             \
+    evaluate(catalogue[place_of_##name], given, result);                        \
+    return &result;                                                             \
   }
 #include "functions/function_list.h"
 

@@ -1,6 +1,6 @@
-// The part of Excel's C API that the add-in and its hosts use: the XLOPER value record, the codes of value
-// types, errors and functions, and the calling conventions. Declared here from the published interface, so
-// that nothing but a compiler is needed to build.
+// The part of Excel's C API that the add-ins and their hosts use: the value records XLOPER and, since Excel
+// 2007, XLOPER12, the codes of value types, errors and functions, and the calling conventions. Declared here
+// from the published interface, so that nothing but a compiler is needed to build.
 #pragma once
 
 #include <cstdint>
@@ -50,6 +50,39 @@ struct XLOPER {
 static_assert(sizeof(CellRectangle) == 6 && sizeof(AreaList) == 8, "Excel's layout");
 static_assert(sizeof(XLOPER) == (sizeof(void*) == 4 ? 16 : 24), "Excel's layout");
 
+struct CellRectangle12 {
+  std::int32_t first_row, last_row, first_column, last_column;
+};
+
+struct AreaList12 {
+  std::uint16_t count;
+  CellRectangle12 area;  // the first of `count`
+};
+
+// The value record of Excel 2007 and later: wide texts, a million rows. Its members have the names of
+// XLOPER's, so that what reads one record reads the other.
+struct XLOPER12 {
+  union {
+    double number;
+    char16_t* text;  // counted: the first character is the length of what follows
+    std::int32_t boolean;
+    std::int32_t error;
+    std::int32_t integer;
+    AreaList12 sheet_reference;
+    struct {
+      AreaList12* areas;
+      std::uintptr_t sheet;
+    } reference;
+    struct {
+      XLOPER12* elements;
+      std::int32_t rows, columns;
+    } array;
+  } value;
+  std::uint32_t type;
+};
+
+static_assert(sizeof(AreaList12) == 20 && sizeof(XLOPER12) == 32, "Excel's layout");
+
 constexpr std::uint16_t xltypeNum = 1;
 constexpr std::uint16_t xltypeStr = 2;
 constexpr std::uint16_t xltypeBool = 4;
@@ -60,6 +93,7 @@ constexpr std::uint16_t xltypeMissing = 128;
 constexpr std::uint16_t xltypeNil = 256;
 constexpr std::uint16_t xltypeSRef = 1024;
 constexpr std::uint16_t xltypeInt = 2048;
+constexpr std::uint16_t xlbitDLLFree = 0x4000;  // in a result: Excel gives it back to xlAutoFree12
 
 constexpr std::uint16_t xlerrNull = 0;
 constexpr std::uint16_t xlerrDiv0 = 7;
@@ -75,6 +109,7 @@ constexpr int xlretInvCount = 4;
 constexpr int xlretInvXloper = 8;
 constexpr int xlretFailed = 32;
 constexpr int xlretUncalced = 64;
+constexpr int xlretNotThreadSafe = 128;
 
 constexpr int xlfSetName = 88;
 constexpr int xlfRegister = 149;
@@ -84,15 +119,20 @@ constexpr int xlfGetBar = 182;
 constexpr int xlfUnregister = 201;
 constexpr int xlfRegisterId = 267;
 constexpr int xlFree = 0x4000;
+constexpr int xlAbort = 0x4001;
 constexpr int xlCoerce = 0x4002;
 constexpr int xlSheetId = 0x4004;
 constexpr int xlGetName = 0x4009;
 constexpr int xlcAlert = 0x8076;
 
-// Excel accepts at most this many operands in one call and arguments in one function.
+// Excel accepts at most this many operands in one call and arguments in one function; with XLOPER12 more.
 constexpr int max_operands = 30;
+constexpr int max_operands12 = 255;
 
 using Excel4Function = int(EXCEL_CDECL*)(int function, XLOPER* result, int count, ...);
 using Excel4vFunction = int(EXCEL_STDCALL*)(int function, XLOPER* result, int count, XLOPER** operands);
+
+// What Excel 2007 and later export for add-ins, by the name of MdCallBack12.
+using Excel12Function = int(EXCEL_STDCALL*)(int function, int count, XLOPER12** operands, XLOPER12* result);
 
 }  // namespace kestran

@@ -92,14 +92,16 @@ bool answers(const Function& function, const ResultText& result) {
          (result.selector >= selector.lowest && result.selector <= selector.highest);
 }
 
-std::string choices(const Function& function, int i) {
+std::string choices(const Function& function, int i, bool brief) {
   const ArgumentText& argument = *text_of(function).arguments[i];
   const Argument& taken = function.arguments[i];
   const bool refuses = taken.kind == ParameterKind::selector;
   std::string text;
   int greatest = 0;
   for (const Choice& choice : argument.choices) {
-    text += (text.empty() ? "" : ", ") + std::to_string(choice.value) + " " + choice.meaning;
+    std::string meaning = choice.meaning;
+    if (brief) meaning = meaning.substr(0, meaning.find(':'));
+    text += (text.empty() ? "" : ", ") + std::to_string(choice.value) + " " + meaning;
     greatest = std::max(greatest, choice.value);
   }
   if (text.empty()) return text;
@@ -109,6 +111,14 @@ std::string choices(const Function& function, int i) {
                      : std::string("any other number")) +
             ": " + argument.other_choices;
   return refuses ? text + ", others refused" : text;
+}
+
+std::string argument_meaning(const Function& function, int i, bool brief) {
+  const ArgumentText& argument = *text_of(function).arguments[i];
+  std::string meaning = kind_of_range(function.arguments[i].kind) + argument.meaning;
+  if (argument.choices.count > 0) meaning += ": " + choices(function, i, brief);
+  if (argument.unit != Unit::selector) meaning += " (" + std::string(unit_name(argument.unit)) + ")";
+  return meaning;
 }
 
 std::string description(const Function& function) {
@@ -121,9 +131,7 @@ std::string description(const Function& function) {
   std::vector<Row> rows;
   for (int i = 0; i < function.argument_count; ++i) {
     const ArgumentText& argument = *about.arguments[i];
-    std::string meaning = kind_of_range(function.arguments[i].kind) + argument.meaning;
-    if (argument.choices.count > 0) meaning += ": " + choices(function, i);
-    if (argument.unit != Unit::selector) meaning += " (" + std::string(unit_name(argument.unit)) + ")";
+    std::string meaning = argument_meaning(function, i);
     if (i == result_argument(function))
       meaning += ", 0 by default";
     else if (!std::isnan(argument.recommended))

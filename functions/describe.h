@@ -17,8 +17,11 @@ std::string example_formula(const Function& function);
 bool answers(const Function& function, const ResultText& result);
 
 /// What a selector's numbers mean: "0 put, 1 call, any other number: call", or "..., others refused". Empty
-/// without choices.
-std::string choices(const Function& function, int argument);
+/// without choices. A brief one leaves out what stands behind the colon in a choice.
+std::string choices(const Function& function, int argument, bool brief = false);
+
+/// What one argument means, with its choices, brief or not, and its unit.
+std::string argument_meaning(const Function& function, int argument, bool brief = false);
 
 /// Signature, arguments, results, an example with its value and how far to trust it, in lines of plain text.
 std::string description(const Function& function);

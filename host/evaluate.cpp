@@ -1,5 +1,6 @@
 #include "host/evaluate.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <exception>
@@ -13,7 +14,7 @@ namespace kestran {
 namespace {
 
 constexpr std::size_t most_arguments = max_operands - 1;
-constexpr std::size_t sheet_columns = 256;
+constexpr int most_tries = 100;             // of a function whose cells come late
 constexpr std::size_t usual_operands = 16;  // more need a second allocation
 
 // An operand: one value, or cells that lie on a sheet or came as an array.
@@ -21,6 +22,7 @@ struct Value {
   Scalar scalar;
   std::shared_ptr<const Block> cells;
   std::size_t sheet = 0;  // counted from 1; 0 for an array
+  bool spills = false;    // an array that a function of today's Excel gave
 };
 
 Value of_scalar(Scalar scalar) {
@@ -80,45 +82,76 @@ Scalar change(Operation operation, const Value& operand) {
   return number_scalar(operation == Operation::negate ? -number : number / 100.0);
 }
 
-template <std::size_t>
-using Argument = XLOPER*;
+std::size_t rows_of(const Value& value) { return value.cells == nullptr ? 1 : value.cells->rows; }
+std::size_t columns_of(const Value& value) { return value.cells == nullptr ? 1 : value.cells->columns; }
 
-template <std::size_t... index>
-XLOPER* call_with(void* entry, XLOPER* const* arguments, std::index_sequence<index...>) {
-  using Entry = XLOPER*(EXCEL_STDCALL*)(Argument<index>...);
+// The value of an operand for one cell of an array of answers.
+Value cell_of(const Value& value, std::size_t row, std::size_t column) {
+  if (value.cells == nullptr) return of_scalar(value.scalar);
+  if (rows_of(value) == 1) row = 0;
+  if (columns_of(value) == 1) column = 0;
+  const bool inside = row < rows_of(value) && column < columns_of(value);
+  return of_scalar(inside ? value.cells->cells[row * columns_of(value) + column] : error_scalar(xlerrNA));
+}
+
+// Where an operand spills, so does what is made of it, cell by cell.
+template <class Calculate>
+Value for_each_cell(const Value& left, const Value& right, const Calculate& calculate) {
+  if (!left.spills && !right.spills) return of_scalar(calculate(left, right));
+  Block block{std::max(rows_of(left), rows_of(right)), std::max(columns_of(left), columns_of(right)), {}};
+  for (std::size_t row = 0; row < block.rows; ++row)
+    for (std::size_t column = 0; column < block.columns; ++column)
+      block.cells.push_back(calculate(cell_of(left, row, column), cell_of(right, row, column)));
+  return {Scalar(), std::make_shared<Block>(std::move(block)), 0, true};
+}
+
+template <class Record, std::size_t>
+using Argument = Record*;
+
+template <class Record, std::size_t... index>
+Record* call_with(void* entry, Record* const* arguments, std::index_sequence<index...>) {
+  using Entry = Record*(EXCEL_STDCALL*)(Argument<Record, index>...);
   (void)arguments;  // not used where there are none
   return reinterpret_cast<Entry>(entry)(arguments[index]...);
 }
 
-template <std::size_t count>
-XLOPER* call_counted(void* entry, XLOPER* const* arguments) {
-  return call_with(entry, arguments, std::make_index_sequence<count>());
+template <class Record, std::size_t count>
+Record* call_counted(void* entry, Record* const* arguments) {
+  return call_with<Record>(entry, arguments, std::make_index_sequence<count>());
 }
 
-using Caller = XLOPER* (*)(void* entry, XLOPER* const* arguments);
+template <class Record>
+using Caller = Record* (*)(void* entry, Record* const* arguments);
 
-template <std::size_t... counts>
-constexpr std::array<Caller, sizeof...(counts)> make_callers(std::index_sequence<counts...>) {
-  return {call_counted<counts>...};
+template <class Record, std::size_t... counts>
+constexpr std::array<Caller<Record>, sizeof...(counts)> make_callers(std::index_sequence<counts...>) {
+  return {call_counted<Record, counts>...};
 }
 
 // By number of arguments: the callee of 32-bit Windows takes exactly as many off the stack as it declares.
-constexpr auto callers = make_callers(std::make_index_sequence<most_arguments + 1>());
+template <class Record>
+constexpr auto callers = make_callers<Record>(std::make_index_sequence<most_arguments + 1>());
 
-// An argument as Excel passes it; `memory` and `areas` hold what the record points at.
-void make_argument(const Value& value, XLOPER& record, std::vector<std::unique_ptr<char[]>>& memory,
-                   AreaList& areas) {
+// An argument as Excel passes it; `memory` and `areas` hold what the record points at. A range that no sheet
+// is wide enough for is an array.
+template <class Record>
+void make_argument(const Value& value, Record& record, std::vector<std::unique_ptr<char[]>>& memory,
+                   typename Interface<Record>::Areas& areas) {
   if (value.cells == nullptr && value.scalar.kind == Kind::number) {
     record.type = xltypeNum;
     record.value.number = value.scalar.number;
   } else if (value.cells == nullptr) {
-    record = make_record(value.scalar, memory.emplace_back());
-  } else if (value.sheet == 0) {
-    record = make_array(*value.cells, memory.emplace_back());
+    record = make_record<Record>(value.scalar, memory.emplace_back());
+  } else if (value.sheet == 0 || value.cells->columns > Interface<Record>::columns) {
+    record = make_array<Record>(*value.cells, memory.emplace_back());
   } else {
+    const Origin origin = origin_of<Record>(*value.cells);
+    using Row = decltype(areas.area.last_row);
+    using Column = decltype(areas.area.last_column);
     areas.count = 1;
-    areas.area = {0, static_cast<std::uint16_t>(value.cells->rows - 1), 0,
-                  static_cast<std::uint8_t>(value.cells->columns - 1)};
+    areas.area = {static_cast<Row>(origin.row), static_cast<Row>(origin.row + value.cells->rows - 1),
+                  static_cast<Column>(origin.column),
+                  static_cast<Column>(origin.column + value.cells->columns - 1)};
     if (value.sheet == 1) {
       record.type = xltypeSRef;
       record.value.sheet_reference = areas;
@@ -129,7 +162,8 @@ void make_argument(const Value& value, XLOPER& record, std::vector<std::unique_p
   }
 }
 
-Value read_result(const XLOPER* result) {
+template <class Record>
+Value read_result(const Record* result) {
   Value value;
   if (result == nullptr) {
     note_fault("gives no result");
@@ -143,28 +177,63 @@ Value read_result(const XLOPER* result) {
   return value;
 }
 
-Value call_function(const std::string& name, const Value* given, std::size_t count) {
-  const Registration* const function = find_function(name);
-  if (function == nullptr || count > function->arguments) return of_scalar(error_scalar(xlerrName));
-  void* const entry = function->entry;
-  const std::size_t declared = function->arguments;
+// A result that the add-in wants back goes back on this thread, before the next call.
+Value take_result(const Registration&, XLOPER* result) { return read_result(result); }
+Value take_result(const Registration& function, XLOPER12* result) {
+  const bool wanted_back = result != nullptr && (result->type & xlbitDLLFree) != 0;
+  if (wanted_back) result->type &= ~std::uint32_t{xlbitDLLFree};
+  Value value = read_result(result);
+  value.spills = value.cells != nullptr && value.cells->cells.size() > 1;
+  if (!wanted_back) return value;
+  result->type |= xlbitDLLFree;
+  if (function.take_back == nullptr) {
+    note_fault("wants a result back but has no xlAutoFree12");
+  } else {
+    reinterpret_cast<void(EXCEL_STDCALL*)(XLOPER12*)>(function.take_back)(result);
+    ++standin().accounting.results_freed;
+  }
+  return value;
+}
+
+template <class Record>
+Value call_records(const Registration& function, const Value* given, std::size_t count) {
   std::vector<std::unique_ptr<char[]>> memory;
-  std::array<AreaList, most_arguments> areas;
-  std::array<XLOPER, most_arguments> records;
-  std::array<XLOPER*, most_arguments> arguments{};
-  for (std::size_t i = 0; i < declared; ++i) {
+  std::array<typename Interface<Record>::Areas, most_arguments> areas;
+  std::array<Record, most_arguments> records;
+  std::array<Record*, most_arguments> arguments{};
+  for (std::size_t i = 0; i < function.arguments; ++i) {
     arguments[i] = &records[i];
     records[i].type = xltypeMissing;
     if (i < count) make_argument(given[i], records[i], memory, areas[i]);
   }
+  return take_result(function, call_entry(function.entry, arguments.data(), function.arguments));
+}
+
+// Today's Excel calls a function again that met a cell that was not calculated; meanwhile it calculates it.
+Value call_wide(const Registration& function, const Value* given, std::size_t count) {
+  for (int tries = 1;; ++tries) {
+    standin().met_uncalculated = false;
+    Value value = call_records<XLOPER12>(function, given, count);
+    if (!standin().met_uncalculated) return value;
+    if (tries == most_tries) {
+      note_fault("asks for cells that are not calculated without end");
+      return value;
+    }
+  }
+}
+
+Value call_function(const std::string& name, const Value* given, std::size_t count) {
+  const Registration* const function = find_function(name);
+  if (function == nullptr || count > function->arguments) return of_scalar(error_scalar(xlerrName));
   Value value;
   const bool gives_logical = registered_text(*function, type_text) == "A";
   begin_call(registered_name(*function));
   if (gives_logical) {
     using Entry = int(EXCEL_STDCALL*)();
-    value.scalar = boolean_scalar((reinterpret_cast<Entry>(entry)() & 0xFFFF) != 0);
+    value.scalar = boolean_scalar((reinterpret_cast<Entry>(function->entry)() & 0xFFFF) != 0);
   } else {
-    value = read_result(call_entry(entry, arguments.data(), declared));
+    value =
+        function->wide ? call_wide(*function, given, count) : call_records<XLOPER>(*function, given, count);
   }
   end_call();
   return value;
@@ -191,10 +260,11 @@ Value call_traced(const std::string& name, const Value* given, std::size_t count
 
 // Puts a range on a sheet; gives its number, counted from 1, or 0 where it fits on none.
 std::size_t lay_out(const std::shared_ptr<const Block>& block) {
-  auto& sheets = standin().sheets;
-  if (block->columns > sheet_columns) return 0;
-  sheets.push_back(block);
-  return sheets.size();
+  Standin& excel = standin();
+  const bool wide = !excel.registrations.empty() && excel.registrations.back().wide;
+  if (block->columns > (wide ? Interface<XLOPER12>::columns : Interface<XLOPER>::columns)) return 0;
+  excel.sheets.push_back(block);
+  return excel.sheets.size();
 }
 
 // Does one step with the operands on the stack.
@@ -205,12 +275,14 @@ void do_step(Step& step, std::vector<Value>& stack, Trace& trace) {
       break;
     case Operation::block: {
       const std::size_t sheet = lay_out(step.block);
-      stack.push_back({Scalar(), std::move(step.block), sheet});
+      stack.push_back({Scalar(), std::move(step.block), sheet, false});
       break;
     }
     case Operation::negate:
     case Operation::percent:
-      stack.back() = of_scalar(change(step.operation, stack.back()));
+      stack.back() = for_each_cell(stack.back(), Value(), [&](const Value& operand, const Value&) {
+        return change(step.operation, operand);
+      });
       break;
     case Operation::drop:
       stack.pop_back();
@@ -223,9 +295,11 @@ void do_step(Step& step, std::vector<Value>& stack, Trace& trace) {
       break;
     }
     default: {
-      const Scalar result = combine(step.operation, stack[stack.size() - 2], stack.back());
+      Value result = for_each_cell(
+          stack[stack.size() - 2], stack.back(),
+          [&](const Value& left, const Value& right) { return combine(step.operation, left, right); });
       stack.pop_back();
-      stack.back() = of_scalar(result);
+      stack.back() = std::move(result);
     }
   }
 }
@@ -237,13 +311,33 @@ int declared_arguments(const std::string& name) {
 
 }  // namespace
 
-XLOPER* call_entry(void* entry, XLOPER* const* arguments, std::size_t count) {
-  return callers[count](entry, arguments);
+template <class Record>
+Record* call_entry(void* entry, Record* const* arguments, std::size_t count) {
+  return callers<Record>[count](entry, arguments);
 }
+template XLOPER* call_entry(void*, XLOPER* const*, std::size_t);
+template XLOPER12* call_entry(void*, XLOPER12* const*, std::size_t);
 
 const char out_of_memory_text[] = "#MEMORY!";
 
 namespace {
+
+// Infinities and NaN are nothing that a cell holds, and what holds nothing shows 0.
+Kind shown_kind(const Scalar& scalar) {
+  if (scalar.kind == Kind::number && !std::isfinite(scalar.number)) return Kind::error;
+  return scalar.kind == Kind::empty || scalar.kind == Kind::missing ? Kind::number : scalar.kind;
+}
+
+// An array as a formula has it: rows behind semicolons, cells behind commas, texts in quotes.
+std::string printed(const Block& block) {
+  std::string text = "{";
+  for (std::size_t i = 0; i < block.cells.size(); ++i) {
+    if (i > 0) text += i % block.columns == 0 ? ';' : ',';
+    const bool quotes = block.cells[i].kind == Kind::text;
+    text += quotes ? '"' + printed(block.cells[i]) + '"' : printed(block.cells[i]);
+  }
+  return text + '}';
+}
 
 Evaluation evaluate(std::string_view line, std::vector<Call>* calls) {
   std::vector<Value> stack;
@@ -254,11 +348,15 @@ Evaluation evaluate(std::string_view line, std::vector<Call>* calls) {
   if (unreadable.column != 0)
     return {"#SYNTAX! column " + std::to_string(unreadable.column) + ": expected " + unreadable.expected,
             false};
-  const Value& value = stack.back();
+  Value& value = stack.back();
   const Scalar& shown = value.cells == nullptr ? value.scalar : value.cells->cells[0];
-  Evaluation evaluation{printed(shown), true, shown.kind, std::move(trace.unknown_function)};
-  if (shown.kind == Kind::number && !std::isfinite(shown.number)) evaluation.kind = Kind::error;
-  if (shown.kind == Kind::empty || shown.kind == Kind::missing) evaluation.kind = Kind::number;
+  Evaluation evaluation{printed(shown), true, shown_kind(shown), std::move(trace.unknown_function)};
+  if (value.spills) {
+    evaluation.text = printed(*value.cells);
+    for (const Scalar& cell : value.cells->cells)
+      if (evaluation.kind != Kind::error) evaluation.kind = shown_kind(cell);
+    evaluation.array = std::move(value.cells);
+  }
   return evaluation;
 }
 
@@ -267,6 +365,7 @@ Evaluation evaluate(std::string_view line, std::vector<Call>* calls) {
 Evaluation evaluate_line(std::string_view line, std::vector<Call>* calls) noexcept {
   Standin& excel = standin();
   excel.sheets.clear();
+  excel.calculated.clear();
   excel.out_of_memory = false;
   try {
     Evaluation evaluation = evaluate(line, calls);

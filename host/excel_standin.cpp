@@ -3,51 +3,71 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <limits>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 #include "host/library.h"
+#include "host/wide_text.h"
 
 namespace kestran {
 namespace {
 
 constexpr std::uintptr_t first_sheet_id = 0x4B0001;
+constexpr std::size_t longest_registered = 255;  // characters of a text
+constexpr std::size_t most_records = 30;         // that this host passes, with the result
 
 using Command = int(EXCEL_STDCALL*)();
 
-XLOPER error_record(std::uint16_t code) {
-  XLOPER record;
+template <class Record>
+Record error_record(int code) {
+  Record record;
   record.type = xltypeErr;
-  record.value.error = code;
+  record.value.error = static_cast<decltype(record.value.error)>(code);
   return record;
 }
 
-XLOPER number_record(double number) {
-  XLOPER record;
+template <class Record>
+Record number_record(double number) {
+  Record record;
   record.type = xltypeNum;
   record.value.number = number;
   return record;
 }
 
-XLOPER boolean_record(bool value) {
-  XLOPER record;
+template <class Record>
+Record boolean_record(bool value) {
+  Record record;
   record.type = xltypeBool;
   record.value.boolean = value ? 1 : 0;
   return record;
 }
 
-std::string counted_text(const char* text) { return {text + 1, static_cast<unsigned char>(text[0])}; }
+// The characters of a counted text.
+std::string characters(const char* text) { return {text + 1, static_cast<unsigned char>(text[0])}; }
+std::string characters(const char16_t* text) { return narrow({text + 1, text[0]}); }
 
-bool number_operand(const XLOPER& operand, double& number) {
+// A text as the records of an interface hold it, as far as it fits.
+std::string as_held(const std::string& text, const XLOPER*) {
+  return text.substr(0, Interface<XLOPER>::longest_text);
+}
+std::u16string as_held(const std::string& text, const XLOPER12*) {
+  return widen(text).substr(0, Interface<XLOPER12>::longest_text);
+}
+
+template <class Record>
+bool number_operand(const Record& operand, double& number) {
   Scalar scalar;
   if (!read_scalar(operand, scalar) || scalar.kind != Kind::number) return false;
   number = scalar.number;
   return true;
 }
 
-bool text_operand(const XLOPER& operand, std::string& text) {
+template <class Record>
+bool text_operand(const Record& operand, std::string& text) {
   if (operand.type != xltypeStr || operand.value.text == nullptr) return false;
-  text = counted_text(operand.value.text);
+  text = characters(operand.value.text);
   return true;
 }
 
@@ -59,25 +79,31 @@ std::string menu_key(const std::string& name) {
 }
 
 // One call into Excel: what the add-in gave and what it gets. Its functions give Excel's return code.
+template <class Record>
 struct Call {
   int count;
-  XLOPER** operands;
+  Record** operands;
   bool wants_result;
-  XLOPER answer;
+  Record answer;
+
+  int answer_with(const Record& given) {
+    answer = given;
+    return xlretSuccess;
+  }
 };
 
-int answer_with(Call& call, const XLOPER& answer) {
-  call.answer = answer;
-  return xlretSuccess;
-}
-
+// Memory for texts: the count, the characters and an end mark each.
+template <class Record>
 std::size_t text_bytes(const Scalar& scalar) {
-  return scalar.kind == Kind::text ? std::min<std::size_t>(scalar.text.size(), 255) + 2 : 0;
+  if (scalar.kind != Kind::text) return 0;
+  const auto held = as_held(scalar.text, static_cast<const Record*>(nullptr));
+  return (held.size() + 2) * sizeof held[0];
 }
 
-// One value as a record; its text goes to `text`, which is moved to behind it.
-XLOPER record_of(const Scalar& scalar, char*& text) {
-  XLOPER record;
+// One value as a record; its text goes to `memory`, which is moved to behind it.
+template <class Record>
+Record record_of(const Scalar& scalar, char*& memory) {
+  Record record;
   switch (scalar.kind) {
     case Kind::empty:
       record.type = xltypeNil;
@@ -86,18 +112,21 @@ XLOPER record_of(const Scalar& scalar, char*& text) {
       record.type = xltypeMissing;
       break;
     case Kind::number:
-      return number_record(scalar.number);
+      return number_record<Record>(scalar.number);
     case Kind::boolean:
-      return boolean_record(scalar.code != 0);
+      return boolean_record<Record>(scalar.code != 0);
     case Kind::error:
-      return error_record(static_cast<std::uint16_t>(scalar.code));
+      return error_record<Record>(scalar.code);
     case Kind::text: {
-      const std::size_t length = text_bytes(scalar) - 2;
+      const auto held = as_held(scalar.text, static_cast<const Record*>(nullptr));
+      using Character = typename decltype(held)::value_type;
+      auto* text = reinterpret_cast<Character*>(memory);
       record.type = xltypeStr;
       record.value.text = text;
-      *text++ = static_cast<char>(length);
-      text = std::copy_n(scalar.text.data(), length, text);
-      *text++ = '\0';
+      *text++ = static_cast<Character>(held.size());
+      text = std::copy_n(held.data(), held.size(), text);
+      *text++ = 0;
+      memory = reinterpret_cast<char*>(text);
     }
   }
   return record;
@@ -108,23 +137,24 @@ struct Area {
   std::size_t first_row = 0, first_column = 0, rows = 0, columns = 0;
 };
 
-XLOPER make_array(const Block& block, const Area& area, std::unique_ptr<char[]>& memory) {
+template <class Record>
+Record make_array(const Block& block, const Area& area, std::unique_ptr<char[]>& memory) {
   const auto cell = [&](std::size_t index) -> const Scalar& {
     const std::size_t row = area.first_row + index / area.columns;
     return block.cells[row * block.columns + area.first_column + index % area.columns];
   };
   const std::size_t count = area.rows * area.columns;
   std::size_t all_text_bytes = 0;
-  for (std::size_t i = 0; i < count; ++i) all_text_bytes += text_bytes(cell(i));
-  memory.reset(new char[count * sizeof(XLOPER) + all_text_bytes]);
-  auto* const records = reinterpret_cast<XLOPER*>(memory.get());
-  char* text = memory.get() + count * sizeof(XLOPER);
-  for (std::size_t i = 0; i < count; ++i) new (records + i) XLOPER(record_of(cell(i), text));
-  XLOPER array;
+  for (std::size_t i = 0; i < count; ++i) all_text_bytes += text_bytes<Record>(cell(i));
+  memory.reset(new char[count * sizeof(Record) + all_text_bytes]);
+  auto* const records = reinterpret_cast<Record*>(memory.get());
+  char* text = memory.get() + count * sizeof(Record);
+  for (std::size_t i = 0; i < count; ++i) new (records + i) Record(record_of<Record>(cell(i), text));
+  Record array;
   array.type = xltypeMulti;
   array.value.array.elements = records;
-  array.value.array.rows = static_cast<std::uint16_t>(area.rows);
-  array.value.array.columns = static_cast<std::uint16_t>(area.columns);
+  array.value.array.rows = static_cast<decltype(array.value.array.rows)>(area.rows);
+  array.value.array.columns = static_cast<decltype(array.value.array.columns)>(area.columns);
   return array;
 }
 
@@ -146,34 +176,51 @@ void take_back(const void* address, const char* what) {
   excel.handed_out.erase(found);
 }
 
-// The block a reference lies on and the part of it; false for a reference to anything else.
-bool find_cells(const XLOPER& reference, std::shared_ptr<const Block>& block, Area& area) {
+// The block a reference lies on, by the sheet's place among those of the line, and the part of it; false for
+// a reference to anything else.
+template <class Record>
+bool find_cells(const Record& reference, std::size_t& sheet, Area& area) {
   const Standin& excel = standin();
-  std::size_t sheet = 0;
-  const AreaList* list = &reference.value.sheet_reference;
+  sheet = 0;
+  const auto* list = &reference.value.sheet_reference;
   if (reference.type == xltypeRef) {
     list = reference.value.reference.areas;
     sheet = reference.value.reference.sheet - first_sheet_id;
   }
   if (sheet >= excel.sheets.size() || list == nullptr || list->count != 1) return false;
-  block = excel.sheets[sheet];
-  const CellRectangle& cells = list->area;
-  if (cells.first_row > cells.last_row || cells.last_row >= block->rows) return false;
-  if (cells.first_column > cells.last_column || cells.last_column >= block->columns) return false;
-  area.first_row = cells.first_row;
-  area.first_column = cells.first_column;
-  area.rows = cells.last_row - area.first_row + 1;
-  area.columns = cells.last_column - area.first_column + 1;
+  const Block& block = *excel.sheets[sheet];
+  const Origin origin = origin_of<Record>(block);
+  const auto& cells = list->area;
+  const auto first_row = static_cast<std::size_t>(cells.first_row) - origin.row;
+  const auto last_row = static_cast<std::size_t>(cells.last_row) - origin.row;
+  const auto first_column = static_cast<std::size_t>(cells.first_column) - origin.column;
+  const auto last_column = static_cast<std::size_t>(cells.last_column) - origin.column;
+  if (first_row > last_row || last_row >= block.rows) return false;
+  if (first_column > last_column || last_column >= block.columns) return false;
+  area = {first_row, first_column, last_row - first_row + 1, last_column - first_column + 1};
   return true;
 }
 
+// Whether cells are still to be calculated, which they are from then on.
+bool take_late(std::size_t sheet) {
+  Standin& excel = standin();
+  if (!excel.cells_come_late) return false;
+  excel.calculated.resize(excel.sheets.size());
+  return !std::exchange(excel.calculated[sheet], static_cast<char>(true));
+}
+
 // What a value given for coercion holds: cells of a sheet, of an array or one value.
-int read_cells(const XLOPER& value, std::shared_ptr<const Block>& block, Area& area) {
+template <class Record>
+int read_cells(const Record& value, std::shared_ptr<const Block>& block, Area& area) {
   Scalar scalar;
   switch (value.type) {
     case xltypeRef:
-    case xltypeSRef:
-      return find_cells(value, block, area) ? xlretSuccess : xlretFailed;
+    case xltypeSRef: {
+      std::size_t sheet = 0;
+      if (!find_cells(value, sheet, area)) return xlretFailed;
+      block = standin().sheets[sheet];
+      return take_late(sheet) ? xlretUncalced : xlretSuccess;
+    }
     case xltypeMulti:
       block = read_array(value);
       break;
@@ -188,7 +235,8 @@ int read_cells(const XLOPER& value, std::shared_ptr<const Block>& block, Area& a
   return xlretSuccess;
 }
 
-int coerce(Call& call) {
+template <class Record>
+int coerce_now(Call<Record>& call) {
   const int planned = std::exchange(standin().next_coerce_code, 0);
   if (planned != 0) return planned;
   double wanted = xltypeMulti;
@@ -201,7 +249,7 @@ int coerce(Call& call) {
   if (code != xlretSuccess || !call.wants_result) return code;
   if (wanted == xltypeMulti) {
     std::unique_ptr<char[]> memory;
-    call.answer = make_array(*block, area, memory);
+    call.answer = make_array<Record>(*block, area, memory);
     hand_out(call.answer.value.array.elements, std::move(memory), true);
     return xlretSuccess;
   }
@@ -209,40 +257,63 @@ int coerce(Call& call) {
   if (area.rows * area.columns != 1) return xlretFailed;
   if (!number_of(block->cells[area.first_row * block->columns + area.first_column], number))
     return xlretFailed;
-  if (wanted == xltypeNum) return answer_with(call, number_record(number));
+  if (wanted == xltypeNum) return call.answer_with(number_record<Record>(number));
   const double whole = std::trunc(number);
-  if (!(whole >= -32768.0 && whole <= 32767.0)) return xlretFailed;
+  using Integer = decltype(call.answer.value.integer);
+  if (!(whole >= std::numeric_limits<Integer>::min() && whole <= std::numeric_limits<Integer>::max()))
+    return xlretFailed;
   call.answer.type = xltypeInt;
-  call.answer.value.integer = static_cast<std::int16_t>(whole);
+  call.answer.value.integer = static_cast<Integer>(whole);
   return xlretSuccess;
 }
 
-int free_records(Call& call) {
+template <class Record>
+int coerce(Call<Record>& call) {
+  const int code = coerce_now(call);
+  if (code == xlretUncalced) standin().met_uncalculated = true;
+  return code;
+}
+
+template <class Record>
+int free_records(Call<Record>& call) {
   for (int i = 0; i < call.count; ++i) {
-    XLOPER& record = *call.operands[i];
+    Record& record = *call.operands[i];
     if (record.type == xltypeMulti) take_back(record.value.array.elements, "an array");
     if (record.type == xltypeStr) take_back(record.value.text, "a text");
     if (record.type == xltypeRef && record.value.reference.areas != nullptr)
       take_back(record.value.reference.areas, "a reference");
     record.type = xltypeNil;
   }
-  return answer_with(call, boolean_record(true));
+  return call.answer_with(boolean_record<Record>(true));
 }
 
-int give_library_name(Call& call) {
+template <class Record>
+int give_library_name(Call<Record>& call) {
   const std::string& path = standin().library_path;
-  if (path.empty() || path.size() > 255) return xlretFailed;
+  if (path.empty() || path.size() > Interface<Record>::longest_text) return xlretFailed;
   if (!call.wants_result) return xlretSuccess;
   std::unique_ptr<char[]> memory;
-  call.answer = make_record(text_scalar(path), memory);
+  call.answer = make_record<Record>(text_scalar(path), memory);
   hand_out(call.answer.value.text, std::move(memory), false);
   return xlretSuccess;
 }
 
-int give_active_sheet(Call& call) {
+template <class Record>
+int give_active_sheet(Call<Record>& call) {
   call.answer.type = xltypeRef;
   call.answer.value.reference = {nullptr, sheet_id(0)};
   return xlretSuccess;
+}
+
+// Whether the user wants to break off; looking at it, with TRUE, lets the wish stand.
+int tell_break(Call<XLOPER12>& call) {
+  Standin& excel = standin();
+  Scalar keep = boolean_scalar(true);
+  if (call.count > 0 && !read_scalar(*call.operands[0], keep)) return xlretInvXloper;
+  if (excel.worker && keep.code == 0) return xlretNotThreadSafe;
+  const bool wanted = excel.user_breaks;
+  excel.user_breaks = wanted && keep.code != 0;
+  return call.answer_with(boolean_record<XLOPER12>(wanted));
 }
 
 Registration* find_registration(const std::string& name) {
@@ -251,17 +322,36 @@ Registration* find_registration(const std::string& name) {
   return found == excel.place_of.end() ? nullptr : &excel.registrations[found->second];
 }
 
+// Whether Excel takes the type text of a function for these records.
+template <class Record>
+bool is_type_text(std::string type);
+template <>
+bool is_type_text<XLOPER>(std::string type) {
+  return !type.empty() && type.find_first_not_of('R') == std::string::npos;
+}
+template <>
+bool is_type_text<XLOPER12>(std::string type) {
+  // A function is thread-safe ($) or of a macro sheet (#), not both.
+  if (!type.empty() && (type.back() == '$' || type.back() == '#')) type.pop_back();
+  return !type.empty() && type.find_first_not_of("QU") == std::string::npos;
+}
+
 // Why Excel would not register this, or an empty text.
-std::string refusal(int count, XLOPER** operands, Registration& registration) {
-  if (count > max_operands) return "more than 30 operands";
-  if (count <= static_cast<int>(name_text)) return "no name is given";
-  for (int i = 0; i < count; ++i) {
+template <class Record>
+std::string refusal(const Call<Record>& call, Registration& registration) {
+  constexpr int most = Interface<Record>::most_operands;
+  if (call.count > most) return "more than " + std::to_string(most) + " operands";
+  if (call.count <= static_cast<int>(name_text)) return "no name is given";
+  for (int i = 0; i < call.count; ++i) {
     const std::string place = "operand " + std::to_string(i + 1);
     std::string text;
-    if (operands == nullptr || operands[i] == nullptr || !text_operand(*operands[i], text))
+    if (call.operands == nullptr || call.operands[i] == nullptr || !text_operand(*call.operands[i], text))
       return place + " is no text";
-    // The count holds the low eight bits of the length only, so a longer text goes on after it.
-    if (operands[i]->value.text[1 + text.size()] != '\0') return place + " is longer than 255 characters";
+    // The count of an old text holds the low eight bits of the length only, so a longer text goes on after
+    // it.
+    bool longer = widen(text).size() > longest_registered;
+    if constexpr (std::is_same_v<Record, XLOPER>) longer = call.operands[i]->value.text[1 + text.size()] != 0;
+    if (longer) return place + " is longer than 255 characters";
     registration.texts.push_back(text);
   }
   const auto& texts = registration.texts;
@@ -272,11 +362,15 @@ std::string refusal(int count, XLOPER** operands, Registration& registration) {
   const std::string& type = texts[type_text];
   const std::string& macro = registered_text(registration, macro_type_text);
   if (!macro.empty() && macro != "1" && macro != "2") return "macro type '" + macro + "' is neither 1 nor 2";
-  const bool records = !type.empty() && type.size() <= static_cast<std::size_t>(max_operands) &&
-                       type.find_first_not_of('R') == std::string::npos;
+  const auto letters = static_cast<std::size_t>(
+      std::count_if(type.begin(), type.end(), [](char c) { return c != '$' && c != '#'; }));
+  const bool records = is_type_text<Record>(type) && letters <= most_records;
   if (type != "A" && (!records || macro == "2")) return "type text '" + type + "' is not supported";
   if (!is_worksheet_name(texts[name_text])) return "'" + texts[name_text] + "' is no name for a worksheet";
-  registration.arguments = type.size() - 1;
+  registration.arguments = letters - 1;
+  registration.thread_safe = type.back() == '$';
+  registration.wide = std::is_same_v<Record, XLOPER12>;
+  registration.take_back = excel.find_entry("xlAutoFree12");
   const std::string& names = registered_text(registration, argument_names_text);
   const auto commas = static_cast<std::size_t>(std::count(names.begin(), names.end(), ','));
   const bool any_name = names.find_first_not_of(' ') != std::string::npos;
@@ -285,10 +379,11 @@ std::string refusal(int count, XLOPER** operands, Registration& registration) {
   return "";
 }
 
-int register_entry(Call& call) {
+template <class Record>
+int register_entry(Call<Record>& call) {
   Standin& excel = standin();
   Registration registration;
-  const std::string reason = refusal(call.count, call.operands, registration);
+  const std::string reason = refusal(call, registration);
   if (!reason.empty()) {
     const std::string& name = registered_text(registration, name_text);
     note_fault("registration" + (name.empty() ? "" : " of " + name) + " refused: " + reason);
@@ -303,42 +398,45 @@ int register_entry(Call& call) {
     const std::string& name = registered_name(excel.registrations.back());
     excel.place_of.emplace(upper_case(name), excel.registrations.size() - 1);
   }
-  return answer_with(call, number_record(excel.last_id));
+  return call.answer_with(number_record<Record>(excel.last_id));
 }
 
-int find_id(Call& call) {
+template <class Record>
+int find_id(Call<Record>& call) {
   std::string library, procedure;
   if (!text_operand(*call.operands[0], library) || !text_operand(*call.operands[1], procedure))
     return xlretSuccess;
   for (const Registration& registration : standin().registrations) {
     if (registration.texts[0] == library && registration.texts[procedure_text] == procedure)
-      return answer_with(call, number_record(registration.id));
+      return call.answer_with(number_record<Record>(registration.id));
   }
-  return answer_with(call, error_record(xlerrNA));
+  return call.answer_with(error_record<Record>(xlerrNA));
 }
 
-int unregister(Call& call) {
+template <class Record>
+int unregister(Call<Record>& call) {
   Standin& excel = standin();
   auto& all = excel.registrations;
   double id = 0.0;
   const bool given = number_operand(*call.operands[0], id);
   const auto found =
       std::find_if(all.begin(), all.end(), [&](const Registration& one) { return one.id == id; });
-  if (!given || found == all.end()) return answer_with(call, boolean_record(false));
+  if (!given || found == all.end()) return call.answer_with(boolean_record<Record>(false));
   const auto place = static_cast<std::size_t>(found - all.begin());
   excel.place_of.erase(upper_case(registered_name(*found)));
   for (auto& other : excel.place_of)
     if (other.second > place) --other.second;
   all.erase(found);
-  return answer_with(call, boolean_record(true));
+  return call.answer_with(boolean_record<Record>(true));
 }
 
-int delete_name(Call& call) {
+template <class Record>
+int delete_name(Call<Record>& call) {
   std::string name;
   if (!text_operand(*call.operands[0], name)) return xlretSuccess;
   Registration* const registration = find_registration(name);
   const bool deleted = registration != nullptr && std::exchange(registration->named, false);
-  return answer_with(call, boolean_record(deleted));
+  return call.answer_with(boolean_record<Record>(deleted));
 }
 
 std::vector<Menu>::iterator find_menu(double bar, const std::string& name) {
@@ -349,23 +447,26 @@ std::vector<Menu>::iterator find_menu(double bar, const std::string& name) {
 }
 
 // The place of a menu among those of its bar, counted from 1.
-XLOPER place_of(std::vector<Menu>::iterator menu) {
-  return number_record(
+template <class Record>
+Record place_of(std::vector<Menu>::iterator menu) {
+  return number_record<Record>(
       1.0 + static_cast<double>(std::count_if(standin().menus.begin(), menu,
                                               [&](const Menu& other) { return other.bar == menu->bar; })));
 }
 
-int get_bar(Call& call) {
+template <class Record>
+int get_bar(Call<Record>& call) {
   double bar = 0.0;
   double item = 0.0;
   std::string name;
   if (!number_operand(*call.operands[0], bar) || !text_operand(*call.operands[1], name)) return xlretSuccess;
   if (!number_operand(*call.operands[2], item) || item != 0.0) return xlretSuccess;
   const auto found = find_menu(bar, name);
-  return found == standin().menus.end() ? xlretSuccess : answer_with(call, place_of(found));
+  return found == standin().menus.end() ? xlretSuccess : call.answer_with(place_of<Record>(found));
 }
 
-int add_menu(Call& call) {
+template <class Record>
+int add_menu(Call<Record>& call) {
   Menu menu;
   const std::shared_ptr<Block> texts = read_array(*call.operands[1]);
   bool valid = number_operand(*call.operands[0], menu.bar) && texts != nullptr && texts->rows >= 2 &&
@@ -381,31 +482,37 @@ int add_menu(Call& call) {
   }
   if (call.count > 2) text_operand(*call.operands[2], menu.before);
   standin().menus.push_back(menu);
-  return answer_with(call, place_of(standin().menus.end() - 1));
+  return call.answer_with(place_of<Record>(standin().menus.end() - 1));
 }
 
-int delete_menu(Call& call) {
+template <class Record>
+int delete_menu(Call<Record>& call) {
   double bar = 0.0;
   std::string name;
   if (!number_operand(*call.operands[0], bar) || !text_operand(*call.operands[1], name)) return xlretSuccess;
   const auto found = find_menu(bar, name);
   if (found == standin().menus.end()) return xlretSuccess;
   standin().menus.erase(found);
-  return answer_with(call, boolean_record(true));
+  return call.answer_with(boolean_record<Record>(true));
 }
 
-int show_alert(Call& call) {
+template <class Record>
+int show_alert(Call<Record>& call) {
   Alert alert;
   if (!text_operand(*call.operands[0], alert.text)) return xlretSuccess;
   if (call.count > 1 && !number_operand(*call.operands[1], alert.kind)) return xlretSuccess;
   standin().alerts.push_back(alert);
-  return answer_with(call, boolean_record(true));
+  return call.answer_with(boolean_record<Record>(true));
 }
 
-constexpr struct {
+template <class Record>
+struct ExcelFunction {
   int function, fewest_operands, most_operands;
-  int (*answer)(Call& call);
-} excel_functions[] = {
+  int (*answer)(Call<Record>& call);
+};
+
+template <class Record>
+constexpr ExcelFunction<Record> excel_functions[] = {
     {xlfRegisterId, 2, 2, find_id},
     {xlfUnregister, 1, 1, unregister},
     {xlfSetName, 1, 1, delete_name},
@@ -416,19 +523,35 @@ constexpr struct {
     {xlGetName, 0, 0, give_library_name},
     {xlCoerce, 1, 2, coerce},
     {xlSheetId, 0, 0, give_active_sheet},
-    {xlFree, 1, max_operands, free_records},
+    {xlFree, 1, Interface<Record>::most_operands, free_records},
 };
 
-int answer_call(int function, Call& call) {
+constexpr ExcelFunction<XLOPER12> break_function = {xlAbort, 0, 1, tell_break};
+
+// What may be called on any thread: all that is the interface's own and not the worksheet's.
+bool is_thread_safe(int function) { return (function & 0x4000) != 0; }
+
+template <class Record>
+int answer_by(const ExcelFunction<Record>& known, Call<Record>& call) {
+  if (call.count < known.fewest_operands || call.count > known.most_operands) return xlretInvCount;
+  for (int i = 0; i < call.count; ++i)
+    if (call.operands == nullptr || call.operands[i] == nullptr) return xlretInvXloper;
+  return known.answer(call);
+}
+
+template <class Record>
+int answer_call(int function, Call<Record>& call) {
+  if (standin().worker && !is_thread_safe(function)) {
+    note_fault("calls Excel's function " + std::to_string(function) + " on a thread that may not");
+    return xlretNotThreadSafe;
+  }
   // Bad operands of a registration are refused by value, with the reason.
   if (function == xlfRegister) return register_entry(call);
-  for (const auto& known : excel_functions) {
-    if (known.function != function) continue;
-    if (call.count < known.fewest_operands || call.count > known.most_operands) return xlretInvCount;
-    for (int i = 0; i < call.count; ++i)
-      if (call.operands == nullptr || call.operands[i] == nullptr) return xlretInvXloper;
-    return known.answer(call);
+  if constexpr (std::is_same_v<Record, XLOPER12>) {
+    if (function == xlAbort) return answer_by(break_function, call);
   }
+  for (const auto& known : excel_functions<Record>)
+    if (known.function == function) return answer_by(known, call);
   return xlretInvXlfn;
 }
 
@@ -455,12 +578,41 @@ bool is_command(const Registration& registration) {
   return registered_text(registration, macro_type_text) == "2";
 }
 
-Standin& standin() {
-  static Standin instance;
-  return instance;
-}
+static Standin main_standin;
+static thread_local Standin* of_this_thread = nullptr;
+
+Standin& standin() { return of_this_thread == nullptr ? main_standin : *of_this_thread; }
 
 void reset_standin() { standin() = Standin(); }
+
+Worker::Worker() {
+  const Standin& excel = standin();
+  own.library_path = excel.library_path;
+  own.find_entry = excel.find_entry;
+  own.registrations = excel.registrations;
+  own.place_of = excel.place_of;
+  own.cells_come_late = excel.cells_come_late;
+  own.worker = true;
+}
+
+void Worker::begin() { of_this_thread = &own; }
+void Worker::end() { of_this_thread = nullptr; }
+
+void Worker::join() {
+  Standin& excel = standin();
+  const auto append = [](auto& all, auto& more) {
+    all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+    more.clear();
+  };
+  append(excel.alerts, own.alerts);
+  append(excel.faults, own.faults);
+  excel.accounting.arrays_handed_out += own.accounting.arrays_handed_out;
+  excel.accounting.arrays_freed += own.accounting.arrays_freed;
+  excel.accounting.texts_handed_out += own.accounting.texts_handed_out;
+  excel.accounting.texts_freed += own.accounting.texts_freed;
+  excel.accounting.results_freed += own.accounting.results_freed;
+  own.accounting = {};
+}
 
 std::string load_addin(const std::string& path) {
   if (standin().find_entry) return "an add-in is loaded already";
@@ -530,27 +682,31 @@ void note_fault(const std::string& fault) {
   standin().faults.push_back((running.empty() ? "add-in" : running) + ": " + fault);
 }
 
-int call_standin(int function, XLOPER* result, int count, XLOPER** operands) noexcept {
+template <class Record>
+int call_standin(int function, Record* result, int count, Record** operands) noexcept {
   if (standin().arrays_as_they_are && count > 0 && operands[0]->type == xltypeMulti) {
     if (function == xlCoerce && result != nullptr) *result = *operands[0];
     if (function == xlCoerce || function == xlFree) return xlretSuccess;
   }
-  Call call{count, operands, result != nullptr, error_record(xlerrValue)};
+  Call<Record> call{count, operands, result != nullptr, error_record<Record>(xlerrValue)};
   int code = xlretFailed;
   try {
     code = answer_call(function, call);
   } catch (const std::exception&) {
     // Nothing may be thrown through the add-in's calls.
     standin().out_of_memory = true;
-    call.answer = error_record(xlerrValue);
+    call.answer = error_record<Record>(xlerrValue);
   }
   if (result != nullptr) *result = call.answer;
   return code;
 }
+template int call_standin(int, XLOPER*, int, XLOPER**) noexcept;
+template int call_standin(int, XLOPER12*, int, XLOPER12**) noexcept;
 
 std::uintptr_t sheet_id(std::size_t index) { return first_sheet_id + index; }
 
-bool read_scalar(const XLOPER& record, Scalar& scalar) {
+template <class Record>
+bool read_scalar(const Record& record, Scalar& scalar) {
   switch (record.type) {
     case xltypeNum:
       scalar = number_scalar(record.value.number);
@@ -566,7 +722,7 @@ bool read_scalar(const XLOPER& record, Scalar& scalar) {
       return true;
     case xltypeStr:
       if (record.value.text == nullptr) return false;
-      scalar = text_scalar(counted_text(record.value.text));
+      scalar = text_scalar(characters(record.value.text));
       return true;
     case xltypeMissing:
       scalar = Scalar();
@@ -579,27 +735,39 @@ bool read_scalar(const XLOPER& record, Scalar& scalar) {
       return false;
   }
 }
+template bool read_scalar(const XLOPER&, Scalar&);
+template bool read_scalar(const XLOPER12&, Scalar&);
 
-std::shared_ptr<Block> read_array(const XLOPER& record) {
+template <class Record>
+std::shared_ptr<Block> read_array(const Record& record) {
   if (record.type != xltypeMulti) return nullptr;
   const auto& array = record.value.array;
-  const std::size_t count = static_cast<std::size_t>(array.rows) * array.columns;
-  if (array.elements == nullptr || count == 0) return nullptr;
-  auto block = std::make_shared<Block>(Block{array.rows, array.columns, std::vector<Scalar>(count)});
-  for (std::size_t i = 0; i < count; ++i) {
+  if (array.elements == nullptr || array.rows <= 0 || array.columns <= 0) return nullptr;
+  const auto rows = static_cast<std::size_t>(array.rows);
+  const auto columns = static_cast<std::size_t>(array.columns);
+  auto block = std::make_shared<Block>(Block{rows, columns, std::vector<Scalar>(rows * columns)});
+  for (std::size_t i = 0; i < block->cells.size(); ++i) {
     if (!read_scalar(array.elements[i], block->cells[i])) block->cells[i] = error_scalar(xlerrValue);
   }
   return block;
 }
+template std::shared_ptr<Block> read_array(const XLOPER&);
+template std::shared_ptr<Block> read_array(const XLOPER12&);
 
-XLOPER make_array(const Block& block, std::unique_ptr<char[]>& memory) {
-  return make_array(block, Area{0, 0, block.rows, block.columns}, memory);
+template <class Record>
+Record make_array(const Block& block, std::unique_ptr<char[]>& memory) {
+  return make_array<Record>(block, Area{0, 0, block.rows, block.columns}, memory);
 }
+template XLOPER make_array(const Block&, std::unique_ptr<char[]>&);
+template XLOPER12 make_array(const Block&, std::unique_ptr<char[]>&);
 
-XLOPER make_record(const Scalar& scalar, std::unique_ptr<char[]>& memory) {
-  if (scalar.kind == Kind::text) memory.reset(new char[text_bytes(scalar)]);
+template <class Record>
+Record make_record(const Scalar& scalar, std::unique_ptr<char[]>& memory) {
+  if (scalar.kind == Kind::text) memory.reset(new char[text_bytes<Record>(scalar)]);
   char* text = memory.get();
-  return record_of(scalar, text);
+  return record_of<Record>(scalar, text);
 }
+template XLOPER make_record(const Scalar&, std::unique_ptr<char[]>&);
+template XLOPER12 make_record(const Scalar&, std::unique_ptr<char[]>&);
 
 }  // namespace kestran

@@ -1,5 +1,6 @@
-// Plays Excel to an add-in: keeps what it registers, answers its calls into Excel and accounts for the memory
-// handed to it. An add-in that does what Excel would refuse, keeps memory or frees it twice is at fault.
+// Plays Excel to an add-in, through the old interface (Excel4, XLOPER) and today's (MdCallBack12, XLOPER12):
+// keeps what it registers, answers its calls into Excel and accounts for the memory handed to it. An add-in
+// that does what Excel would refuse, keeps memory or frees it twice is at fault.
 #pragma once
 
 #include <cstddef>
@@ -8,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <unordered_map>
 #include <vector>
 
@@ -33,6 +35,9 @@ struct Registration {
   void* entry = nullptr;
   std::size_t arguments = 0;  // declared by the type text
   bool named = true;          // until its name is deleted
+  bool wide = false;          // takes and gives XLOPER12
+  bool thread_safe = false;
+  void* take_back = nullptr;  // the add-in's xlAutoFree12
 };
 
 const std::string& registered_name(const Registration& registration);
@@ -56,12 +61,13 @@ struct HelpCall {
   unsigned command = 0;
 };
 
-/// Arrays and texts given to the add-in and freed by it.
+/// Arrays and texts given to the add-in and freed by it, and results that it made and got back.
 struct Accounting {
   std::size_t arrays_handed_out = 0;
   std::size_t arrays_freed = 0;
   std::size_t texts_handed_out = 0;
   std::size_t texts_freed = 0;
+  std::size_t results_freed = 0;
 };
 
 /// Memory the add-in has to free: the records of an array followed by their texts, or one text.
@@ -84,15 +90,64 @@ struct Standin {
   std::map<const void*, HandedOut> handed_out;
   /// The cells of each sheet; the first is the active one.
   std::vector<std::shared_ptr<const Block>> sheets;
-  std::string running;       // the add-in's entry that is being called
-  int next_coerce_code = 0;  // when not 0 the next xlCoerce fails with it, such as xlretUncalced
+  std::string running;            // the add-in's entry that is being called
+  int next_coerce_code = 0;       // when not 0 the next xlCoerce fails with it, such as xlretUncalced
+  bool cells_come_late = false;   // cells are calculated only once an xlCoerce asked for them in vain
+  std::vector<char> calculated;   // of each sheet, where they come late
+  bool met_uncalculated = false;  // an xlCoerce failed for that reason
+  bool user_breaks = false;       // Escape was pressed
+  bool worker = false;            // on a thread beside the main one
   double last_id = 0.0;
   bool arrays_as_they_are = false;  // coerced to themselves at no cost, for measuring the add-in alone
   bool out_of_memory = false;       // a call of the add-in could not be answered for want of memory
 };
 
-/// The one stand-in of this process: the add-in's calls carry nothing that could tell several apart.
+/// What differs between the interfaces.
+template <class Record>
+struct Interface;
+template <>
+struct Interface<XLOPER> {
+  using Areas = AreaList;
+  static constexpr std::size_t columns = 256, longest_text = 255;
+  static constexpr int most_operands = max_operands;
+};
+template <>
+struct Interface<XLOPER12> {
+  using Areas = AreaList12;
+  static constexpr std::size_t rows = 1048576, columns = 16384, longest_text = 32767;
+  static constexpr int most_operands = max_operands12;
+};
+
+/// The first cell of a block on its sheet: the sheet's first to the old interface; to today's the block ends
+/// with the sheet's last row and column.
+struct Origin {
+  std::size_t row = 0, column = 0;
+};
+template <class Record>
+Origin origin_of([[maybe_unused]] const Block& block) {
+  if constexpr (std::is_same_v<Record, XLOPER12>)
+    return {Interface<Record>::rows - block.rows, Interface<Record>::columns - block.columns};
+  else
+    return {};
+}
+
+/// The stand-in of this thread: the process's, or that of a Worker. The add-in's calls carry nothing that
+/// could tell several apart.
 Standin& standin();
+
+/// One of Excel's further threads: what the add-in registered, and sheets, memory and faults of its own. Made
+/// and joined on the main thread, which receives what there is to tell; begin() and end() on the thread
+/// itself.
+class Worker {
+ public:
+  Worker();
+  void begin();
+  static void end();
+  void join();
+
+ private:
+  Standin own;
+};
 
 /// Forgets everything; an add-in that is still loaded stays in memory and is not told.
 void reset_standin();
@@ -123,24 +178,29 @@ void abandon_call() noexcept;
 /// Notes a fault of the entry that is being called.
 void note_fault(const std::string& fault);
 
-/// Answers one call of the add-in: what Excel4v does. Without memory the call fails.
-int call_standin(int function, XLOPER* result, int count, XLOPER** operands) noexcept;
+/// Answers one call of the add-in: what Excel4v and MdCallBack12 do. Without memory the call fails.
+template <class Record>
+int call_standin(int function, Record* result, int count, Record** operands) noexcept;
 
 /// Id of a sheet by its index in Standin::sheets.
 std::uintptr_t sheet_id(std::size_t index);
 
 /// What a record holds if that is one value, whole numbers as numbers; false for arrays, references and
 /// records that make no sense.
-bool read_scalar(const XLOPER& record, Scalar& scalar);
+template <class Record>
+bool read_scalar(const Record& record, Scalar& scalar);
 
 /// What an array record holds; values Excel does not know in an array are #VALUE!. Null for anything but an
 /// array.
-std::shared_ptr<Block> read_array(const XLOPER& record);
+template <class Record>
+std::shared_ptr<Block> read_array(const Record& record);
 
 /// A block as an array record, which lives in `memory`.
-XLOPER make_array(const Block& block, std::unique_ptr<char[]>& memory);
+template <class Record>
+Record make_array(const Block& block, std::unique_ptr<char[]>& memory);
 
 /// One value as a record, whose text lives in `memory`.
-XLOPER make_record(const Scalar& scalar, std::unique_ptr<char[]>& memory);
+template <class Record>
+Record make_record(const Scalar& scalar, std::unique_ptr<char[]>& memory);
 
 }  // namespace kestran

@@ -2,6 +2,7 @@
 // streams.
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace kestran {
@@ -26,6 +27,10 @@ std::string program_folder();
 
 /// Whether someone types the input.
 bool input_is_terminal();
+
+/// Does `work` on `count` threads at once, this one among them, which are numbered from 0. Where the system
+/// has no more threads, fewer do it.
+void run_threads(int count, const std::function<void(int)>& work);
 
 /// Makes input and output pass every byte as it is.
 void use_binary_streams();

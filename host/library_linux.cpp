@@ -6,6 +6,9 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
+#include <exception>
+#include <thread>
+#include <vector>
 
 #include "host/excel_standin.h"
 #include "host/library.h"
@@ -44,6 +47,17 @@ std::string program_folder() {
 
 bool input_is_terminal() { return isatty(STDIN_FILENO) != 0; }
 
+void run_threads(int count, const std::function<void(int)>& work) {
+  std::vector<std::thread> others;
+  try {
+    for (int i = 1; i < count; ++i) others.emplace_back(work, i);
+  } catch (const std::exception&) {
+    // No more threads, or no memory for them.
+  }
+  work(0);
+  for (std::thread& other : others) other.join();
+}
+
 void use_binary_streams() {}
 
 // What an add-in looks up in the program that loaded it.
@@ -60,6 +74,11 @@ __attribute__((visibility("default"))) int Excel4(int function, XLOPER* result, 
   va_start(given, count);
   for (int i = 0; i < count && i < max_operands; ++i) operands[i] = va_arg(given, XLOPER*);
   va_end(given);
+  return call_standin(function, result, count, operands);
+}
+
+__attribute__((visibility("default"))) int MdCallBack12(int function, int count, XLOPER12** operands,
+                                                        XLOPER12* result) {
   return call_standin(function, result, count, operands);
 }
 

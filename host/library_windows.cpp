@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <vector>
 
 #include "host/excel_standin.h"
 #include "host/library.h"
@@ -40,6 +41,34 @@ std::string program_folder() {
 
 bool input_is_terminal() { return _isatty(_fileno(stdin)) != 0; }
 
+// The compiler here has no std::thread.
+struct Share {
+  const std::function<void(int)>* work;
+  int number;
+};
+
+static DWORD WINAPI do_share(void* share) {
+  const auto& one = *static_cast<const Share*>(share);
+  (*one.work)(one.number);
+  return 0;
+}
+
+void run_threads(int count, const std::function<void(int)>& work) {
+  std::vector<Share> shares;
+  for (int i = 0; i < count; ++i) shares.push_back({&work, i});
+  std::vector<HANDLE> others;
+  for (int i = 1; i < count; ++i) {
+    HANDLE const other = CreateThread(nullptr, 0, do_share, &shares[static_cast<std::size_t>(i)], 0, nullptr);
+    if (other == nullptr) break;
+    others.push_back(other);
+  }
+  work(0);
+  for (HANDLE other : others) {
+    WaitForSingleObject(other, INFINITE);
+    CloseHandle(other);
+  }
+}
+
 void use_binary_streams() {
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
@@ -49,6 +78,12 @@ void use_binary_streams() {
 // name free of decoration.
 extern "C" __declspec(dllexport) int EXCEL_CDECL
     host_excel4v(int function, XLOPER* result, int count, XLOPER** operands) {
+  return call_standin(function, result, count, operands);
+}
+
+// Add-ins of Excel 2007 and later find this in the program itself.
+extern "C" __declspec(dllexport) int EXCEL_STDCALL
+    MdCallBack12(int function, int count, XLOPER12** operands, XLOPER12* result) {
   return call_standin(function, result, count, operands);
 }
 

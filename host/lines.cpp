@@ -1,14 +1,21 @@
 #include "host/lines.h"
 
+#include <atomic>
+#include <cmath>
 #include <cstdio>
 #include <exception>
+#include <functional>
+#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "host/byte_streams.h"
 #include "host/describe.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
+#include "host/library.h"
+#include "host/wide_text.h"
 
 namespace kestran {
 namespace {
@@ -16,22 +23,6 @@ namespace {
 constexpr std::size_t block_bytes = 1 << 16;
 
 void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
-
-// Bytes of the UTF-8 character that `text` starts with; 0 when it starts with none.
-std::size_t character_bytes(std::string_view text) {
-  const auto byte = [text](std::size_t i) {
-    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
-  };
-  const unsigned first = byte(0);
-  if (first < 0x80) return 1;
-  const std::size_t bytes = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
-  for (std::size_t i = 1; i < bytes; ++i)
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-  // Longer than need be, half of a surrogate pair, or beyond the last character.
-  const bool overlong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
-  const bool beyond = (first == 0xED && byte(1) > 0x9F) || (first == 0xF4 && byte(1) > 0x8F);
-  return overlong || beyond ? 0 : bytes;
-}
 
 // A text as JSON writes it; bytes that are no UTF-8 become replacement characters.
 void print_quoted(std::string_view text) {
@@ -54,11 +45,35 @@ void print_quoted(std::string_view text) {
   std::fputc('"', stdout);
 }
 
+// Rows of an array; what is an error there is null.
+void print_json(const Block& block) {
+  for (std::size_t i = 0; i < block.cells.size(); ++i) {
+    const Scalar& cell = block.cells[i];
+    print(i == 0 ? "[[" : i % block.columns == 0 ? "],[" : ",");
+    if (cell.kind == Kind::text)
+      print_quoted(cell.text);
+    else if (cell.kind == Kind::boolean)
+      print(cell.code != 0 ? "true" : "false");
+    else
+      print(cell.kind == Kind::error || !std::isfinite(cell.number) ? "null" : printed(cell));
+  }
+  print("]]");
+}
+
+std::string first_error(const Evaluation& evaluation) {
+  if (evaluation.array == nullptr) return evaluation.text;
+  for (const Scalar& cell : evaluation.array->cells)
+    if (cell.kind == Kind::error || !std::isfinite(cell.number)) return printed(cell);
+  return "";
+}
+
 void print_json(std::string_view formula, const Evaluation& evaluation) {
   print("{\"formula\":");
   print_quoted(formula);
   print(",\"value\":");
-  if (evaluation.kind == Kind::error) {
+  if (evaluation.array != nullptr) {
+    print_json(*evaluation.array);
+  } else if (evaluation.kind == Kind::error) {
     print("null");
   } else if (evaluation.kind == Kind::text) {
     print_quoted(evaluation.text);
@@ -69,7 +84,7 @@ void print_json(std::string_view formula, const Evaluation& evaluation) {
   }
   print(",\"error\":");
   if (evaluation.kind == Kind::error) {
-    print_quoted(evaluation.text);
+    print_quoted(first_error(evaluation));
   } else {
     print("null");
   }
@@ -92,6 +107,8 @@ void print_answer(std::string_view formula, const Evaluation& evaluation, Format
 // The input, of which the buffer from `begin` on is read and not yet answered.
 struct Input {
   ByteSource source{""};
+  std::function<void()> before_waiting;
+  std::size_t bytes = block_bytes;  // to read at once
   std::string buffer;
   std::size_t begin = 0;
   bool ended = false;
@@ -102,9 +119,10 @@ enum class Found { line, line_too_long, nothing };
 // Waits for more input; false when a line has outgrown memory.
 bool read_more(Input& input) {
   input.buffer.erase(0, std::exchange(input.begin, 0));
+  if (input.before_waiting) input.before_waiting();
   std::fflush(stdout);
   try {
-    input.ended = !input.source.append_to(input.buffer, block_bytes);
+    input.ended = !input.source.append_to(input.buffer, input.bytes);
   } catch (const std::exception&) {
     return false;
   }
@@ -133,6 +151,48 @@ Found next_line(Input& input, std::string_view& line) {
   }
 }
 
+// A line that waits for its answer.
+struct Waiting {
+  std::string formula;
+  Found found;
+  Evaluation evaluation;
+};
+
+bool has_formula(std::string_view line) {
+  return line.find_first_not_of(" \t") != std::string_view::npos && line[0] != '#';
+}
+
+// Works lines out on several threads.
+class Crew {
+ public:
+  explicit Crew(int threads) : workers(static_cast<std::size_t>(threads)) {}
+
+  void work_out(std::vector<Waiting>& lines) {
+    std::atomic<std::size_t> next{0};
+    run_threads(static_cast<int>(workers.size()), [&](int thread) {
+      workers[static_cast<std::size_t>(thread)].begin();
+      for (std::size_t i; (i = next++) < lines.size();) {
+        Waiting& line = lines[i];
+        if (line.found == Found::line && has_formula(line.formula))
+          line.evaluation = evaluate_line(line.formula);
+        else if (line.found == Found::line_too_long)
+          line.evaluation = {out_of_memory_text, false};
+      }
+      Worker::end();
+    });
+    for (Worker& worker : workers) worker.join();
+  }
+
+ private:
+  std::vector<Worker> workers;
+};
+
+bool bears_threads() {
+  for (const Registration& registration : standin().registrations)
+    if (!registration.thread_safe && !is_command(registration)) return false;
+  return true;
+}
+
 }  // namespace
 
 void report(Outcome& outcome) {
@@ -148,28 +208,47 @@ void answer(std::string_view formula, Format format, Outcome& outcome) {
   print_answer(formula, evaluate_line(formula), format, outcome);
 }
 
-void answer_lines(Format format, Outcome& outcome) {
+void answer_lines(Format format, Outcome& outcome, int threads) {
   // Editors of Windows begin a file with this mark of its encoding.
   constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
   Input input;
-  input.buffer.reserve(2 * block_bytes);
+  std::optional<Crew> crew;
+  std::vector<Waiting> lines;
+  const auto answer_waiting = [&] {
+    crew->work_out(lines);
+    for (const Waiting& line : lines) {
+      if (line.found == Found::line && !has_formula(line.formula))
+        print("\n");
+      else
+        print_answer(line.formula, line.evaluation, format, outcome);
+    }
+    lines.clear();
+  };
+  if (threads > 1 && bears_threads()) {
+    crew.emplace(threads);
+    input.bytes = 16 * block_bytes;
+    input.before_waiting = answer_waiting;
+  }
+  input.buffer.reserve(2 * input.bytes);
   std::string_view line;
   bool first = true;
   for (Found found; (found = next_line(input, line)) != Found::nothing && std::ferror(stdout) == 0;
        first = false) {
-    if (found == Found::line_too_long) {
-      print_answer({}, {out_of_memory_text, false}, format, outcome);
-      continue;
-    }
+    if (found == Found::line_too_long) line = {};
     if (first && line.substr(0, byte_order_mark.size()) == byte_order_mark)
       line.remove_prefix(byte_order_mark.size());
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-    if (line.find_first_not_of(" \t") == std::string_view::npos || line[0] == '#') {
+    if (crew) {
+      lines.push_back({std::string(line), found, {}});
+    } else if (found == Found::line_too_long) {
+      print_answer({}, {out_of_memory_text, false}, format, outcome);
+    } else if (!has_formula(line)) {
       print("\n");
     } else {
       answer(line, format, outcome);
     }
   }
+  if (crew) answer_waiting();
   if (input.source.failed()) {
     std::fputs("kestran: the input cannot be read\n", stderr);
     outcome.unreadable = true;

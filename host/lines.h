@@ -21,9 +21,9 @@ void report(Outcome& outcome);
 /// Prints the answer to one formula.
 void answer(std::string_view formula, Format format, Outcome& outcome);
 
-/// Answers every line of the input. Blank lines and lines that start with # are answered with a blank line.
-/// What was answered is passed on before waiting for more input. A line longer than memory can hold has its
-/// answer, too.
-void answer_lines(Format format, Outcome& outcome);
+/// Answers every line of the input, on `threads` threads where all functions may be called on any. Blank
+/// lines and lines that start with # are answered with a blank line. What was answered is passed on before
+/// waiting for more input. A line longer than memory can hold has its answer, too.
+void answer_lines(Format format, Outcome& outcome, int threads = 1);
 
 }  // namespace kestran

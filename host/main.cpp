@@ -47,6 +47,7 @@ struct Settings {
   bool describe = false;
   bool json = false;
   bool strict = false;
+  int threads = 1;
   std::string described;
   std::vector<std::string> explained;
   std::string library;
@@ -103,6 +104,10 @@ void add_options(CLI::App& app, Settings& settings) {
   app.add_option("--library", settings.library,
                  "The add-in to load instead of the one that came with this program")
       ->type_name("FILE");
+  app.add_option("--threads", settings.threads,
+                 "How many threads work out the lines of the input, with an add-in that bears it")
+      ->type_name("N")
+      ->check(CLI::Range(1, 256));
   add_flag(app, "--man", settings.manual, "Print the manual page, for man -l -");
   add_flag(app, "--completion", settings.completion,
            "Print the completion for bash: source <(kestran --completion)");
@@ -200,7 +205,7 @@ int run(int argument_count, char** arguments) {
   for (const std::string& formula : settings.explained) explain_formula(formula, outcome);
   for (const std::string& formula : settings.formulas) answer(formula, format, outcome);
   if (!settings.list && !settings.describe && settings.explained.empty() && settings.formulas.empty()) {
-    input_is_terminal() ? prompt(format, outcome) : answer_lines(format, outcome);
+    input_is_terminal() ? prompt(format, outcome) : answer_lines(format, outcome, settings.threads);
   }
   unload_addin();
   report(outcome);

@@ -23,7 +23,7 @@ bool new_failed() {
 void* operator new(std::size_t size) {
   const bool fails = kestran::allocations_until_failure > 0 && --kestran::allocations_until_failure == 0;
   void* const memory = fails ? nullptr : std::malloc(size > 0 ? size : 1);
-  kestran::failed = kestran::failed || fails;
+  if (fails) kestran::failed = true;
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }

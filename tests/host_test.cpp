@@ -510,7 +510,7 @@ TEST_F(Host, RefusesWhatExcelWouldNotRegister) {
     if (operands.size() != 4) continue;
     operands[2] = nullptr;
     standin().faults.clear();
-    call_standin(xlfRegister, nullptr, 4, operands.data());
+    call_standin<XLOPER>(xlfRegister, nullptr, 4, operands.data());
     EXPECT_NE(std::string::npos, only_fault().find("operand 3 is no text"));
   }
   EXPECT_EQ(before, standin().registrations.size());
@@ -592,10 +592,10 @@ TEST_F(Host, SurvivesCallsThatMakeNoSense) {
     XLOPER* operands[31] = {};
     if (function != xlfDeleteMenu) {
       EXPECT_EQ(xlretInvXloper, call_standin(function, &result, count, operands)) << function;
-      EXPECT_EQ(xlretInvXloper, call_standin(function, nullptr, count, nullptr)) << function;
+      EXPECT_EQ(xlretInvXloper, call_standin<XLOPER>(function, nullptr, count, nullptr)) << function;
     }
     EXPECT_EQ(xlretInvCount, call_standin(function, &result, 31, operands)) << function;
-    EXPECT_EQ(xlretInvCount, call_standin(function, &result, -1, nullptr)) << function;
+    EXPECT_EQ(xlretInvCount, call_standin<XLOPER>(function, &result, -1, nullptr)) << function;
   }
   EXPECT_EQ(xlretInvXlfn, call(4711, &result, {&one}));
   one.type = 0x4001;

@@ -37,5 +37,8 @@ windows_suite() {  # PRESET
   fi
   step "$1: tests" run "$1"
   once 'linux: command' build linux kestran &&
-    step "$1: same output as Linux" same_output "build/$1" timeout 900 "$KESTRAN_WINE" "build/$1/bin/kestran.exe"
+    step "$1: same output as Linux" same_output "build/$1" timeout 900 "$KESTRAN_WINE" "build/$1/bin/kestran.exe" &&
+    once 'linux: KESTRAN12' build linux kestran_addin12 &&
+    step "$1: KESTRAN12, same output as Linux" same_output_as build/linux/bin/libkestran12.so "build/$1" \
+      timeout 900 "$KESTRAN_WINE" "build/$1/bin/kestran.exe" --threads 4 --library "build/$1/bin/KESTRAN12.xll"
 }

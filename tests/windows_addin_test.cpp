@@ -14,24 +14,49 @@
 namespace kestran {
 namespace {
 
-struct WindowsAddin : testing::Test {
-  WindowsAddin() {
-    reset_standin();
-    EXPECT_EQ(load_addin(program_folder() + KESTRAN_ADDIN), "");
-    base = reinterpret_cast<char*>(GetModuleHandleA(KESTRAN_ADDIN));
+// A library in memory.
+struct Image {
+  explicit Image(const char* file) : base(reinterpret_cast<char*>(GetModuleHandleA(file))) {
     EXPECT_NE(base, nullptr);
     const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
   }
-  ~WindowsAddin() override { unload_addin(); }
 
   template <class Record>
   Record* directory(int index) const {
     return reinterpret_cast<Record*>(base + headers->OptionalHeader.DataDirectory[index].VirtualAddress);
   }
 
-  char* base = nullptr;
-  const IMAGE_NT_HEADERS* headers = nullptr;
+  std::set<std::string> exports() const {
+    const auto* list = directory<IMAGE_EXPORT_DIRECTORY>(IMAGE_DIRECTORY_ENTRY_EXPORT);
+    const auto* names = reinterpret_cast<const DWORD*>(base + list->AddressOfNames);
+    std::set<std::string> found;
+    for (DWORD i = 0; i < list->NumberOfNames; ++i) found.insert(base + names[i]);
+    return found;
+  }
+
+  std::set<std::string> imports() const {
+    std::set<std::string> found;
+    for (const auto* library = directory<IMAGE_IMPORT_DESCRIPTOR>(IMAGE_DIRECTORY_ENTRY_IMPORT);
+         library->Name != 0; ++library)
+      found.insert(base + library->Name);
+    return found;
+  }
+
+  char* base;
+  const IMAGE_NT_HEADERS* headers;
+};
+
+struct LoadedAddin {
+  LoadedAddin() {
+    reset_standin();
+    EXPECT_EQ(load_addin(program_folder() + KESTRAN_ADDIN), "");
+  }
+  ~LoadedAddin() { unload_addin(); }
+};
+
+struct WindowsAddin : testing::Test, LoadedAddin, Image {
+  WindowsAddin() : Image(KESTRAN_ADDIN) {}
 };
 
 TEST_F(WindowsAddin, ExportsPlainNamesOnly) {
@@ -40,21 +65,29 @@ TEST_F(WindowsAddin, ExportsPlainNamesOnly) {
   for (const Registration& registration : standin().registrations)
     expected.insert(registered_text(registration, 1));
   EXPECT_EQ(expected.size(), 89u);
-  const auto* exports = directory<IMAGE_EXPORT_DIRECTORY>(IMAGE_DIRECTORY_ENTRY_EXPORT);
-  const auto* names = reinterpret_cast<const DWORD*>(base + exports->AddressOfNames);
-  std::set<std::string> found;
-  for (DWORD i = 0; i < exports->NumberOfNames; ++i) found.insert(base + names[i]);
-  EXPECT_EQ(found, expected);
+  EXPECT_EQ(exports(), expected);
 }
 
 TEST_F(WindowsAddin, ImportsFromSystemLibrariesOnly) {
-  const auto* library = directory<IMAGE_IMPORT_DESCRIPTOR>(IMAGE_DIRECTORY_ENTRY_IMPORT);
-  int libraries = 0;
-  for (; library->Name != 0; ++library, ++libraries) {
-    const std::string name = base + library->Name;
+  for (const std::string& name : imports())
     EXPECT_TRUE(name == "KERNEL32.dll" || name == "USER32.dll" || name == "msvcrt.dll") << name;
-  }
-  EXPECT_GE(libraries, 2);
+  EXPECT_GE(imports().size(), 2u);
+}
+
+// The second add-in, which is built as the first is.
+TEST(WindowsAddin12, ExportsPlainNamesAndImportsFromSystemLibrariesOnly) {
+  reset_standin();
+  ASSERT_EQ(load_addin(program_folder() + KESTRAN_ADDIN12), "");
+  const Image image(KESTRAN_ADDIN12);
+  std::set<std::string> expected = {"xlAutoOpen", "xlAutoClose", "xlAutoFree12", "xlAddInManagerInfo12"};
+  for (const Registration& registration : standin().registrations)
+    expected.insert(registered_text(registration, procedure_text));
+  EXPECT_EQ(expected.size(), 85u);
+  EXPECT_EQ(image.exports(), expected);
+  for (const std::string& name : image.imports())
+    EXPECT_TRUE(name == "KERNEL32.dll" || name == "msvcrt.dll") << name;
+  EXPECT_TRUE(image.headers->OptionalHeader.DllCharacteristics & IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE);
+  unload_addin();
 }
 
 TEST_F(WindowsAddin, CanBeMovedInMemoryAndDoesNotExecuteData) {
@@ -122,9 +155,9 @@ TEST_F(WindowsAddin, NumbersDoNotDependOnTheProcessorState) {
 #if defined(__i386__)
 // Calls an entry with its arguments on a stack that lies `offset` bytes off a 16-byte boundary. `left`
 // receives how many bytes of arguments the entry left on the stack.
-__attribute__((noinline)) XLOPER* call_off_boundary(void* entry, XLOPER* const* arguments, int count,
-                                                    int offset, int* left) {
-  XLOPER* result;
+__attribute__((noinline)) void* call_off_boundary(void* entry, void* const* arguments, int count, int offset,
+                                                  int* left) {
+  void* result;
   int remaining;
   __asm__ volatile(
       "movl %%esp, %%edi\n\t"
@@ -148,24 +181,45 @@ __attribute__((noinline)) XLOPER* call_off_boundary(void* entry, XLOPER* const* 
   return result;
 }
 
-TEST_F(WindowsAddin, EntriesBearAnyStackAndPopTheirArguments) {
+// A copy of a result, which goes back where the add-in wants it.
+template <class Record>
+Record taken(const Registration& function, Record* result) {
+  const Record copy = *result;
+  if (function.wide && (copy.type & xlbitDLLFree) != 0)
+    reinterpret_cast<void(EXCEL_STDCALL*)(Record*)>(function.take_back)(result);
+  return copy;
+}
+
+template <class Record>
+void expect_any_stack() {
   for (const Registration& registration : standin().registrations) {
     if (is_command(registration)) continue;
-    XLOPER one;
+    Record one;
     one.type = xltypeNum;
     one.value.number = 1.0;
-    const std::vector<XLOPER*> arguments(registration.arguments, &one);
+    const std::vector<Record*> arguments(registration.arguments, &one);
     const auto count = static_cast<int>(registration.arguments);
-    const XLOPER expected = *call_entry(registration.entry, arguments.data(), arguments.size());
+    const Record expected =
+        taken(registration, call_entry(registration.entry, arguments.data(), arguments.size()));
     for (int offset : {0, 4, 8, 12}) {
       int left = -1;
-      const XLOPER* result = call_off_boundary(registration.entry, arguments.data(), count, offset, &left);
+      void* const given = call_off_boundary(
+          registration.entry, reinterpret_cast<void* const*>(arguments.data()), count, offset, &left);
+      const Record result = taken(registration, static_cast<Record*>(given));
       EXPECT_EQ(left, 0) << registered_name(registration) << " at " << offset;
-      EXPECT_EQ(result->type, expected.type);
-      EXPECT_EQ(std::memcmp(&result->value, &expected.value, expected.type == xltypeNum ? 8 : 2), 0)
+      EXPECT_EQ(result.type, expected.type);
+      EXPECT_EQ(std::memcmp(&result.value, &expected.value, (expected.type & xltypeNum) != 0 ? 8 : 2), 0)
           << registered_name(registration) << " at " << offset;
     }
   }
+}
+
+TEST_F(WindowsAddin, EntriesBearAnyStackAndPopTheirArguments) {
+  expect_any_stack<XLOPER>();
+  unload_addin();
+  reset_standin();
+  ASSERT_EQ(load_addin(program_folder() + KESTRAN_ADDIN12), "");
+  expect_any_stack<XLOPER12>();
 }
 #endif
 

@@ -1,0 +1,12 @@
+// What the add-in asks of the operating system.
+#pragma once
+
+#include "addin/excel_api.h"
+#include "addin/system.h"
+
+namespace kestran {
+
+/// What the host program exports for add-ins; null when it exports nothing.
+Excel12Function host_entry_point();
+
+}  // namespace kestran
