@@ -173,8 +173,8 @@ TEST(TwoContracts, OnTheWorksheet) {
       worksheet::ASTRIP2m(25, -5.5, .35, .33, .02, .06, .05, .1, 14, 8, 3, 9, .05, .98, 24, .1, 1, 0, 2)
           .number));
   const auto refused = [](int Settle1, int SetDays, int RetType, int RetMonth) {
-    return worksheet::xCrudeAPO(nullptr, 25, 25.5, .35, .33, .45, .4, .1, .2, Settle1, 8, SetDays, 25, .05, .98, 0, .2,
-                                1, RetType, RetMonth)
+    return worksheet::xCrudeAPO(nullptr, 25, 25.5, .35, .33, .45, .4, .1, .2, Settle1, 8, SetDays, 25, .05,
+                                .98, 0, .2, 1, RetType, RetMonth)
                .error == value_code;
   };
   EXPECT_TRUE(refused(INT_MAX, 0, 0, 1) && refused(-1, 0, 0, 1) && refused(14, -1, 0, 1));
