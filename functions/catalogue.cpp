@@ -54,8 +54,13 @@ struct Call {
     return list;
   }
 
-  // Flat, so that what is there for several results costs a single one nothing.
-  [[gnu::flatten]] static Answer compute(const double* numbers, const Cells* cells) {
+  // Flat, so that what is there for several results costs a single one nothing. An optimisation at link time
+  // would take whole models in here, again and again.
+#if !defined(KESTRAN_OPTIMISED_AT_LINK_TIME)
+  [[gnu::flatten]]
+#endif
+  static Answer
+  compute(const double* numbers, const Cells* cells) {
     return compute(numbers, cells, std::make_index_sequence<count>());
   }
 
