@@ -281,11 +281,11 @@ void price_results(const Function& function, const Operand* given, const int* se
   if (!taken) std::fill_n(answers, results, refusal);
 }
 
-// Numbers need no reader in a frame of scalars, which takes them as they are.
+// Numbers need no reader in a frame of scalars; a NaN does, which may carry the code of a refusal.
 Answer price(const Function& function, const double* numbers) {
-  if (function.frame.intake == Intake::scalars) {
-    for (int i = 0; i < function.argument_count; ++i)
-      if (numbers[i] != numbers[i]) return Answer::failure(missing_code, Reason::missing, i);
+  bool complete = function.frame.intake == Intake::scalars;
+  for (int i = 0; complete && i < function.argument_count; ++i) complete = numbers[i] == numbers[i];
+  if (complete) {
     const ProcessorState state;
     return function.compute(numbers, nullptr);
   }

@@ -160,9 +160,17 @@ TEST_F(Catalogue, NumbersAloneAreOperandsWithoutRanges) {
     std::vector<Operand> operands;
     for (const Given& one : example.given) numbers.push_back(one.values[0]);
     for (const double& number : numbers) operands.push_back({&number});
-    EXPECT_EQ(shown(price(*example.function, numbers.data())),
-              shown(price(*example.function, operands.data())))
-        << example.function->name;
+    const auto same = [&] {
+      const Answer answer = price(*example.function, numbers.data());
+      const Answer expected = price(*example.function, operands.data());
+      EXPECT_EQ(shown(answer), shown(expected)) << example.function->name;
+      EXPECT_EQ(answer.reason, expected.reason) << example.function->name;
+    };
+    same();
+    for (double instead : {empty, refused_number(42), refused_number(no_number_code)}) {
+      numbers.back() = instead;
+      same();
+    }
   }
 }
 
