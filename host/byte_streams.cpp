@@ -10,10 +10,8 @@
 #include <filesystem>
 #include <new>
 #include <system_error>
-#include <vector>
-#if !defined(_WIN32)
-#include <thread>
-#endif
+
+#include "functions/in_parts.h"
 
 namespace kestran {
 
@@ -110,28 +108,13 @@ std::string ByteSink::reason() const { return std::strerror(error); }
 
 void for_each_in_parallel(std::size_t count, const std::function<void(std::size_t)>& work) {
   std::atomic<bool> out_of_memory{false};
-  const auto guarded = [&](std::size_t k) {
+  in_parts(count, static_cast<int>(count), [&](std::size_t begin, std::size_t end) {
     try {
-      work(k);
+      for (std::size_t k = begin; k < end; ++k) work(k);
     } catch (const std::bad_alloc&) {
       out_of_memory = true;
     }
-  };
-  std::size_t next = 1;
-#if !defined(_WIN32)
-  std::vector<std::thread> threads;
-  try {
-    threads.reserve(count);
-    for (; next < count; ++next) threads.emplace_back(guarded, next);
-  } catch (const std::exception&) {
-    // No more threads are to be had: this one does what is left.
-  }
-#endif
-  if (count > 0) guarded(0);
-  for (; next < count; ++next) guarded(next);
-#if !defined(_WIN32)
-  for (std::thread& thread : threads) thread.join();
-#endif
+  });
   if (out_of_memory) throw std::bad_alloc();
 }
 
