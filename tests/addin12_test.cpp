@@ -20,6 +20,10 @@
 #include "tests/case_files.h"
 #include "tests/failing_new.h"
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 namespace kestran {
 namespace {
 
@@ -226,21 +230,59 @@ TEST_F(Addin12, WithoutMemoryAnswersValue) {
   EXPECT_EQ(answer("EURO({100,100},95,5%,2%,25%,90,1,0)"), "{8.14303821049409,8.14303821049409}");
   standin().out_of_memory = false;
 }
-
-TEST(Addin12Files, OpenFromAFolderThatNoCodePageHas) {
-  reset_standin();
-  const std::filesystem::path folder = program_folder() + "\xC3\x96l \xD0\x96 \xF0\x9D\x84\x9E";
-  std::filesystem::create_directory(folder);
-  const std::string copy = (folder / "KESTRAN12.so").string();
-  std::filesystem::copy_file(program_folder() + KESTRAN_ADDIN12, copy,
-                             std::filesystem::copy_options::overwrite_existing);
-  EXPECT_EQ(load_addin(copy), "");
-  EXPECT_EQ(answer("EURO(100,95,5%,2%,25%,90,1,0)"), "8.14303821049409");
-  unload_addin();
-  EXPECT_TRUE(standin().faults.empty() && standin().alerts.empty());
-  std::filesystem::remove_all(folder);
-}
 #endif
+
+// A folder with a copy of the add-in, under a name that no code page has, for as long as it lives.
+struct CopyElsewhere {
+  explicit CopyElsewhere(const std::string& name) : top(std::filesystem::u8path(program_folder() + name)) {
+    std::filesystem::create_directories(top / "bits");
+    file = top / "bits" / KESTRAN_ADDIN12;
+    std::filesystem::copy_file(program_folder() + KESTRAN_ADDIN12, file);
+  }
+  ~CopyElsewhere() { std::filesystem::remove_all(top); }
+
+  void load() {
+    std::string error;
+#if defined(_WIN32)
+    standin().library = LoadLibraryW(file.c_str());
+#else
+    standin().library = open_library(file.string(), error);
+#endif
+    ASSERT_NE(standin().library, nullptr) << error;
+    attach_addin(file.u8string(), [library = standin().library](const char* procedure) {
+      return find_symbol(library, procedure);
+    });
+  }
+
+  std::filesystem::path top, file;
+};
+
+TEST(Addin12Files, OpenFromAnyFolderWithTheReferenceBesideThem) {
+  CopyElsewhere copy("\xC3\x96l \xD0\x96 \xF0\x9D\x84\x9E");
+  const std::string found = "/%C3%96l%20%D0%96%20%F0%9D%84%9E/";
+  const std::pair<const char*, const char*> places[] = {{"", nullptr},
+                                                        {"reference", "reference/EURO.html!0"},
+                                                        {"bits/reference", "bits/reference/EURO.html!0"}};
+  for (const auto& [folder, page] : places) {
+    if (page != nullptr) {
+      std::filesystem::create_directories(copy.top / folder);
+      std::ofstream(copy.top / folder / "index.html") << "a page";
+    }
+    reset_standin();
+    copy.load();
+    EXPECT_EQ(answer("EURO(100,95,5%,2%,25%,90,1,0)"), "8.14303821049409");
+    const std::string topic = registered_text(*find_function("EURO"), help_topic_text);
+    unload_addin();
+    EXPECT_TRUE(standin().faults.empty() && standin().alerts.empty());
+    if (page == nullptr) {
+      EXPECT_EQ(topic, "");
+    } else {
+      EXPECT_EQ(topic.rfind("file:///", 0), 0u) << topic;
+      const std::string end = found + page;
+      EXPECT_EQ(topic.substr(topic.size() - std::min(topic.size(), end.size())), end);
+    }
+  }
+}
 
 TEST_F(Addin12, TellsOnceHowManyFunctionsAreNotThere) {
   standin().find_entry = [real = standin().find_entry](const char* name) {
@@ -345,18 +387,32 @@ struct Loaded {
   }
 };
 
-TEST(Addins, BothAtOnceTheLaterRegistrationWins) {
-  const char* const files[] = {KESTRAN_ADDIN, KESTRAN_ADDIN12};
-  for (const bool wide_last : {false, true}) {
+void load_beside_the_program(const char* file) { ASSERT_EQ(load_addin(program_folder() + file), ""); }
+
+TEST(Addins, OfTwoAtOnceTheLaterRegistrationWins) {
+  CopyElsewhere copy("second copy");
+  struct {
+    const char* what;
+    std::function<void()> load;
+    bool wide;
+    std::size_t commands;
+  } const old{"KESTRAN", [] { load_beside_the_program(KESTRAN_ADDIN); }, false, 2},
+      modern{"KESTRAN12", [] { load_beside_the_program(KESTRAN_ADDIN12); }, true, 0},
+      again{"a copy of KESTRAN12", [&copy] { copy.load(); }, true, 0};
+  const std::pair<decltype(&old), decltype(&old)> pairs[] = {
+      {&old, &modern}, {&modern, &old}, {&modern, &again}, {&again, &modern}, {&old, &again}};
+  for (const auto& [earlier, later] : pairs) {
+    SCOPED_TRACE(std::string(earlier->what) + ", then " + later->what);
     reset_standin();
     Loaded first{};
-    ASSERT_EQ(load_addin(program_folder() + files[!wide_last]), "");
-    const std::size_t commands = wide_last ? 2 : 0;
-    EXPECT_EQ(standin().registrations.size(), static_cast<std::size_t>(catalogue_size) + commands);
+    earlier->load();
+    EXPECT_EQ(standin().registrations.size(), static_cast<std::size_t>(catalogue_size) + earlier->commands);
     first.change_places();
-    ASSERT_EQ(load_addin(program_folder() + files[wide_last]), "");
-    EXPECT_EQ(standin().registrations.size(), static_cast<std::size_t>(catalogue_size) + 2);
-    EXPECT_EQ(find_function("EURO")->wide, wide_last);
+    later->load();
+    EXPECT_EQ(standin().registrations.size(),
+              static_cast<std::size_t>(catalogue_size) + earlier->commands + later->commands);
+    EXPECT_EQ(find_function("EURO")->wide, later->wide);
+    EXPECT_EQ(find_function("EURO")->texts[0], standin().library_path);
     EXPECT_EQ(answer("EURO({100},95,5%,2%,25%,90,1,0)"), "8.14303821049409");
     unload_addin();  // the later one
     first.change_places();
