@@ -129,6 +129,11 @@ TEST_F(Addin12, SpillsWhatASingleCellAnswersForEachOfThem) {
       "EURO({100,\"x\",,#N/A,TRUE,-1},95,5%,2%,25%,90,1,0)",
       "EURO(#REF!,{1,#N/A},5%,2%,25%,90,1,0)",
       "EURO(,{1,2},5%,2%,25%,90,1,{0,9})",
+      "EURO({100;\"x\";#N/A;103;},95,5%,2%,25%,90,1,{0,3,9,1.5,-1})",
+      "EURO({100,101},95,5%,2%,25%,90,{1,0},{0;1;2.5})",
+      "EURO({100;101},{95,96,97},5%,2%,25%,90,1,{0,1,2})",
+      "AMERB({90;100;#DIV/0!},95,5%,2%,25%,90,{1;0;1},50,{0,1,2,3})",
+      "SWAPTION({20,21},{1,1},{0.5,0.6},{0.05,0.05},25%,{20.7;#NUM!;},5%,0.45,1,{0,1,3,99},1)",
       "PPLUS(60,62,50,51,20,10,30%,28%,35%,33%,0.95,0.97,0.85,0.84,0.83,0.86,8,5%,0.5,1,{0,1,2},1,1)",
       "XCAP({20,20.5},{0.05,0.051},{0.3,0.29},{120,150},{1,2},25%,{21;#NUM!;\"\"},0.8,90,5%,1,0,25)",
       "SWAPTION({20,21},{1,1},{0.5,0.6},{0.05,0.05},25%,{20.7,#NUM!,},5%,0.45,1,0,1)",
@@ -140,6 +145,7 @@ TEST_F(Addin12, SpillsWhatASingleCellAnswersForEachOfThem) {
     ASSERT_EQ(calls.size(), 1u);
     ASSERT_NE(all.array, nullptr) << formula;
     const Function& function = *find_in_catalogue(calls[0].name.c_str());
+    const auto columns = static_cast<std::size_t>(all.array->columns);
     for (std::size_t cell = 0; cell < all.array->cells.size(); ++cell) {
       // The same call with one cell in the place of several.
       std::string single = calls[0].name + "(";
@@ -147,10 +153,13 @@ TEST_F(Addin12, SpillsWhatASingleCellAnswersForEachOfThem) {
         const Block& given = calls[0].given[i];
         const bool braces = given.rows > 0;
         const bool one = given.cells.size() > 1 && !is_range(function.arguments[i].kind);
+        const std::size_t row = given.rows > 1 ? cell / columns : 0;
+        const std::size_t column = given.columns > 1 ? cell % columns : 0;
+        const std::size_t place = one ? row * static_cast<std::size_t>(given.columns) + column : 0;
         std::string text;
-        for (std::size_t k = one ? cell : 0; k < (one ? cell + 1 : given.cells.size()); ++k) {
+        for (std::size_t k = place; k < (one ? place + 1 : given.cells.size()); ++k) {
           const Scalar& value = given.cells[k];
-          if (k > (one ? cell : 0)) text += given.rows > 1 ? ";" : ",";
+          if (k > place) text += given.rows > 1 ? ";" : ",";
           if (value.kind == Kind::text)
             text += '"' + value.text + '"';
           else if (value.kind != Kind::missing && value.kind != Kind::empty)
