@@ -121,6 +121,11 @@ std::string argument_meaning(const Function& function, int i, bool brief) {
   return meaning;
 }
 
+std::string result_meaning(const ResultText& result) {
+  const std::string meaning = result.meaning + std::string(" (") + result.unit + ")";
+  return result.each == ResultText::of_month ? meaning + "; of RetMonth" : meaning;
+}
+
 std::string description(const Function& function) {
   const FunctionText& about = text_of(function);
   std::string text;
@@ -146,9 +151,7 @@ std::string description(const Function& function) {
     if (!answers(function, result)) continue;
     std::string name = selects ? std::to_string(result.selector) + " " : "";
     if (result.each == ResultText::of_period) name += "and on ";
-    std::string meaning = result.meaning + std::string(" (") + result.unit + ")";
-    if (result.each == ResultText::of_month) meaning += "; of RetMonth";
-    rows.push_back({name + result.name, meaning});
+    rows.push_back({name + result.name, result_meaning(result)});
   }
   add_rows(text, selects ? "Results" : "Result", rows);
 

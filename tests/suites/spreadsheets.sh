@@ -1,0 +1,10 @@
+# shellcheck shell=bash
+about='Gnumeric: the add-in through its loader, and the plugin'
+packages="$test_packages gnumeric"
+
+run_suite() {
+  once 'linux: command' build linux kestran || return
+  step 'spreadsheets: build' build linux kestran_addin kestran_gnumeric xlcall32_gnumeric example_calls || return
+  step 'spreadsheets: Gnumeric, loader' timeout 300 tests/spreadsheets/gnumeric.sh loader
+  step 'spreadsheets: Gnumeric, plugin' timeout 300 tests/spreadsheets/gnumeric.sh plugin
+}
