@@ -92,6 +92,12 @@ case $1 in
     answers cases "$folder/cases.xlsx"
     [ "$(wc -l <"$folder/cases.expected")" -ge 400 ] || same 'cases' 'at least 400' "$(wc -l <"$folder/cases.expected")"
 
+    # The table of the README, as people type it.
+    sed -n 's/^| .* | `\(=.*\)` | \([-0-9.]*\) |$/\1\t\2/p' README.md >"$folder/readme"
+    sed 's/\t.*//; s/.*/"&"/' "$folder/readme" >"$folder/typed.csv"
+    convert "$folder/typed.csv" "$folder/shown.csv"
+    same 'README' "$(cut -f2 "$folder/readme")" "$(awk '{printf "%.6f\n", $1}' "$folder/shown.csv")"
+
     terms='95,5%,2%,25%,90,1'
     shows "=EURO(100,$terms,0)" 8.143038210494090379
     shows "=EURO(100,$terms,0,0)" '#N/A'
