@@ -2,9 +2,9 @@
 # The functions in Gnumeric, without a display and with a home of its own.
 #   gnumeric.sh loader   the add-in, unchanged, through Gnumeric's own loader of add-ins
 #   gnumeric.sh plugin   the plugin
+#   gnumeric.sh workbook FILE.xlsx   with the plugin, all numbers of a workbook that calls the functions
 set -u
 cd "$(dirname "$(readlink -f "$0")")/../.." || exit
-sources=$PWD
 bin=$PWD/build/linux/bin
 version=$(ssconvert --version 2>&1 | sed -n "s/.*version '\([0-9.]*\)'.*/\1/p")
 folder=$(mktemp -d /tmp/kestran_gnumeric.XXXXXX) || exit
@@ -40,6 +40,9 @@ answers() {
   /usr/bin/python3 tests/spreadsheets/compare_calls.py "$folder/$1.expected" "$folder/$1.Inline.csv" "$folder/$1.Cells.csv" || failed=1
 }
 
+# As the page for users says.
+install_plugin() { eval "$(sed -n '/^mkdir.*\.gnumeric/,/^cp/p' docs/gnumeric.md)" || failed=1; }
+
 shows() {  # FORMULA EXPECTED: where cells A9 to E9 hold 100, text, TRUE, #N/A and nothing
   printf '"%s"\n\n\n\n\n\n\n\n100,text,TRUE,#N/A\n' "${1//\"/\"\"}" >"$folder/shows.csv"
   convert "$folder/shows.csv" "$folder/shown.csv"
@@ -74,9 +77,14 @@ case $1 in
     quiet=no answers examples "$folder/examples.xlsx"
     same 'the loader' "$((2 * $("$bin/kestran" --list | wc -l)))" "$(sed -n 's/.*Loaded \([0-9]*\) functions.*/\1/p' "$folder/said")"
     ;;
+  workbook)
+    install_plugin
+    # Gnumeric has words on colours that it does not know.
+    quiet=no convert "$2" "$folder/reckoned.xlsx"
+    /usr/bin/python3 tests/spreadsheets/compare_workbooks.py "$2" "$folder/reckoned.xlsx" || failed=1
+    ;;
   plugin)
-    # Installed as the page for users says.
-    (cd "$sources" && eval "$(sed -n '/^mkdir.*\.gnumeric/,/^cp/p' docs/gnumeric.md)") || failed=1
+    install_plugin
     same 'installed' 'kestran.so plugin.xml' "$(find "$plugins/kestran" -type f -printf '%f\n' | sort | xargs)"
     calls examples
     answers examples "$folder/examples.xlsx"
@@ -93,6 +101,7 @@ case $1 in
     [ "$(wc -l <"$folder/cases.expected")" -ge 400 ] || same 'cases' 'at least 400' "$(wc -l <"$folder/cases.expected")"
 
     # The table of the README, as people type it.
+    # shellcheck disable=SC2016
     sed -n 's/^| .* | `\(=.*\)` | \([-0-9.]*\) |$/\1\t\2/p' README.md >"$folder/readme"
     sed 's/\t.*//; s/.*/"&"/' "$folder/readme" >"$folder/typed.csv"
     convert "$folder/typed.csv" "$folder/shown.csv"
