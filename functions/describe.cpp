@@ -126,6 +126,17 @@ std::string result_meaning(const ResultText& result) {
   return result.each == ResultText::of_month ? meaning + "; of RetMonth" : meaning;
 }
 
+std::string result_names(const Function& function) {
+  std::string names;
+  if (result_argument(function) < 0) return names;
+  for (const ResultText& result : text_of(function).results) {
+    if (!answers(function, result)) continue;
+    names += (names.empty() ? "" : ", ") + std::to_string(result.selector) +
+             (result.each == ResultText::of_period ? " and on " : " ") + result.name;
+  }
+  return names;
+}
+
 std::string description(const Function& function) {
   const FunctionText& about = text_of(function);
   std::string text;
