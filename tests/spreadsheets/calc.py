@@ -139,9 +139,9 @@ def column_name(column):
     return name
 
 
-def cells(document):
-    """All cells of all sheets that are not empty, row after row."""
-    for sheet in document.Sheets:
+def cells(document, sheets=None):
+    """All cells of these sheets, or of all, that are not empty, row after row."""
+    for sheet in map(document.Sheets.getByName, sheets or document.Sheets.ElementNames):
         used = sheet.createCursor()
         used.gotoEndOfUsedArea(False)
         last = used.RangeAddress

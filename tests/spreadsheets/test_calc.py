@@ -17,6 +17,7 @@ ADD_IN = 11  # Calc's number of the category
 ERRORS = {"#NULL!": 521, "#DIV/0!": 532, "#VALUE!": 519, "#REF!": 524, "#NAME?": 525, "#NUM!": 503, "#N/A": 32767,
           "#ERR(65535)": 65535}
 ERROR_IN_RANGE = 504
+EXCEL_LENGTH = 8192  # of a formula
 ERROR = r"#(?:NULL!|DIV/0!|VALUE!|REF!|NAME\?|NUM!|N/A)"
 
 
@@ -104,7 +105,7 @@ def calls():
 def write_cell(sheet, row, column, text):
     """A cell with what the text would be in a formula."""
     text = text.strip()
-    if text[0:1] == '"':
+    if text[0:1] == '"' and text != '""':
         sheet.write_string(row, column, text[1:-1])
     elif text in ("TRUE", "FALSE"):
         sheet.write_boolean(row, column, text == "TRUE")
@@ -149,7 +150,7 @@ def book(tmp_path_factory):
         by_cell.write_formula(i, 0, xll(call.formula(references)), None, 12345)
         expected["Cells", f"A{i + 1}"] = call.told_apart()
         # In a block, Excel takes plain numbers and texts only, and Calc no errors.
-        if not any(block and re.search(rf"[{{,;][,;}}]|%|{ERROR}", argument)
+        if len(call.formula()) < EXCEL_LENGTH and not any(block and re.search(rf"[{{,;][,;}}]|%|{ERROR}", argument)
                    for argument, block in zip(call.arguments, call.blocks())):
             inline.write_formula(i, 0, xll(call.formula()), None, 12345)
             expected["Inline", f"A{i + 1}"] = call.told_apart()
@@ -164,13 +165,13 @@ def bits(value):
 
 
 def wrong_cells(document, expected):
-    found = {(cell.sheet, cell.place): cell for cell in cells(document) if cell.sheet != "Data"}
+    found = {(cell.sheet, cell.place): cell for cell in cells(document, ("Inline", "Cells"))}
     assert found.keys() == expected.keys()
     wrong = []
     for place, cell in found.items():
         value = cell.value.code if isinstance(cell.value, CellError) else cell.value
         if bits(value) != bits(expected[place]):
-            wrong.append((*place, cell.formula, value, expected[place]))
+            wrong.append((*place, cell.formula[:90], value, expected[place]))
     return wrong
 
 
@@ -179,7 +180,7 @@ def test_bits_and_refusals(calc, book):
     document = calc.open(path)
     wrong = wrong_cells(document, expected)
     document.close(True)
-    assert not wrong, wrong[:10]
+    assert not wrong, "\n".join(map(str, wrong))
 
 
 def test_files_and_back(calc, book, tmp_path):
@@ -192,7 +193,7 @@ def test_files_and_back(calc, book, tmp_path):
     document = calc.open(path)
     wrong = wrong_cells(document, expected)
     document.close(True)
-    assert not wrong, wrong[:10]
+    assert not wrong, "\n".join(map(str, wrong))
 
 
 def test_wizard(calc):
