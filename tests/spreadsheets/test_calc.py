@@ -1,5 +1,6 @@
 """The extension for LibreOffice Calc: the sheet's bits and refusals, files of Excel, help on every argument."""
 import glob
+import os
 import re
 import struct
 import subprocess
@@ -9,8 +10,9 @@ import xlsxwriter
 
 from calc import Calc, CellError, cells
 
-COMMAND = "build/linux/bin/kestran"
-EXTENSION = "build/linux/KESTRAN.oxt"
+BUILD = os.environ.get("KESTRAN_BUILD", "build/linux")
+COMMAND = BUILD + "/bin/kestran"
+EXTENSION = BUILD + "/KESTRAN.oxt"
 ADD_IN = 11  # Calc's number of the category
 
 # What the command prints for an error, and Calc's number of it.
@@ -210,3 +212,23 @@ def test_wizard(calc):
         assert "empty cell counts as 0" in values["Description"]
         for argument in values["Arguments"]:
             assert len(argument.Description) > 5 and argument.Description != argument.Name, (name, argument)
+
+
+def test_page(calc, tmp_path):
+    """The formulas of the page show what stands beside them."""
+    with open("docs/calc.md", encoding="utf-8") as file:
+        examples = re.findall(r"^\| `=(.*?)` \| (.*?) \|", file.read(), re.MULTILINE)
+    assert len(examples) > 10
+    workbook = xlsxwriter.Workbook(str(tmp_path / "page.xlsx"))
+    sheet = workbook.add_worksheet()
+    for row, text in enumerate(("", "TRUE", "1/0", "0.3")):
+        write_cell(sheet, row, 0, text)
+    for row, (formula, _) in enumerate(examples):
+        sheet.write_formula(row, 1, xll(formula))
+    workbook.close()
+    document = calc.open(str(tmp_path / "page.xlsx"))
+    shown = document.Sheets.getByIndex(0)
+    wrong = [(formula, expected, shown.getCellByPosition(1, row).String) for row, (formula, expected) in enumerate(examples)
+             if shown.getCellByPosition(1, row).String != expected]
+    document.close(True)
+    assert not wrong, "\n".join(map(str, wrong))
