@@ -11,7 +11,6 @@ import shutil
 import signal
 import subprocess
 import tempfile
-import threading
 import time
 from typing import NamedTuple
 
@@ -41,7 +40,7 @@ def url(path):
 class Calc:
     def __init__(self, extension=None, seconds=200):
         self.extension, self.seconds = extension, seconds
-        self.office = self.watch = None
+        self.office = None
 
     def __enter__(self):
         self.folder = tempfile.mkdtemp(prefix="kestran_calc.", dir="/tmp")
@@ -53,8 +52,6 @@ class Calc:
         return self
 
     def __exit__(self, *_):
-        if self.watch:
-            self.watch.cancel()
         if self.office:
             self.end()
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -74,11 +71,9 @@ class Calc:
             subprocess.run(["unopkg", "add", profile, copy], env=environment, cwd="/", check=True, timeout=60, **user)
 
         self.office = subprocess.Popen(
-            ["soffice", "--headless", "--norestore", "--nologo", profile, "--accept=pipe,name=" + self.pipe() + ";urp"],
+            ["timeout", "--signal=KILL", str(self.seconds), "soffice", "--headless", "--norestore", "--nologo", profile,
+             "--accept=pipe,name=" + self.pipe() + ";urp"],
             env=environment, cwd="/", start_new_session=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        self.watch = threading.Timer(self.seconds, self.end)
-        self.watch.daemon = True
-        self.watch.start()
         self.context = self.connect()
         self.desktop = self.service("com.sun.star.frame.Desktop")
 
@@ -108,11 +103,12 @@ class Calc:
         return self.context.ServiceManager.createInstanceWithContext(name, self.context)
 
     def open(self, path):
-        """The document, recalculated."""
-        return self.desktop.loadComponentFromURL(url(path), "_blank", 0, properties(Hidden=True))
-
-    def new(self):
-        return self.desktop.loadComponentFromURL("private:factory/scalc", "_blank", 0, properties(Hidden=True))
+        """The document, recalculated. It is a copy, which nobody else has open."""
+        copy = shutil.copy(path, tempfile.mkdtemp(dir=self.folder))
+        document = self.desktop.loadComponentFromURL(url(copy), "_blank", 0, properties(Hidden=True))
+        if document is None:
+            raise RuntimeError(f"Calc does not open {path}")
+        return document
 
     @staticmethod
     def save(document, path):

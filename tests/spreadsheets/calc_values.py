@@ -7,11 +7,12 @@ A line for each cell that is not empty: sheet, cell, kind (number, text or error
 tabulators between them. A number is written so that it reads back to the same bits.
 """
 import argparse
+import os
 
 from calc import Calc, CellError, cells
 
 options = argparse.ArgumentParser(usage=__doc__)
-options.add_argument("--extension", default="build/linux/KESTRAN.oxt")
+options.add_argument("--extension", default=os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../build/linux/KESTRAN.oxt"))
 options.add_argument("file")
 options = options.parse_args()
 
@@ -23,4 +24,4 @@ with Calc(options.extension) as calc:
             kind, value = "number", repr(cell.value)
         else:
             kind, value = "text", cell.value
-        print(cell.sheet, cell.place, kind, *(text.replace("\t", " ").replace("\n", " ") for text in (value, cell.formula)), sep="\t")
+        print(cell.sheet, cell.place, kind, *(" ".join(text.split()) for text in (value, cell.formula)), sep="\t")

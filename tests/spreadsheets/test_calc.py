@@ -92,12 +92,13 @@ def function_list():
     return {row.split("\t")[0]: [name.strip() for name in row.split("\t")[1].split(",")] for row in rows}
 
 
+def describe(name):
+    return subprocess.run([COMMAND, "--describe", name], capture_output=True, text=True, check=True).stdout
+
+
 def calls():
     """The example of every function, and all calls of the case files."""
-    formulas = []
-    for name in function_list():
-        about = subprocess.run([COMMAND, "--describe", name], capture_output=True, text=True, check=True).stdout
-        formulas.append(about.split("\nExample\n")[1].split()[0])
+    formulas = [describe(name).split("\nExample\n")[1].split()[0] for name in function_list()]
     for path in sorted(glob.glob("tests/data/*.cases")):
         with open(path, encoding="utf-8") as file:
             formulas += [line.split("\t")[0] for line in file if line[0] not in "#\n"]
@@ -199,7 +200,8 @@ def test_files_and_back(calc, book, tmp_path):
 
 
 def test_wizard(calc):
-    known = {name.upper(): arguments for name, arguments in function_list().items()}
+    functions = function_list()
+    known = {name.upper(): arguments for name, arguments in functions.items()}
     descriptions = calc.service("com.sun.star.sheet.FunctionDescriptions")
     told = {}
     for i in range(descriptions.Count):
@@ -207,11 +209,15 @@ def test_wizard(calc):
         if values["Name"] in known and values["Category"] == ADD_IN:
             told[values["Name"]] = values
     assert told.keys() == known.keys()
-    for name, values in told.items():
-        assert [argument.Name for argument in values["Arguments"]] == known[name]
-        assert "empty cell counts as 0" in values["Description"]
+    for name in functions:
+        values = told[name.upper()]
+        assert [argument.Name for argument in values["Arguments"]] == known[name.upper()]
         for argument in values["Arguments"]:
             assert len(argument.Description) > 5 and argument.Description != argument.Name, (name, argument)
+        assert "empty cell counts as 0" in values["Description"]
+        results = describe(name).split("\nResults\n")[1:]
+        for result in re.findall(r"^  (\d+ .*?)  ", results[0].split("\n\n")[0], re.MULTILINE) if results else []:
+            assert result in values["Description"], (name, result)
 
 
 def test_page(calc, tmp_path):
