@@ -44,7 +44,7 @@ class CrudeApo(Desk):
             ('Fixings on the first contract', 'Settle1', ['=NETWORKDAYS({First},{Roll},Holidays)'] * 2, '0', ''),
             ('Fixings on the second', 'Settle2', ['=NETWORKDAYS({Roll}+1,{Last},Holidays)'] * 2, '0', ''),
             ('Fixings made', 'SetDays', [f'=COUNT({made})', 0.0], '0', 'counted in the table of fixings'),
-            ('Their average', 'SetPrice', [f'=AVERAGE({made})', 0.0], '0.0000', 'any number while none is made'),
+            ('Their average', 'SetPrice', [f'=ROUND(AVERAGE({made}),4)', 0.0], '0.0000', 'to four decimals; any number while none is made'),
             ('Years to the first fixing', 'AvgStart', ['=({First}-Today)/365.25'] * 2, YEARS, 'below 0: the averaging has begun'),
             ('Years to the last fixing', 'AvgEnd', ['=({Last}-Today)/365.25'] * 2, YEARS, ''),
             ('Years to payment', 'ToExp', ['=({Payment}-Today)/365.25'] * 2, YEARS, ''),

@@ -8,6 +8,7 @@ NAME, FIRST, EXPECTED, SELECTOR, UNIT, MEANING, LOOK = 0, 1, 3, 4, 5, 6, 7
 WIDEST = 4  # cells of a range beside one another
 PER_YEAR = ('per year', 'per year, continuous', 'per year, semi-annual')
 NOT_COMPUTED = 'not computed'
+RESULT = '[<-99999999]0E+00;0.000000'  # some functions answer a huge number for what they have not
 
 
 def tab_of(family):
@@ -78,7 +79,8 @@ def slips_of(function, i, areas):
         condition, number = between(area.cells, odd)
         yield condition, words_formula(odd['words'], number), f"AND(ISNUMBER({cell}),{','.join(bounds)})"
     if argument['whole']:
-        yield f'SUMPRODUCT(({area.cells}<>ROUND({area.cells},0))*1)>0', '"counts without its decimals"', f'{cell}<>ROUND({cell},0)'
+        words = f'"counts as "&TRUNC({cell})' if area.cells == cell else '"counts without its decimals"'
+        yield f'SUMPRODUCT(({area.cells}<>TRUNC({area.cells}))*1)>0', words, f'{cell}<>TRUNC({cell})'
     for first, second in function['in_order']:
         if first == i:
             later = areas[second]
@@ -196,9 +198,9 @@ class FunctionBlock:
         self.results = first, self.row - 1
 
     def write_calls(self, calls):
-        cells = [self.sheet.put(self.row, FIRST + k, call, 'live', '0.000000') for k, call in enumerate(calls) if call]
+        cells = [self.sheet.put(self.row, FIRST + k, call, 'live', RESULT) for k, call in enumerate(calls) if call]
         expected = at(self.row, EXPECTED)
-        self.sheet.book.expect(self.sheet, self.row, FIRST, EXPECTED)
+        self.sheet.book.expect(self.sheet, self.row, FIRST, EXPECTED, RESULT)
         off = [f'ABS({cell}-{expected})' for cell in cells]
         worst = off[0] if len(off) == 1 else f"MAX({','.join(off)})"
         area = cells[0] if len(cells) == 1 else f'{cells[0]}:{cells[-1]}'

@@ -323,5 +323,6 @@ FUNCTIONS = {
     'SUM': total_of,
     'SUMIF': sum_if,
     'SUMPRODUCT': sum_of_products,
+    'TRUNC': each(math.trunc),
     'WORKDAY': workday,
 }

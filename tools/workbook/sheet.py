@@ -188,9 +188,9 @@ class Book:
                     return next(r['selector'] for r in entry['results'] if r['name'] == result)
         raise KeyError(function)
 
-    def expect(self, sheet, row, column, expected):
+    def expect(self, sheet, row, column, expected, number):
         """The value of a cell, as a constant in another column of its row."""
-        self.expected.append((sheet, row, column, expected))
+        self.expected.append((sheet, row, column, expected, number))
 
     def work_out(self):
         left = [(tab, *place) for tab, sheet in self.sheets.items() for place, cell in sheet.cells.items()
@@ -211,8 +211,8 @@ class Book:
 
     def close(self):
         self.work_out()
-        for sheet, row, column, expected in self.expected:
-            sheet.put(row, expected, sheet.value(row, column), 'expected', '0.000000')
+        for sheet, row, column, expected, number in self.expected:
+            sheet.put(row, expected, sheet.value(row, column), 'expected', number)
         for sheet in self.sheets.values():
             sheet.write()
         self.file.close()
