@@ -1,6 +1,7 @@
 """The first sheet: what there is, whether the add-in is loaded, and where each function is."""
 from .families import NOT_COMPUTED, plain
 from .sheet import at
+from .styles import SLIP
 
 
 class Contents:
@@ -13,7 +14,7 @@ class Contents:
     def fill(self, desks, families):
         sheet = self.sheet
         sheet.raw.set_tab_color('#17375E')
-        sheet.widths(26, 64, 34, 4, 17, 74)
+        sheet.widths(28, 74, 26, 3, 25, 78)
         sheet.raw.set_row(0, 30)
         sheet.put(0, 0, 'KESTRAN', 'title')
         sheet.put(0, 1, 'options on commodities, energy, currencies and rates', 'note', font_size=12)
@@ -33,21 +34,21 @@ class Contents:
         sheet.put(row, 1, f"=IF(ISNUMBER(_xll.{first['name']}({','.join(first['example'])})),\"loaded: green cells are live\","
                   '"not loaded: green cells show what is stored, or an error once they are worked out anew")',
                   'text', stored=NOT_COMPUTED, bold=True)
-        sheet.put(row + 1, 0, 'Stored numbers', 'label', bold=True)
-        sheet.put(row + 1, 1, 'worked out by the command kestran when the workbook was made, with the bits of the add-in', 'text')
-        return row + 2
+        sheet.put(row + 1, 0, 'To load it', 'label', bold=True)
+        sheet.put(row + 1, 1, 'File > Options > Add-ins > Manage: Excel Add-ins > Go > Browse; then Ctrl+Alt+F9 works out every cell', 'text')
+        sheet.put(row + 2, 0, 'Stored numbers', 'label', bold=True)
+        sheet.put(row + 2, 1, 'are those of the command kestran, whose bits are those of the add-in', 'text')
+        return row + 3
 
     def fill_legend(self, row):
         sheet = self.sheet
-        sheet.put(row, 0, 1.25, 'input', '0.00')
-        sheet.put(row, 1, 'an input: type over it', 'text')
-        sheet.put(row + 1, 0, 1.25, 'plain', '0.00')
-        sheet.put(row + 1, 1, "the sheet's own arithmetic", 'text')
-        sheet.put(row + 2, 0, 1.25, 'live', '0.00')
-        sheet.put(row + 2, 1, 'a function of the add-in', 'text')
-        sheet.put(row + 3, 0, 1.25, 'text', '0.00', bg_color='#F8D7D3', font_color='#8E1B0E', bold=True)
-        sheet.put(row + 3, 1, 'looks like a slip, such as a rate of 5 in place of 0.05', 'text')
-        return row + 4
+        for kind, look, words in (('input', {}, 'an input: type over it'), ('plain', {}, "the sheet's own arithmetic"),
+                                  ('live', {}, 'a function of the add-in'),
+                                  ('text', SLIP, 'looks like a slip, such as a rate of 5 in place of 0.05')):
+            sheet.put(row, 0, 1.25, kind, '0.00', align='center', **look)
+            sheet.put(row, 1, words, 'text')
+            row += 1
+        return row
 
     def fill_desks(self, row, desks):
         sheet = self.sheet
@@ -64,17 +65,16 @@ class Contents:
         for family in families:
             row += 1
             sheet.link(row, 0, family.tab, 'A1', family.tab)
-            sheet.put(row, 1, ', '.join(block.function['name'] for block in family.blocks), 'text', text_wrap=True)
-            if sum(len(block.function['name']) + 2 for block in family.blocks) > 78:
-                sheet.raw.set_row(row, 28)
+            sheet.put(row, 1, f'{sum(len(block.names) for block in family.blocks)} functions', 'text')
             rows = sum(block.results[1] - block.results[0] + 1 for block in family.blocks)
             sheet.put(row, 2, f'=COUNTIF({family.checks},"ok")&" of {rows}"', 'check', stored=NOT_COMPUTED, align='left')
         return row + 1
 
     def fill_index(self, families):
+        """A line for each function and its twin."""
         sheet = self.sheet
-        sheet.row(2, 4, ['Function', 'prices'], 'head')
-        entries = [(name, family.tab, block) for family in families for block in family.blocks for name in block.names]
-        for i, (name, tab, block) in enumerate(sorted(entries, key=lambda entry: (entry[0].lstrip('x').upper(), entry[0]))):
-            sheet.link(3 + i, 4, tab, at(block.head, 0), name)
+        sheet.row(2, 4, ['Functions by name', 'what they price'], 'head')
+        entries = [(family.tab, block) for family in families for block in family.blocks]
+        for i, (tab, block) in enumerate(sorted(entries, key=lambda entry: entry[1].names[0].lstrip('x').upper())):
+            sheet.link(3 + i, 4, tab, at(block.head, 0), ', '.join(block.names))
             sheet.put(3 + i, 5, plain(block.function['headline']), 'text')

@@ -6,6 +6,7 @@ from .styles import WORDS
 
 NAME, FIRST, EXPECTED, SELECTOR, UNIT, MEANING, LOOK = 0, 1, 3, 4, 5, 6, 7
 WIDEST = 4  # cells of a range beside one another
+PAGE_ROWS = 66
 PER_YEAR = ('per year', 'per year, continuous', 'per year, semi-annual')
 NOT_COMPUTED = 'not computed'
 RESULT = '[<-99999999]0E+00;0.000000'  # some functions answer a huge number for what they have not
@@ -119,7 +120,7 @@ class FunctionBlock:
         self.row += 2
 
     def write_arguments(self):
-        self.sheet.row(self.row, NAME, ['argument', 'value', '', '', '', 'unit', 'meaning', 'look again'], 'head')
+        self.write_heads(['argument', 'value', '', '', '', 'unit', 'meaning', 'look again'])
         self.row += 1
         for i, (argument, written) in enumerate(zip(self.function['arguments'], self.function['example'])):
             if i == self.function['result_argument']:
@@ -127,6 +128,11 @@ class FunctionBlock:
             self.areas[i] = self.write_argument(argument, written)
         for i in self.areas:
             self.write_slips(i)
+
+    def write_heads(self, heads):
+        for column, head in enumerate(heads):
+            align = 'right' if FIRST <= column <= SELECTOR else 'center' if head == 'check' else 'left'
+            self.sheet.put(self.row, column, head, 'head', align=align, indent=int(column == UNIT))
 
     def write_argument(self, argument, written):
         rows = rows_of(written)
@@ -181,7 +187,7 @@ class FunctionBlock:
         heads = ['result', *self.names[:2]] + [''] * (2 - len(self.names[:2])) + ['expected', '', 'unit', 'meaning', 'check']
         if selects:
             heads[SELECTOR] = self.function['arguments'][self.function['result_argument']]['name']
-        self.sheet.row(self.row, NAME, heads, 'head')
+        self.write_heads(heads)
         self.row += 1
         first = self.row
         for selector, name, unit, meaning, functions in self.result_rows():
@@ -193,7 +199,11 @@ class FunctionBlock:
             self.write_calls([self.call(twin, self.row) if twin in functions else None for twin in self.names])
         written = ','.join(self.function['example'])
         self.sheet.put(self.row, NAME, 'as one formula', 'label')
-        self.sheet.put(self.row, MEANING, f"{self.function['name']}({written})", 'note')
+        formula = f"{self.function['name']}({written})"
+        if len(formula) > 70:
+            self.sheet.merged(self.row, UNIT, MEANING, formula, 'broken', 1 + len(formula) // 105)
+        else:
+            self.sheet.put(self.row, MEANING, formula, 'note')
         self.write_calls([f'=_xll.{twin}({written})' for twin in self.names])
         self.results = first, self.row - 1
 
@@ -229,7 +239,7 @@ class FamilySheet:
                   'A red cell looks like a slip; the last column says why.', 'note')
         sheet.link(0, LOOK, 'Contents', 'A1', 'Contents')
         sheet.raw.freeze_panes(2, 1)
-        sheet.raw.repeat_rows(0)
+        sheet.raw.repeat_rows(0, 2)
         row, breaks = 3, []
         self.blocks = []
         for function in family['functions']:
@@ -242,7 +252,7 @@ class FamilySheet:
         pages, begun = [], 0
         for k, end in enumerate(breaks):
             following = breaks[k + 1] if k + 1 < len(breaks) else None
-            if following and following - begun > 62:
+            if following and following - begun > PAGE_ROWS:
                 pages.append(end)
                 begun = end
         sheet.raw.set_h_pagebreaks(pages)

@@ -11,6 +11,7 @@ KINDS = {
     'subtitle': {'bold': True, 'font_size': 12, 'font_color': '#17375E', 'bottom': 2, 'bottom_color': '#17375E'},
     'note': {'font_color': QUIET},
     'wrapped': {'font_color': INK, 'text_wrap': True, 'valign': 'top'},
+    'broken': {'font_color': QUIET, 'text_wrap': True, 'valign': 'top', 'indent': 1},
     'head': {'bold': True, 'font_color': '#17375E', 'bg_color': '#E9EEF4', 'bottom': 1, 'bottom_color': '#9FB0C3'},
     'label': {'font_color': INK},
     'unit': {'font_color': QUIET, 'indent': 1},
