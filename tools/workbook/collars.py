@@ -16,7 +16,7 @@ class Collar(Desk):
         self.fill_option(3)
         self.fill_payoff(3)
         chart(self.sheet, row + 1, 0, 'A barrel with the collar, today and at expiry', axis('price of the future, $/bbl', '0', min=50, max=90),
-              axis('$/bbl', '0'), [Series('barrel alone', 10, 10, self.rows, 'dash', color='#8A94A0'), Series('with the collar, at expiry', 10, 12, self.rows),
+              axis('$/bbl', '0', min=45, max=95), [Series('barrel alone', 10, 10, self.rows, 'dash', color='#8A94A0'), Series('with the collar, at expiry', 10, 12, self.rows),
                                    Series('with the collar, today', 10, 11, self.rows)], size=(590, 310))
 
     def fill_collar(self, row):
