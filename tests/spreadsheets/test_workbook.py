@@ -24,7 +24,8 @@ def same_bits(a, b):
 
 
 def ask(formulas):
-    answers = subprocess.run([COMMAND], input="\n".join(formulas) + "\n", capture_output=True, text=True, check=True, timeout=100)
+    answers = subprocess.run([COMMAND], input="\n".join(formulas) + "\n", capture_output=True, text=True, check=True,
+                             timeout=100)
     return answers.stdout.splitlines()
 
 
@@ -159,8 +160,8 @@ def test_deals_of_the_page_have_the_values_found_elsewhere(book):
 
 
 def test_every_function_stands_in_one_formula_and_by_reference(book):
-    functions = {line.split("\t")[0] for line in subprocess.run([COMMAND, "--list"], capture_output=True, text=True, check=True)
-                 .stdout.splitlines()}
+    listed = subprocess.run([COMMAND, "--list"], capture_output=True, text=True, check=True).stdout.splitlines()
+    functions = {line.split("\t")[0] for line in listed}
     inline, by_reference = set(), set()
     for _, _, formula, _ in book.live():
         call = re.fullmatch(r"_xll\.(\w+)\((.*)\)", formula)
@@ -200,7 +201,8 @@ def test_greeks_is_stored_as_excel_365_stores_it(book):
 
 def test_charts_show_numbers_that_are_there(book):
     with zipfile.ZipFile(book.path) as archive:
-        charts = [ElementTree.fromstring(archive.read(name)) for name in archive.namelist() if name.startswith("xl/charts/chart")]
+        charts = [ElementTree.fromstring(archive.read(name)) for name in archive.namelist()
+                  if name.startswith("xl/charts/chart")]
     drawn = set()
     for chart in charts:
         for reference in chart.iter(CHART + "f"):
@@ -263,8 +265,8 @@ def test_slips_are_those_that_explain_tells(book, folder):
     with Calc(EXTENSION) as calc:
         document = calc.open(shutil.copy(book.path, folder / "slips.xlsx"))
         for sheet, name, cell in arguments:
-            conditions = [rule.formula[0].replace(",", ";") for area in book.formulas[sheet].conditional_formatting if cell in str(area.sqref)
-                          .split() for rule in area.rules]
+            conditions = [rule.formula[0].replace(",", ";") for area in book.formulas[sheet].conditional_formatting
+                          if cell in str(area.sqref).split() for rule in area.rules]
             inputs = document.Sheets.getByName(sheet)
             given, look = inputs.getCellRangeByName(cell), inputs.getCellRangeByName("H" + cell[1:])
             spare = inputs.getCellRangeByName("Z" + cell[1:])
@@ -293,8 +295,9 @@ def argument_of(call, name):
 
 def test_prints_without_errors(book, folder):
     """Every sheet as PDF and as a picture: nothing but GREEKS shows an error, nothing is too wide for its column."""
-    subprocess.run(["timeout", "--kill-after=9", "120", "soffice", "--headless", f"-env:UserInstallation=file://{folder}/profile",
-                    "--convert-to", "pdf", "--outdir", folder, shutil.copy(book.path, folder / "printed.xlsx")], check=True, capture_output=True)
+    subprocess.run(["timeout", "--kill-after=9", "120", "soffice", "--headless",
+                    f"-env:UserInstallation=file://{folder}/profile", "--convert-to", "pdf", "--outdir", folder,
+                    shutil.copy(book.path, folder / "printed.xlsx")], check=True, capture_output=True)
     subprocess.run(["pdftotext", "-layout", folder / "printed.pdf", folder / "text"], check=True, timeout=60)
     subprocess.run(["pdftoppm", "-r", "40", "-gray", folder / "printed.pdf", folder / "page"], check=True, timeout=100)
     pages = (folder / "text").read_text().split("\f")[:-1]

@@ -13,7 +13,8 @@ from .sheet import Book
 from .spreads import Basket, PlantAndCrack
 from .today import Today
 
-DESKS = [Today, Greeks, Grid, Smile, CrudeApo, GasStrip, PlantAndCrack, Collar, Swaption, FxBarrier, Basket, BookOfDeals, BookTotals]
+DESKS = [Today, Greeks, Grid, Smile, CrudeApo, GasStrip, PlantAndCrack, Collar, Swaption, FxBarrier, Basket, BookOfDeals,
+         BookTotals]
 
 
 def main(command_path, path):

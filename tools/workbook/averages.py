@@ -2,7 +2,8 @@
 import datetime
 
 from .charts import Series, axis, chart
-from .desk import CORRELATION, DATE, Desk, MONEY, PREMIUM, PRICE, SHARE, WHOLE, YEARS, at
+from .desk import CORRELATION, Desk, MONEY, PREMIUM, PRICE, SHARE, WHOLE, YEARS
+from .sheet import DATE, at
 
 # Settlements of the nearby contract made this month, typed as they come in.
 SETTLED = [69.35, 69.80, 70.42, 70.11, 70.65, 71.02, 70.48, 69.95, 70.20, 70.77, 70.58, 70.30, 70.12]
@@ -11,7 +12,8 @@ SETTLED = [69.35, 69.80, 70.42, 70.11, 70.65, 71.02, 70.48, 69.95, 70.20, 70.77,
 class CrudeApo(Desk):
     tab = 'Crude APO'
     title = 'Average-price call on crude'
-    about = 'calls on the average of the nearby future over a month, which rolls from one contract to the next; one with fixings made'
+    about = ('calls on the average of the nearby future over a month, which rolls from one contract to the next; '
+             'one with fixings made')
     widths = (31, 16, 16, 40, 3, 17, 14, 12, 3, 12, 14, 14, 14)
 
     def fill(self):
@@ -28,7 +30,8 @@ class CrudeApo(Desk):
         # Label, short name, content of both deals, number format, note. $ stands for the deal's column.
         lines = [
             ('Month', 'Month', [day(2026, 12, 1), day(2027, 2, 1)], 'mmm yyyy', ''),
-            ('Last day of the first contract', 'Roll', [day(2026, 12, 21), day(2027, 2, 22)], DATE, 'the next contract is the nearby from then on'),
+            ('Last day of the first contract', 'Roll', [day(2026, 12, 21), day(2027, 2, 22)], DATE,
+             'the next contract is the nearby from then on'),
             ('Volume, bbl', 'Volume', [100000, 50000], WHOLE, ''),
             ('Strike', 'Strike', [70.0, 72.0], PRICE, ''),
             ('First contract', 'Price1', [70.05, 71.10], PRICE, 'settlement of today'),
@@ -39,13 +42,16 @@ class CrudeApo(Desk):
             ('Volatility of the second, within', 'Sig2', [0.35, 0.36], SHARE, ''),
             ('Correlation', 'Correl', [0.99, 0.985], CORRELATION, 'of the two contracts'),
             ('First fixing', 'First', ['=WORKDAY({Month}-1,1,Holidays)'] * 2, DATE, 'first business day of the month'),
-            ('Last fixing', 'Last', ['=WORKDAY(EOMONTH({Month},0)+1,-1,Holidays)'] * 2, DATE, 'last business day of the month'),
+            ('Last fixing', 'Last', ['=WORKDAY(EOMONTH({Month},0)+1,-1,Holidays)'] * 2, DATE,
+             'last business day of the month'),
             ('Payment', 'Payment', ['=WORKDAY({Last},5,Holidays)'] * 2, DATE, 'fifth business day after'),
             ('Fixings on the first contract', 'Settle1', ['=NETWORKDAYS({First},{Roll},Holidays)'] * 2, '0', ''),
             ('Fixings on the second', 'Settle2', ['=NETWORKDAYS({Roll}+1,{Last},Holidays)'] * 2, '0', ''),
             ('Fixings made', 'SetDays', [f'=COUNT({made})', 0.0], '0', 'counted in the table of fixings'),
-            ('Their average', 'SetPrice', [f'=ROUND(AVERAGE({made}),4)', 0.0], '0.0000', 'to four decimals; any number while none is made'),
-            ('Years to the first fixing', 'AvgStart', ['=({First}-Today)/365.25'] * 2, YEARS, 'below 0: the averaging has begun'),
+            ('Their average', 'SetPrice', [f'=ROUND(AVERAGE({made}),4)', 0.0], '0.0000',
+             'to four decimals; any number while none is made'),
+            ('Years to the first fixing', 'AvgStart', ['=({First}-Today)/365.25'] * 2, YEARS,
+             'below 0: the averaging has begun'),
             ('Years to the last fixing', 'AvgEnd', ['=({Last}-Today)/365.25'] * 2, YEARS, ''),
             ('Years to payment', 'ToExp', ['=({Payment}-Today)/365.25'] * 2, YEARS, ''),
         ]
@@ -65,9 +71,11 @@ class CrudeApo(Desk):
         for label, result, month, factor, number, note in [
                 ('Premium, $/bbl', 'premium', 1, '', PREMIUM, 'what xCrudeAPO answers'),
                 ('Premium, $', 'premium', 1, '*{Volume}', MONEY, ''),
-                ('Delta of the first contract, bbl', 'delta', 1, '*{Volume}', WHOLE, 'to sell against the deal; / 1000 for lots'),
+                ('Delta of the first contract, bbl', 'delta', 1, '*{Volume}', WHOLE,
+                 'to sell against the deal; / 1000 for lots'),
                 ('Delta of the second contract, bbl', 'delta', 2, '*{Volume}', WHOLE, ''),
-                ('Vega before, first, $ a point', 'vega', 1, '*{Volume}/100', MONEY, 'a point: one percentage point of volatility'),
+                ('Vega before, first, $ a point', 'vega', 1, '*{Volume}/100', MONEY,
+                 'a point: one percentage point of volatility'),
                 ('Vega before, second, $ a point', 'vega', 2, '*{Volume}/100', MONEY, ''),
                 ('Vega within, first, $ a point', 'vega_within', 1, '*{Volume}/100', MONEY, ''),
                 ('Vega within, second, $ a point', 'vega_within', 2, '*{Volume}/100', MONEY, ''),
@@ -117,17 +125,21 @@ class CrudeApo(Desk):
             move = '+' + at(place, 9, col_abs=True)
             sheet.put(place, 9, float(i - 10), 'input', '+0;-0;0')
             sheet.put(place, 10, '=' + self.call(cell, 'premium', 1, move) + '*' + cell['Volume'], 'live', MONEY)
-            average = ('({SetDays}*{SetPrice}+MAX(0,{Settle1}-{SetDays})*({Price1}%s)+MIN({Settle2},{Settle1}+{Settle2}-{SetDays})*'
-                       '({Price2}%s))/({Settle1}+{Settle2})').replace('%s', move).format(**cell)
+            average = ('({SetDays}*{SetPrice}+MAX(0,{Settle1}-{SetDays})*({Price1}%s)'
+                       '+MIN({Settle2},{Settle1}+{Settle2}-{SetDays})*({Price2}%s))/({Settle1}+{Settle2})')
+            average = average.replace('%s', move).format(**cell)
             sheet.put(place, 11, f"=MAX(0,{average}-{cell['Strike']})*{cell['Volume']}", 'plain', MONEY)
             deltas = '+'.join(self.call(cell, 'delta', month, move) for month in (1, 2))
             sheet.put(place, 12, f"=({deltas})*{cell['Volume']}", 'live', WHOLE)
 
     def fill_charts(self, row):
-        chart(self.sheet, 30, 5, 'December: today, and what is paid if prices stay', axis('both contracts move by, $/bbl', '+0;-0;0', min=-10, max=10),
-              axis('$', MONEY), [Series('value today', 9, 10, self.shifts), Series('if prices stay', 9, 11, self.shifts, 'dash')],
+        chart(self.sheet, 30, 5, 'December: today, and what is paid if prices stay',
+              axis('both contracts move by, $/bbl', '+0;-0;0', min=-10, max=10),
+              axis('$', MONEY),
+              [Series('value today', 9, 10, self.shifts), Series('if prices stay', 9, 11, self.shifts, 'dash')],
               size=(470, 300))
-        made = chart(self.sheet, 30, 5, 'Delta by contract', axis(''), axis('bbl', WHOLE, min=0), [], 'column', size=(320, 300), shift=480)
+        made = chart(self.sheet, 30, 5, 'Delta by contract', axis(''), axis('bbl', WHOLE, min=0), [], 'column',
+                     size=(320, 300), shift=480)
         for k, (name, color) in enumerate((('December', '#1F5FA8'), ('February', '#C98A00'))):
             made.add_series({'name': name, 'categories': [self.tab, self.rows['Price1'], 0, self.rows['Price2'], 0],
                              'values': [self.tab, self.delta, 1 + k, self.delta + 1, 1 + k],
@@ -151,8 +163,9 @@ class GasStrip(Desk):
         sheet.put(3, 0, 'MMBtu a day', 'label')
         sheet.put(3, 1, 10000, 'input', WHOLE)
         sheet.name('DailyVolume', 3, 1)
-        self.head(5, 0, ['Month', 'first day', 'last day', 'days', 'days to first', 'days to last', 'MMBtu', 'forward', 'strike', 'rate',
-                         'volatility', 'days to strike', 'premium', 'dollars', 'delta, MMBtu', 'vega, $ a point', 'theta, $ a day'])
+        self.head(5, 0, ['Month', 'first day', 'last day', 'days', 'days to first', 'days to last', 'MMBtu', 'forward',
+                         'strike', 'rate', 'volatility', 'days to strike', 'premium', 'dollars', 'delta, MMBtu',
+                         'vega, $ a point', 'theta, $ a day'])
         sheet.raw.set_row(5, 30)
         first = 6
         for i, (forward, strike, volatility) in enumerate(GAS):
@@ -185,15 +198,17 @@ class GasStrip(Desk):
             sheet.put(row, 0, label, 'label')
             sheet.put(row, 6, f'=SUM({at(first, 6)}:{at(end, 6)})', 'plain', WHOLE)
             self.fill_results(row, first, end)
-        sheet.put(last + 4, 0, 'A premium is per MMBtu of its months; times their volume it is dollars, and the dollars of the months add up.', 'note')
+        sheet.put(last + 4, 0, 'A premium is per MMBtu of its months; times their volume it is dollars, and the dollars '
+                  'of the months add up.', 'note')
         months = first, last
         chart(sheet, last + 6, 0, 'Forward curve, strikes and volatility', axis('', 'mmm yy'), axis('$/MMBtu', '0.00', min=2),
               [Series('forward', 0, 7, months, points=True), Series('strike', 0, 8, months, 'dash'),
-               Series('volatility (right)', 0, 10, months, 'round_dot', second=True)], 'line', axis('per year', '0%', min=0), size=(600, 290))
-        chart(sheet, last + 6, 7, 'Delta by month', axis('', 'mmm yy'), axis('MMBtu', WHOLE), [Series('delta', 0, 14, months)], 'column',
-              size=(470, 290))
-        chart(sheet, last + 6, 13, 'Premium by month', axis('', 'mmm yy'), axis('$', MONEY), [Series('dollars', 0, 13, months)], 'column',
-              size=(430, 290))
+               Series('volatility (right)', 0, 10, months, 'round_dot', second=True)], 'line', axis('per year', '0%', min=0),
+               size=(600, 290))
+        chart(sheet, last + 6, 7, 'Delta by month', axis('', 'mmm yy'), axis('MMBtu', WHOLE),
+              [Series('delta', 0, 14, months)], 'column', size=(470, 290))
+        chart(sheet, last + 6, 13, 'Premium by month', axis('', 'mmm yy'), axis('$', MONEY),
+              [Series('dollars', 0, 13, months)], 'column', size=(430, 290))
 
     def fill_results(self, row, first, last):
         """Premium, dollars and sensitivities of the months first to last."""
@@ -201,8 +216,8 @@ class GasStrip(Desk):
         volume = at(row, 6)
 
         def call(result):
-            return (f'_xll.YRSTRIP({area(7)},{area(8)},{area(9)},{area(10)},{area(11)},{area(4)},{area(5)},{area(6)},{volume},1,'
-                    f"{self.selector('YRSTRIP', result)})")
+            ranges = ','.join(map(area, (7, 8, 9, 10, 11, 4, 5, 6)))
+            return f"_xll.YRSTRIP({ranges},{volume},1,{self.selector('YRSTRIP', result)})"
         for column, formula, number in ((12, call('premium'), '0.000000'), (13, f"{volume}*{call('premium')}", MONEY),
                                         (14, f"{volume}*{call('delta')}", WHOLE), (15, f"{volume}*{call('vega')}/100", MONEY),
                                         (16, f"{volume}*{call('theta')}/365.25", MONEY)):

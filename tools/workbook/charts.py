@@ -32,11 +32,13 @@ class Series:
 
 
 def chart(sheet, row, column, title, x, y, series, kind='scatter', second=None, size=(520, 290), shift=0):
-    """Puts a chart at a cell, or `shift` pixels to its right. `x`, `y` and `second` are what axis() makes; kind is scatter, line or column."""
+    """Puts a chart at a cell, or `shift` pixels to its right. `x`, `y` and `second` are what axis() makes; kind is scatter,
+    line or column."""
     made = sheet.book.file.add_chart({'type': kind, **({'subtype': 'straight'} if kind == 'scatter' else {})})
     for i, one in enumerate(series):
         made.add_series(one.options(sheet.tab, i, kind))
-    made.set_title({'name': title, 'name_font': {'name': 'Calibri', 'size': 11, 'bold': True, 'color': INK}, 'overlay': False})
+    made.set_title({'name': title, 'name_font': {'name': 'Calibri', 'size': 11, 'bold': True, 'color': INK},
+                    'overlay': False})
     if len(series) > 1:
         made.set_legend({'position': 'bottom', 'font': FONT})
     else:

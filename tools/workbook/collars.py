@@ -2,7 +2,9 @@
 import datetime
 
 from .charts import Series, axis, chart
-from .desk import DATE, Desk, MONEY, PREMIUM, PRICE, SHARE, WHOLE, YEARS, at
+from .desk import Desk, MONEY, PREMIUM, PRICE, SHARE, WHOLE, YEARS
+from .sheet import DATE, at
+from .styles import GREY
 
 
 class Collar(Desk):
@@ -15,9 +17,11 @@ class Collar(Desk):
         row = self.fill_collar(3)
         self.fill_option(3)
         self.fill_payoff(3)
-        chart(self.sheet, row + 1, 0, 'A barrel with the collar, today and at expiry', axis('price of the future, $/bbl', '0', min=50, max=90),
-              axis('$/bbl', '0', min=45, max=95), [Series('barrel alone', 10, 10, self.rows, 'dash', color='#8A94A0'), Series('with the collar, at expiry', 10, 12, self.rows),
-                                   Series('with the collar, today', 10, 11, self.rows)], size=(590, 310))
+        chart(self.sheet, row + 1, 0, 'A barrel with the collar, today and at expiry',
+              axis('price of the future, $/bbl', '0', min=50, max=90), axis('$/bbl', '0', min=45, max=95),
+              [Series('barrel alone', 10, 10, self.rows, 'dash', color=GREY),
+               Series('with the collar, at expiry', 10, 12, self.rows),
+               Series('with the collar, today', 10, 11, self.rows)], size=(590, 310))
 
     def fill_collar(self, row):
         row = self.section(row, 0, 'One expiry', 3)
@@ -75,7 +79,7 @@ class Collar(Desk):
         row = self.head(row + 1, 4, ['Month', 'expiry', 'days', 'forward', 'volatility'])
         first = row
         for i, (forward, volatility) in enumerate(((72.10, 0.30), (71.90, 0.295), (71.70, 0.29))):
-            expiry = datetime.date(2027, 7 + i, (20, 20, 20)[i])
+            expiry = datetime.date(2027, 7 + i, 20)
             sheet.put(row, 4, expiry.replace(day=1), 'plain', 'mmm yyyy', align='left')
             sheet.put(row, 5, expiry, 'input', 'd mmm yyyy')
             sheet.put(row, 6, f'={at(row, 5)}-Today', 'plain', '0')
@@ -110,7 +114,8 @@ class Collar(Desk):
 class Swaption(Desk):
     tab = 'Swaption'
     title = 'A swaption on crude'
-    about = 'the right to enter a swap over a quarter at a fixed price; delta by month; payer and receiver against the fixed price'
+    about = ('the right to enter a swap over a quarter at a fixed price; delta by month; payer and receiver against '
+             'the fixed price')
     widths = (30, 15, 15, 13, 13, 13, 13, 13, 13, 3, 13, 14, 14, 14)
 
     def fill(self):
@@ -123,7 +128,8 @@ class Swaption(Desk):
             ('Volatility of the swap', 'SwapVol', 0.29, SHARE, ''),
             ('Rate, semi-annual', 'SemiRate', '=2*(EXP(Rate/2)-1)', '0.0000%', 'from the continuous one'),
         ])
-        row = self.head(row + 1, 0, ['Month', 'last fixing', 'paid', 'years', 'rate', 'forward', 'volume, bbl', 'delta', 'bbl to sell'])
+        row = self.head(row + 1, 0, ['Month', 'last fixing', 'paid', 'years', 'rate', 'forward', 'volume, bbl', 'delta',
+                                     'bbl to sell'])
         first, last = row, row + 2
         for i, forward in enumerate((72.10, 71.90, 71.70)):
             sheet.put(row, 0, datetime.date(2027, 7 + i, 1), 'input', 'mmmm yyyy', align='left')
@@ -137,7 +143,8 @@ class Swaption(Desk):
         for column, name in ((3, 'Times'), (4, 'Rates'), (5, 'Forwards'), (6, 'Volumes')):
             sheet.name(name, first, column, last, column)
         call = lambda result, month=1, kind=1, strike='Strike': (
-            f"_xll.SWAPTION(Forwards,Volumes,Times,Rates,SwapVol,{strike},SemiRate,Expiry,{kind},{self.selector('SWAPTION', result)},{month})")
+            f'_xll.SWAPTION(Forwards,Volumes,Times,Rates,SwapVol,{strike},SemiRate,Expiry,{kind},'
+            f"{self.selector('SWAPTION', result)},{month})")
         for i in range(3):
             sheet.put(first + i, 7, '=' + call('delta', i + 1), 'live', '0.0000')
             sheet.put(first + i, 8, f'={at(first + i, 7)}*{at(first + i, 6)}', 'plain', WHOLE)

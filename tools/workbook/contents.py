@@ -31,11 +31,13 @@ class Contents:
         sheet = self.sheet
         first = families[0].blocks[0].function
         sheet.put(row, 0, 'Add-in', 'label', bold=True)
-        sheet.put(row, 1, f"=IF(ISNUMBER(_xll.{first['name']}({','.join(first['example'])})),\"loaded: green cells are live\","
+        call = f"_xll.{first['name']}({','.join(first['example'])})"
+        sheet.put(row, 1, f'=IF(ISNUMBER({call}),"loaded: green cells are live",'
                   '"not loaded: green cells show what is stored, or an error once they are worked out anew")',
                   'text', stored=NOT_COMPUTED, bold=True)
         sheet.put(row + 1, 0, 'To load it', 'label', bold=True)
-        sheet.put(row + 1, 1, 'File > Options > Add-ins > Manage: Excel Add-ins > Go > Browse; then Ctrl+Alt+F9 works out every cell', 'text')
+        sheet.put(row + 1, 1, 'File > Options > Add-ins > Manage: Excel Add-ins > Go > Browse; then Ctrl+Alt+F9 works out '
+                  'every cell', 'text')
         sheet.put(row + 2, 0, 'Stored numbers', 'label', bold=True)
         sheet.put(row + 2, 1, 'are those of the command kestran, whose bits are those of the add-in', 'text')
         return row + 3
@@ -61,7 +63,8 @@ class Contents:
 
     def fill_families(self, row, families):
         sheet = self.sheet
-        sheet.row(row, 0, ['Functions', 'all of them, with inputs, results and what was expected', 'results that are as expected'], 'head')
+        sheet.row(row, 0, ['Functions', 'all of them, with inputs, results and what was expected',
+                           'results that are as expected'], 'head')
         for family in families:
             row += 1
             sheet.link(row, 0, family.tab, 'A1', family.tab)

@@ -2,7 +2,9 @@
 import datetime
 
 from .charts import Series, axis, chart
-from .desk import DATE, Desk, MONEY, SHARE, WHOLE, at
+from .desk import Desk, MONEY, SHARE, WHOLE
+from .sheet import DATE, at
+from .styles import AMBER, BLUE, GREY
 
 RATE = '0.0000'
 
@@ -25,17 +27,20 @@ class FxBarrier(Desk):
             ('Volatility', 'Vol', 0.08, SHARE, ''),
             ('Barrier', 'Barrier', 1.17, RATE, 'above the spot: up and out'),
             ('Rebate', 'Rebate', 0.0, RATE, ''),
-            ('Observations', 'Observations', '=NETWORKDAYS(Today+1,Expiry,Holidays)', '0', 'one at the close of each business day'),
+            ('Observations', 'Observations', '=NETWORKDAYS(Today+1,Expiry,Holidays)', '0',
+             'one at the close of each business day'),
             ('Notional, €', 'Notional', 10000000, WHOLE, ''),
         ])
         row = self.section(row + 1, 0, 'The barrier for daily observations', 3)
         row = self.results(row, 0, [
-            ('Moved by', '=EXP(0.5826*Vol*SQRT(Days/365.25/Observations))', '0.000000', 'away from the spot: an exponent above 0', 'Move'),
+            ('Moved by', '=EXP(0.5826*Vol*SQRT(Days/365.25/Observations))', '0.000000',
+             'away from the spot: an exponent above 0', 'Move'),
             ('Barrier to price with', '=Barrier*Move', RATE, '', 'DailyBarrier'),
         ])
         barrier = lambda level, knock, result, spot='Spot': (
             f"_xll.BRRR({spot},Strike,Rate,EuroRate,Vol,Days,{level},Rebate,1,{knock},{self.selector('BRRR', result)})")
-        plain = lambda result, spot='Spot': f"_xll.FOREXCH({spot},Strike,Rate,EuroRate,Vol,Days,1,{self.selector('FOREXCH', result)})"
+        plain = lambda result, spot='Spot': (
+            f"_xll.FOREXCH({spot},Strike,Rate,EuroRate,Vol,Days,1,{self.selector('FOREXCH', result)})")
         row = self.section(row + 1, 0, 'Worth, $ for 1 €', 3)
         row = self.results(row, 0, [
             ('Plain call', '=' + plain('premium'), '0.000000', ''),
@@ -49,7 +54,8 @@ class FxBarrier(Desk):
             ('Premium, $', '=Notional*DailyOut', MONEY, ''),
             ('Delta, €', '=Notional*' + barrier('DailyBarrier', 0, 'delta'), WHOLE, 'to sell'),
             ('Gamma, € for 0.01 of spot', f"=Notional*{barrier('DailyBarrier', 0, 'gamma')}/100", WHOLE, ''),
-            ('Vega, $ a point', f"=Notional*{barrier('DailyBarrier', 0, 'vega')}/100", MONEY, 'below 0: more volatility, more knocked out'),
+            ('Vega, $ a point', f"=Notional*{barrier('DailyBarrier', 0, 'vega')}/100", MONEY,
+             'below 0: more volatility, more knocked out'),
             ('Theta, $ a day', f"=Notional*{barrier('DailyBarrier', 0, 'theta')}/365.25", MONEY, ''),
         ])
         self.head(3, 4, ['Spot', 'plain, $', 'knock-out, $', 'knock-in, $', 'delta out, €'])
@@ -58,12 +64,15 @@ class FxBarrier(Desk):
             place = 4 + i
             spot = at(place, 4)
             sheet.put(place, 4, round(1.00 + 0.006 * i, 3), 'input', '0.000', align='left')
-            for k, call in enumerate((plain('premium', spot), barrier('Barrier', 0, 'premium', spot), barrier('Barrier', 1, 'premium', spot),
+            for k, call in enumerate((plain('premium', spot), barrier('Barrier', 0, 'premium', spot),
+                                      barrier('Barrier', 1, 'premium', spot),
                                       barrier('Barrier', 0, 'delta', spot))):
                 sheet.put(place, 5 + k, '=Notional*' + call, 'live', MONEY if k < 3 else WHOLE)
         sheet.put(33, 4, 'Below the barrier only: the function does not know that it was touched.', 'note')
-        chart(sheet, 35, 0, 'Plain, knocked out and knocked in', axis('spot, $ for 1 €', '0.00', min=1.0, max=1.18), axis('$', MONEY),
-              [Series('plain', 4, 5, rows, 'dash', color='#8A94A0'), Series('knock-out', 4, 6, rows, color='#1F5FA8'),
-               Series('knock-in', 4, 7, rows, color='#C98A00')], size=(560, 300))
-        chart(sheet, 35, 0, 'Delta of the knock-out', axis('spot, $ for 1 €', '0.00', min=1.0, max=1.18), axis('€', WHOLE),
+        chart(sheet, 35, 0, 'Plain, knocked out and knocked in', axis('spot, $ for 1 €', '0.00', min=1.0, max=1.18),
+              axis('$', MONEY),
+              [Series('plain', 4, 5, rows, 'dash', color=GREY), Series('knock-out', 4, 6, rows, color=BLUE),
+               Series('knock-in', 4, 7, rows, color=AMBER)], size=(560, 300))
+        chart(sheet, 35, 0, 'Delta of the knock-out', axis('spot, $ for 1 €', '0.00', min=1.0, max=1.18),
+              axis('€', WHOLE),
               [Series('delta', 4, 8, rows)], size=(500, 300), shift=570)

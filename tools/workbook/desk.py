@@ -1,6 +1,4 @@
 """What the sheets of deals have in common."""
-from .sheet import DATE, at
-
 PRICE, SHARE, MONEY, WHOLE, PREMIUM, YEARS, CORRELATION = '0.00', '0.00%', '#,##0', '#,##0', '0.00000', '0.000000', '0.000'
 
 
@@ -78,5 +76,3 @@ class Desk:
             self.sheet.put(row + i, column, formula.replace('{row}', str(row + i + 1)) if is_formula else formula,
                            'live' if live else 'plain', number)
 
-
-__all__ = ['CORRELATION', 'DATE', 'Desk', 'MONEY', 'PREMIUM', 'PRICE', 'SHARE', 'WHOLE', 'YEARS', 'at']

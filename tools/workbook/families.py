@@ -90,7 +90,8 @@ def slips_of(function, i, areas):
     for count, begin, end in function['fixings_within']:
         if count == i:
             days = lambda last, first: f'({last}-{first})*365.25+1'
-            words = f"\"is more fixings than days from {function['arguments'][begin]['name']} to {function['arguments'][end]['name']}\""
+            names = [function['arguments'][place]['name'] for place in (begin, end)]
+            words = '"is more fixings than days from {} to {}"'.format(*names)
             a, b = areas[begin], areas[end]
             yield (f'SUMPRODUCT(({a.cells}>0)*({area.cells}>{days(b.cells, a.cells)}+0.5))>0', words,
                    f'AND({at(a.row, FIRST)}>0,{cell}>{days(at(b.row, FIRST), at(a.row, FIRST))}+0.5)')
@@ -174,7 +175,8 @@ class FunctionBlock:
                 count = len(rows_of(self.function['example'][0])[0])
             for k in range(count):
                 meaning = result['meaning'] + ('; of RetMonth' if result['each'] == 'month' else '')
-                yield result['selector'] + k, name + (f' {k + 1}' if count > 1 else ''), result['unit'], meaning, result['functions']
+                numbered = f'{name} {k + 1}' if count > 1 else name
+                yield result['selector'] + k, numbered, result['unit'], meaning, result['functions']
 
     def call(self, name, selector):
         function = self.function
@@ -214,7 +216,8 @@ class FunctionBlock:
         off = [f'ABS({cell}-{expected})' for cell in cells]
         worst = off[0] if len(off) == 1 else f"MAX({','.join(off)})"
         area = cells[0] if len(cells) == 1 else f'{cells[0]}:{cells[-1]}'
-        self.sheet.put(self.row, LOOK, f'=IF(COUNT({area})<{len(cells)},"no add-in",IF({worst}<=1E-9*MAX(1,ABS({expected})),"ok","changed"))',
+        as_expected = f'{worst}<=1E-9*MAX(1,ABS({expected}))'
+        self.sheet.put(self.row, LOOK, f'=IF(COUNT({area})<{len(cells)},"no add-in",IF({as_expected},"ok","changed"))',
                        'check', stored=NOT_COMPUTED)
         self.live += len(cells)
         self.row += 1

@@ -305,7 +305,6 @@ def mean_of(*values):
 
 FUNCTIONS = {
     'ABS': each(abs),
-    'AND': lambda *values: all(cells_of(values)),
     'AVERAGE': mean_of,
     'COUNT': lambda *values: float(len(numbers_of(values))),
     'COUNTIF': lambda cells, criterion: float(sum(map(matching(criterion), cells_of([cells])))),
@@ -317,7 +316,6 @@ FUNCTIONS = {
     'MAX': lambda *values: max(numbers_of(values)),
     'MIN': lambda *values: min(numbers_of(values)),
     'NETWORKDAYS': networkdays,
-    'OR': lambda *values: any(cells_of(values)),
     'ROUND': each(rounded),
     'SQRT': each(math.sqrt),
     'SUM': total_of,

@@ -2,19 +2,22 @@
 import datetime
 
 from .charts import Series, axis, chart
-from .desk import Desk, MONEY, PRICE, SHARE, WHOLE, at
+from .desk import Desk, MONEY, PRICE, SHARE, WHOLE
+from .sheet import at
 
 DEALS = 200
-COLUMNS = ['#', 'Product', 'Deal', 'Function', 'Lots', 'Units a lot', 'Price', 'Second price, rate', 'Strike', 'Second strike, barrier, cash',
-           'Volatility', 'Second volatility', 'Correlation', 'Expiry', 'Days', 'Put or call', 'Premium', 'Value, $', 'Delta', 'Delta, second',
-           'Gamma', 'Vega, $ a point', 'Vega, second', 'Correlation, $ for 0.01', 'Theta, $ a day', 'Rho, $ a basis point', '$ for 1 % up']
+COLUMNS = ['#', 'Product', 'Deal', 'Function', 'Lots', 'Units a lot', 'Price', 'Second price, rate', 'Strike',
+           'Second strike, barrier, cash', 'Volatility', 'Second volatility', 'Correlation', 'Expiry', 'Days', 'Put or call',
+           'Premium', 'Value, $', 'Delta', 'Delta, second', 'Gamma', 'Vega, $ a point', 'Vega, second',
+           'Correlation, $ for 0.01', 'Theta, $ a day', 'Rho, $ a basis point', '$ for 1 % up']
 (NUMBER, PRODUCT, DEAL, FUNCTION, LOTS, SIZE, A, B, K, K2, VOL, VOL2, CORREL, EXPIRY, DAYS, KIND,
  PREMIUM, VALUE, DELTA, DELTA2, GAMMA, VEGA, VEGA2, CORRELATION, THETA, RHO, PERCENT) = range(len(COLUMNS))
 
 # What is summed: column, results of the catalogue by the first name that a function has, and the factor after the volume.
 SENSITIVITIES = [
     (DELTA, ('delta', 'delta_a'), '', WHOLE), (DELTA2, ('delta_b',), '', WHOLE), (GAMMA, ('gamma', 'gamma_a'), '', WHOLE),
-    (VEGA, ('vega', 'vega_a'), '/100', MONEY), (VEGA2, ('vega_b',), '/100', MONEY), (CORRELATION, ('correlation',), '/100', MONEY),
+    (VEGA, ('vega', 'vega_a'), '/100', MONEY), (VEGA2, ('vega_b',), '/100', MONEY),
+    (CORRELATION, ('correlation',), '/100', MONEY),
     (THETA, ('theta',), '/365.25', MONEY), (RHO, ('carry_rho', 'rho'), '/10000', '#,##0.0')]
 
 # Product: units a lot, price, volatility, step of strikes, decimals.
@@ -39,13 +42,15 @@ CALLS = {
     'Currency': ('FOREXCH', '{A},{K},Rate,{B},{VOL},{DAYS},{KIND}'),
 }
 DEAL_KINDS = {
-    'Crude': ['European', 'American', 'Average', 'Spread', 'European', 'Barrier', 'Collar', 'Average', 'Lookback', 'American', 'Digital'],
+    'Crude': ['European', 'American', 'Average', 'Spread', 'European', 'Barrier', 'Collar', 'Average', 'Lookback', 'American',
+              'Digital'],
     'Gas': ['European', 'European', 'Average', 'Spread', 'Digital', 'Collar'],
     'Heating oil': ['European', 'Average', 'American', 'Spread'],
     'Power': ['European', 'Spread', 'Average', 'Collar'],
     'EUR/USD': ['Currency'],
 }
-OF_DEALS = ['Crude', 'Crude', 'Gas', 'Crude', 'Power', 'Heating oil', 'Crude', 'Gas', 'EUR/USD', 'Gas', 'Heating oil', 'Crude', 'Power']
+OF_DEALS = ['Crude', 'Crude', 'Gas', 'Crude', 'Power', 'Heating oil', 'Crude', 'Gas', 'EUR/USD', 'Gas', 'Heating oil',
+            'Crude', 'Power']
 
 
 class Dice:
@@ -135,14 +140,16 @@ class BookOfDeals(Desk):
         sheet.put(row, SIZE, deal.size, 'plain', WHOLE)
         kinds = '[=0]"put";[=1]"call";"collar"'
         for column, content, number_format in (
-                (A, deal.price, price), (B, deal.second, SHARE if deal.kind == 'Currency' else price), (K, deal.strike, price),
+                (A, deal.price, price), (B, deal.second, SHARE if deal.kind == 'Currency' else price),
+                (K, deal.strike, price),
                 (K2, deal.second_strike, price), (VOL, deal.volatility, '0.0%'), (VOL2, deal.second_volatility, '0.0%'),
                 (CORREL, deal.correlation, '0.00'), (EXPIRY, deal.expiry, 'd mmm yyyy'), (KIND, deal.call, kinds)):
             if content is not None:
                 sheet.put(row, column, content, 'input', number_format, align='right')
         sheet.put(row, DAYS, f'={at(row, EXPIRY)}-Today', 'plain', '0')
         cell = {name: at(row, column) for name, column in (
-            ('A', A), ('B', B), ('K', K), ('K2', K2), ('VOL', VOL), ('VOL2', VOL2), ('CORREL', CORREL), ('DAYS', DAYS), ('KIND', KIND))}
+            ('A', A), ('B', B), ('K', K), ('K2', K2), ('VOL', VOL), ('VOL2', VOL2), ('CORREL', CORREL), ('DAYS', DAYS),
+            ('KIND', KIND))}
         volume = f'{at(row, LOTS)}*{at(row, SIZE)}'
         call = lambda result: f'_xll.{function}({arguments.format(**cell)},{self.selector(function, result)})'
         sheet.put(row, PREMIUM, '=' + call('premium'), 'live', '0.0000')
@@ -156,11 +163,7 @@ class BookOfDeals(Desk):
         sheet.put(row, PERCENT, f'=({at(row, DELTA)}*{at(row, A)}{second})/100', 'plain', MONEY)
 
     def has(self, function, result):
-        try:
-            self.selector(function, result)
-        except (KeyError, StopIteration):
-            return False
-        return True
+        return any(one['name'] == result for one in self.book.function(function)['results'])
 
 
 class BookTotals(Desk):
@@ -179,11 +182,14 @@ class BookTotals(Desk):
         self.fill_months(row + 1)
         row += 2 + 12
         sheet = self.sheet
-        sheet.put(row, 0, 'Delta and gamma are in units of each product, so that no total of them stands below. A second price is that of a spread.', 'note')
-        chart(sheet, row + 2, 0, 'What 1 % up in all prices makes', axis(''), axis('$', MONEY), [Series('1 % up', 0, 3, self.products)], 'column',
+        sheet.put(row, 0, 'Delta and gamma are in units of each product and are not added up. A second price is that of a '
+                  'spread.', 'note')
+        chart(sheet, row + 2, 0, 'What 1 % up in all prices makes', axis(''), axis('$', MONEY),
+              [Series('1 % up', 0, 3, self.products)], 'column',
               size=(420, 280))
         chart(sheet, row + 2, 0, 'Vega by product', axis(''), axis('$ a point', MONEY), [
-            Series('vega', 0, 7, self.products), Series('vega, second price', 0, 8, self.products)], 'column', size=(420, 280), shift=430)
+            Series('vega', 0, 7, self.products), Series('vega, second price', 0, 8, self.products)], 'column',
+            size=(420, 280), shift=430)
         chart(sheet, row + 2, 0, 'Value by month of expiry', axis('', 'mmm yy'), axis('$', MONEY), [
             Series('value', 0, 2, self.months)], 'column', size=(420, 280), shift=860)
 
@@ -202,7 +208,8 @@ class BookTotals(Desk):
             for k, column in enumerate(self.summed):
                 if key_column == FUNCTION and column in (DELTA, DELTA2, GAMMA):
                     continue
-                sheet.put(place, 2 + k, f'=SUMIF({self.book_column(key_column)},{at(place, 0)},{self.book_column(column)})', 'plain', MONEY)
+                sheet.put(place, 2 + k, f'=SUMIF({self.book_column(key_column)},{at(place, 0)},{self.book_column(column)})',
+                          'plain', MONEY)
         last = first + len(keys) - 1
         sheet.put(last + 1, 0, 'in all', 'total')
         sheet.put(last + 1, 1, f'=SUM({at(first, 1)}:{at(last, 1)})', 'total', '0')

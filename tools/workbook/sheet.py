@@ -164,7 +164,8 @@ class Book:
 
     def name(self, name, tab, row, column, last_row=None, last_column=None):
         """A name that holds in the whole workbook."""
-        area = xl_range_abs(row, column, row if last_row is None else last_row, column if last_column is None else last_column)
+        area = xl_range_abs(row, column, row if last_row is None else last_row,
+                            column if last_column is None else last_column)
         self.names[name] = (tab, area)
         self.file.define_name(name, f"='{tab}'!{area}")
 
@@ -180,13 +181,14 @@ class Book:
             self.values[place] = cell.formula.value(Cells(self, tab)) if cell.is_formula else cell.content
         return self.values[place]
 
+    def function(self, name):
+        """What the catalogue says of a function."""
+        return next(entry for family in self.command.catalogue['families'] for entry in family['functions']
+                    if name in entry['functions'])
+
     def selector(self, function, result):
         """Which number asks a function for a result."""
-        for family in self.command.catalogue['families']:
-            for entry in family['functions']:
-                if function in entry['functions']:
-                    return next(r['selector'] for r in entry['results'] if r['name'] == result)
-        raise KeyError(function)
+        return next(one['selector'] for one in self.function(function)['results'] if one['name'] == result)
 
     def expect(self, sheet, row, column, expected, number):
         """The value of a cell, as a constant in another column of its row."""

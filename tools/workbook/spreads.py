@@ -2,13 +2,15 @@
 import datetime
 
 from .charts import Series, axis, chart
-from .desk import CORRELATION, DATE, Desk, MONEY, PREMIUM, PRICE, SHARE, WHOLE, YEARS, at
+from .desk import CORRELATION, Desk, MONEY, PREMIUM, PRICE, SHARE, WHOLE, YEARS
+from .sheet import DATE, at
 
 
 class PlantAndCrack(Desk):
     tab = 'Plant and crack'
     title = 'A power plant and a crack spread'
-    about = "the right to run a plant, a contract on the heat rate itself, and a refinery's margin; what the correlation is worth"
+    about = ("the right to run a plant, a contract on the heat rate itself, and a refinery's margin; what the correlation "
+             'is worth')
     widths = (31, 15, 42, 3, 31, 15, 42)
 
     def fill(self):
@@ -40,10 +42,12 @@ class PlantAndCrack(Desk):
             ('Gas, MMBtu', '=Energy*HeatRate*' + plant('delta_b'), WHOLE, 'negative: to buy'),
             ('Vega of power, $ a point', f"=Energy*{plant('vega_a')}/100", MONEY, ''),
             ('Vega of gas, $ a point', f"=Energy*{plant('vega_b')}/100", MONEY, ''),
-            ('Correlation, $ for 0.01', f"=Energy*{plant('correlation')}/100", MONEY, 'negative: less correlation is worth more'),
+            ('Correlation, $ for 0.01', f"=Energy*{plant('correlation')}/100", MONEY,
+             'negative: less correlation is worth more'),
         ])
         row = self.section(row + 1, 0, 'Another contract: it pays the ratio above the heat rate', 3)
-        heat = lambda result: f"_xll.HEAT(Power,Gas,HeatRate,Rate,PowerVol,GasVol,PlantCorrel,Days,1,{self.selector('HEAT', result)})"
+        heat = lambda result: (
+            f"_xll.HEAT(Power,Gas,HeatRate,Rate,PowerVol,GasVol,PlantCorrel,Days,1,{self.selector('HEAT', result)})")
         row = self.results(row, 0, [
             ('Ratio today, MMBtu/MWh', '=Power/Gas', '0.000', ''),
             ('Premium, MMBtu/MWh', '=' + heat('premium'), PREMIUM, 'no money: the contract says how much a point pays'),
@@ -77,7 +81,8 @@ class PlantAndCrack(Desk):
         row = self.section(row + 1, 4, 'Worth', 3)
         self.results(row, 4, [
             ('Premium, $/bbl', '=' + crack('premium'), PREMIUM, 'both prices lognormal'),
-            ('Premium, $/bbl, normal', f"=_xll.WSPRD(Crack,Margin,Rate,CrackVol,CrackDays,1,{self.selector('WSPRD', 'premium')})", PREMIUM,
+            ('Premium, $/bbl, normal',
+             f"=_xll.WSPRD(Crack,Margin,Rate,CrackVol,CrackDays,1,{self.selector('WSPRD', 'premium')})", PREMIUM,
              'the margin itself normal, with the volatility above'),
             ('Premium, $', '=Lots*1000*' + crack('premium'), MONEY, ''),
             ('Product to sell, lots', '=Lots*' + crack('delta_a'), '0.0', 'of 42,000 gallons'),
@@ -96,7 +101,8 @@ class PlantAndCrack(Desk):
             place = first + i
             sheet.put(place, 4, round(-0.9 + 0.095 * i, 3), 'input', '0.000', align='left')
             sheet.put(place, 5, f"=Energy*{plant('premium', at(place, 4))}", 'live', MONEY)
-        chart(sheet, row, 0, 'What the correlation is worth to the plant', axis('correlation of power and gas', '0.0', min=-1, max=1),
+        chart(sheet, row, 0, 'What the correlation is worth to the plant',
+              axis('correlation of power and gas', '0.0', min=-1, max=1),
               axis('$', MONEY), [Series('premium', 4, 5, rows)], size=(590, 290))
 
 
@@ -149,7 +155,8 @@ class Basket(Desk):
             f"_xll.EURO_Forward({price},Strike,Rate,BasketVol,Days,1,{self.selector('EURO_Forward', result)})")
         row = self.section(row + 1, 0, 'Worth', 3)
         row = self.results(row, 0, [
-            ('Volatility of the basket', '=_xll.BASVOL(Forwards,Vols,Drifts,Weights,Correlations,Years)', SHARE, 'its parts do not move as one', 'BasketVol'),
+            ('Volatility of the basket', '=_xll.BASVOL(Forwards,Vols,Drifts,Weights,Correlations,Years)', SHARE,
+             'its parts do not move as one', 'BasketVol'),
             ('Premium, $/bbl', '=' + forward('premium'), PREMIUM, ''),
             ('Premium, $', '=Volume*' + forward('premium'), MONEY, ''),
             ('Delta of the formula price', '=' + forward('delta'), PREMIUM, '', 'Delta'),
@@ -167,7 +174,8 @@ class Basket(Desk):
             sheet.put(place, 9, f"=Volume*{forward('premium', at(place, 8))}", 'live', MONEY)
             sheet.put(place, 10, f'=Volume*MAX(0,{at(place, 8)}-Strike)', 'plain', MONEY)
             sheet.put(place, 11, f"=Volume*{forward('delta', at(place, 8))}", 'live', WHOLE)
-        chart(sheet, row + 1, 0, 'Value today and at expiry', axis('formula price, $/bbl', '0', min=26, max=50), axis('$', MONEY),
+        chart(sheet, row + 1, 0, 'Value today and at expiry', axis('formula price, $/bbl', '0', min=26, max=50),
+              axis('$', MONEY),
               [Series('today', 8, 9, rows), Series('at expiry', 8, 10, rows, 'dash')], size=(560, 290))
         chart(sheet, row + 1, 0, 'What the basket is made of', axis(''), axis('share of the formula price', '0%', min=0),
               [Series('share', 0, 6, (first, last))], 'column', size=(430, 290), shift=570)

@@ -1,9 +1,11 @@
 """Today, the rate and the holidays, which all deals share."""
 import datetime
 
-from .desk import DATE, Desk, SHARE, YEARS
+from .desk import Desk, SHARE, YEARS
+from .sheet import DATE
 
-HOLIDAYS = [(2026, 12, 25), (2027, 1, 1), (2027, 1, 18), (2027, 2, 15), (2027, 3, 26), (2027, 5, 31), (2027, 7, 5), (2027, 9, 6)]
+HOLIDAYS = [(2026, 12, 25), (2027, 1, 1), (2027, 1, 18), (2027, 2, 15), (2027, 3, 26), (2027, 5, 31), (2027, 7, 5),
+            (2027, 9, 6)]
 
 
 class Today(Desk):
