@@ -27,8 +27,7 @@ class Series:
             return {**options, 'fill': {'color': color}, 'border': {'none': True}, 'gap': 70, 'overlap': -5}
         line = {'color': color, 'width': 1.75, **({'dash_type': self.dash} if self.dash else {})}
         marker = {'type': 'circle', 'size': 6, 'fill': {'color': color}, 'border': {'color': '#FFFFFF'}}
-        return {**options, 'line': {'none': True} if self.points == 'only' else line,
-                'marker': marker if self.points else {'type': 'none'}}
+        return {**options, 'line': line, 'marker': marker if self.points else {'type': 'none'}}
 
 
 def chart(sheet, row, column, title, x, y, series, kind='scatter', second=None, size=(520, 290), shift=0):

@@ -67,12 +67,3 @@ class Desk:
                 self.sheet.name(name[0], row, column + 1)
             row += 1
         return row
-
-    def column(self, row, column, formulas, number):
-        """Formulas one below the other, {row} in them the row's number."""
-        for i, formula in enumerate(formulas):
-            is_formula = isinstance(formula, str)
-            live = is_formula and '_xll.' in formula
-            self.sheet.put(row + i, column, formula.replace('{row}', str(row + i + 1)) if is_formula else formula,
-                           'live' if live else 'plain', number)
-
