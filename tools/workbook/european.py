@@ -85,8 +85,8 @@ class Greeks(Desk):
         draw(38, 340, 'Delta and gamma', axis('delta', '0.0'), Series('delta', 5, 9, rows),
              Series('gamma (right)', 5, 10, rows, second=True, color=RED),
              second=axis('gamma', '0.00'))
-        draw(52, 0, 'Vega', axis('$/bbl for 1.00 of volatility', '0'), Series('vega', 5, 11, rows))
-        draw(52, 340, 'Theta', axis('$/bbl a year', '0'), Series('theta', 5, 12, rows, color=RED))
+        draw(53, 0, 'Vega', axis('$/bbl for 1.00 of volatility', '0'), Series('vega', 5, 11, rows))
+        draw(53, 340, 'Theta', axis('$/bbl a year', '0'), Series('theta', 5, 12, rows, color=RED))
 
 
 # Strikes and mid prices of a morning; puts below 70, calls above.
@@ -174,9 +174,9 @@ class Grid(Desk):
         series = [Series(f'{vol:.0%}', 1, 2 + i, rows) for i, vol in enumerate(self.vols) if i in (0, 3, 6, 8)]
         x = axis('price of the future, $/bbl', '0', min=58, max=86)
         chart(sheet, self.grids['premium'], 12, 'Profit and loss at four volatilities', x, axis('$', MONEY), series,
-              size=(520, 320))
+              size=(520, 300))
         chart(sheet, top_delta, 12, 'Delta at four volatilities', x, axis('bbl', WHOLE), [
-            Series(one.name, 1, one.y, (top_delta + 1, top_delta + len(self.prices))) for one in series], size=(520, 320))
+            Series(one.name, 1, one.y, (top_delta + 1, top_delta + len(self.prices))) for one in series], size=(520, 300))
 
     def fill_grid(self, row, title, result, formula, number):
         sheet = self.sheet

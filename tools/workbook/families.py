@@ -6,7 +6,7 @@ from .styles import WORDS
 
 NAME, FIRST, EXPECTED, SELECTOR, UNIT, MEANING, LOOK = 0, 1, 3, 4, 5, 6, 7
 WIDEST = 4  # cells of a range beside one another
-PAGE_ROWS = 66
+PAGE_ROWS = 52
 PER_YEAR = ('per year', 'per year, continuous', 'per year, semi-annual')
 NOT_COMPUTED = 'not computed'
 RESULT = '[<-99999999]0E+00;0.000000'  # some functions answer a huge number for what they have not
@@ -234,7 +234,7 @@ class FamilySheet:
         self.tab = tab_of(family)
         self.sheet = sheet = book.sheet(self.tab)
         sheet.raw.set_tab_color('#9FB0C3')
-        sheet.widths(17, 12.5, 12.5, 12.5, 12.5, 25, 78, 34)
+        sheet.widths(17, 12.5, 12.5, 12.5, 12.5, 30, 76, 34)
         sheet.put(0, NAME, family['title'], 'title')
         sheet.raw.set_row(0, 26)
         sheet.put(1, NAME, 'Yellow cells are inputs, green cells are worked out by the add-in. Names such as '

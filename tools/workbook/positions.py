@@ -76,7 +76,7 @@ class Deal:
         kinds = DEAL_KINDS[self.product]
         self.kind = kinds[dice.whole(0, len(kinds) - 1)]
         self.lots = dice.whole(5, 60) * (1 if dice(0, 1) < 0.55 else -1)
-        self.expiry = datetime.date(2027, 1, 20) + datetime.timedelta(28 * dice.whole(0, 10))
+        self.expiry = datetime.date(2027, 1, 20) + datetime.timedelta(28 * dice.whole(0, 11))
         self.price = round(price * dice(0.97, 1.03), digits)
         self.strike = round(round(self.price * dice(0.9, 1.1) / step) * step, 4)
         self.volatility = round(volatility * dice(0.9, 1.15), 3)

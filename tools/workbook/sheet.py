@@ -12,6 +12,7 @@ from .styles import SLIP, Styles
 CALCULATION_ENGINE = 191029  # of today's Excel, which works out on loading what an older one left
 
 DATE = 'ddd d mmm yyyy'
+ROW_HEIGHT = 13.5
 
 at = xl_rowcol_to_cell
 
@@ -68,6 +69,7 @@ class Sheet:
         self.spilled = []
         self.links = []
         self.raw.hide_gridlines(2)
+        self.raw.set_default_row(ROW_HEIGHT)
         self.raw.set_landscape()
         self.raw.set_paper(9)
         self.raw.set_margins(left=0.4, right=0.4, top=0.7, bottom=0.6)
@@ -96,7 +98,7 @@ class Sheet:
     def merged(self, row, first, last, text, kind='wrapped', lines=1):
         """A text over several columns and as many lines."""
         self.raw.merge_range(row, first, row, last, text, self.book.style(kind))
-        self.raw.set_row(row, 14 * lines + 2)
+        self.raw.set_row(row, ROW_HEIGHT * lines)
 
     def link(self, row, column, tab, cell, text):
         self.links.append((row, column, f"internal:'{tab}'!{cell}", text))

@@ -19,7 +19,7 @@ class Today(Desk):
         row = self.section(3, 0, 'Priced on', 3)
         sheet.put(row, 0, 'Today')
         sheet.put(row, 1, datetime.date(2026, 12, 17), 'input')
-        sheet.put(row, 2, 'after the settlement; typed, so that the numbers stay. =TODAY() makes them move', 'unit')
+        sheet.put(row, 2, 'after the settlement; typed, so that the numbers stay', 'unit')
         self.book.name('Today', self.tab, row, 1)
         sheet.put(row + 1, 0, 'Rate')
         sheet.put(row + 1, 1, 0.041, 'input', SHARE)
