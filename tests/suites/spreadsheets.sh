@@ -13,5 +13,5 @@ run_suite() {
   step 'spreadsheets: Gnumeric, plugin' timeout 300 tests/spreadsheets/gnumeric.sh plugin
   step 'spreadsheets: Calc' quietly build/linux/calc.log timeout --kill-after=20 280 tests/spreadsheets/calc.sh linux
   step 'spreadsheets: IntelliSense' timeout 60 tests/spreadsheets/intellisense.sh
-  step 'spreadsheets: workbook' quietly build/linux/workbook.log timeout --kill-after=20 280 tests/spreadsheets/workbook.sh
+  step 'spreadsheets: workbook' quietly build/linux/workbook.log timeout --kill-after=20 400 tests/spreadsheets/workbook.sh
 }
