@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <limits>
 
 #include "models/calendar.h"
 
@@ -48,8 +47,6 @@ const char* text_of(Reason reason) {
 
 int cells_of(const Operand& given) { return given.rows > 0 ? given.rows * given.columns : 1; }
 
-constexpr double infinite = std::numeric_limits<double>::infinity();
-
 // A spreadsheet's dates of the years 1990 to 2100.
 constexpr double before_dates = 32873.0, after_dates = 73416.0;
 
@@ -66,9 +63,10 @@ std::string filled(std::string words, double number) {
 
 // What is odd about one number of an argument; empty when nothing is.
 std::string oddity(const ArgumentText& text, double number) {
+  if (std::isnan(number)) return "";
   for (const OddNumbers& odd : odd_numbers(text))
-    if (number > odd.above && number < odd.below) return filled(odd.words, number);
-  if (counts_whole(text) && number != std::trunc(number) && !std::isnan(number))
+    if (!(number <= odd.above || number >= odd.below)) return filled(odd.words, number);
+  if (counts_whole(text) && number != std::trunc(number))
     return "counts as " + short_number(std::trunc(number));
   return "";
 }
@@ -150,32 +148,32 @@ void add_slips_of_pairs(const Function& function, const Operand* given, std::vec
 std::vector<OddNumbers> odd_numbers(const ArgumentText& text) {
   switch (text.unit) {
     case Unit::volatility:
-      return {{3.0, infinite, "is a volatility of {%} per year; 25 % is 0.25"},
-              {-infinite, 0.0, "is a negative volatility"}};
+      return {{3.0, none, "is a volatility of {%} per year; 25 % is 0.25"},
+              {none, 0.0, "is a negative volatility"}};
     case Unit::rate:
     case Unit::semiannual:
-      return {{1.0, infinite, "is a rate of {%} per year; 5 % is 0.05"},
-              {-infinite, -1.0, "is a rate of {%} per year; 5 % is 0.05"}};
+      return {{1.0, none, "is a rate of {%} per year; 5 % is 0.05"},
+              {none, -1.0, "is a rate of {%} per year; 5 % is 0.05"}};
     case Unit::correlation:
-      return {{1.0, infinite, "is a correlation beyond -1 to 1"},
-              {-infinite, -1.0, "is a correlation beyond -1 to 1"}};
+      return {{1.0, none, "is a correlation beyond -1 to 1"},
+              {none, -1.0, "is a correlation beyond -1 to 1"}};
     case Unit::price:
     case Unit::ratio:
       if (text.low < 0.0) return {};
-      return {{-infinite, 0.0, "is a negative price"}};
+      return {{none, 0.0, "is a negative price"}};
     case Unit::days:
     case Unit::whole_days:
       return {{before_dates, after_dates, "looks like a date; days from today are wanted"},
-              {50.0 * days_per_year, infinite, "is more than 50 years"},
+              {50.0 * days_per_year, none, "is more than 50 years"},
               {0.0, 1.0, "is less than a day; days are wanted, not years"}};
     case Unit::years:
       return {{before_dates, after_dates, "looks like a date; years from today are wanted"},
-              {std::fmin(50.0, 5.0 * text.high), infinite, "is {} years; days were meant?"}};
+              {std::fmin(50.0, 5.0 * text.high), none, "is {} years; days were meant?"}};
     case Unit::trading_days:
       return {{before_dates, after_dates, "looks like a date; trading days are wanted"},
               {0.0, 1.0, "is less than a day; trading days are wanted, not years"}};
     case Unit::count:
-      return {{-infinite, 0.0, "is a negative count"}};
+      return {{none, 0.0, "is a negative count"}};
     default:
       return {};
   }

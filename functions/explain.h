@@ -23,7 +23,7 @@ std::vector<std::string> refusals(const Function& function, const Operand* given
 /// cent, impossible correlations, negative prices, fixings that cannot fit. Empty when nothing looks odd.
 std::vector<std::string> slips(const Function& function, const Operand* given);
 
-/// Numbers that look like a slip: those between the bounds, these excluded.
+/// Numbers that look like a slip: those between the bounds, these excluded; NaN is no bound.
 struct OddNumbers {
   double above, below;
   const char* words;  // after the argument's name; {} stands for the number, {%} for it as per cent

@@ -1,6 +1,8 @@
 """python -m workbook COMMAND OUT.xlsx"""
 import sys
 
+from xlsxwriter.exceptions import FileCreateError
+
 from .averages import CrudeApo, GasStrip
 from .command import Command
 from .collars import Collar, Swaption
@@ -24,7 +26,10 @@ def main(command_path, path):
     desks = [desk(book) for desk in DESKS]
     families = [FamilySheet(book, family) for family in command.catalogue['families']]
     contents.fill(desks, families)
-    book.close()
+    try:
+        book.close()
+    except FileCreateError as error:
+        sys.exit(f'make-workbook: {error}')
 
 
 main(*sys.argv[1:])
