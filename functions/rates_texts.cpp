@@ -66,9 +66,9 @@ constexpr ArgumentText swaption_expiry =
 constexpr Choice swaption_types[] = {{0, "put: receive the fixed price"}, {1, "call: pay the fixed price"}};
 constexpr ArgumentText swaption_type{"Opttype", "put or call", Unit::selector, 0,
                                      1,         none,          swaption_types, "call"};
-constexpr ArgumentText period{"RetMonth",
-                              "for results of one period: of which, counted from 1; else not looked at",
-                              Unit::count, 1, 12};
+constexpr ArgumentText period =
+    of_month({"RetMonth", "for results of one period: of which, counted from 1; else not looked at",
+              Unit::count, 1, 12});
 
 constexpr const ArgumentText* cap_arguments[] = {
     &forwards,      &zero_rates,  &period_vols, &period_days, &quantities,   &strip_vol, &cap_strike,

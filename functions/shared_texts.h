@@ -20,6 +20,7 @@ constexpr ArgumentText clock(const ArgumentText& text) { return with_role(text, 
 constexpr ArgumentText expiry(const ArgumentText& text) { return with_role(text, Role::expiry); }
 constexpr ArgumentText start(const ArgumentText& text) { return with_role(text, Role::start); }
 constexpr ArgumentText setting(const ArgumentText& text) { return with_role(text, Role::setting); }
+constexpr ArgumentText of_month(const ArgumentText& text) { return with_role(text, Role::month); }
 
 inline constexpr Choice put_call[] = {{0, "put"}, {1, "call"}};
 

@@ -30,10 +30,11 @@ constexpr ArgumentText to_payment = clock({"ToExp", "time to payment", Unit::yea
 constexpr ArgumentText last_digit_type{
     "Opttype", "put or call, by the last decimal digit", Unit::selector, 0, 1, none,
     put_call,  "put when the last digit is 0, else call"};
-constexpr ArgumentText month{
-    "RetMonth", "for results of one month: of which, counted from 1; else not looked at", Unit::count, 1, 12};
-constexpr ArgumentText contract{"RetMonth", "for results of one contract: 1 or 2; else not looked at",
-                                Unit::count, 1, 2};
+constexpr ArgumentText month =
+    of_month({"RetMonth", "for results of one month: of which, counted from 1; else not looked at",
+              Unit::count, 1, 12});
+constexpr ArgumentText contract =
+    of_month({"RetMonth", "for results of one contract: 1 or 2; else not looked at", Unit::count, 1, 2});
 
 // Two contracts.
 constexpr ArgumentText price_1 =

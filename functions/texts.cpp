@@ -64,6 +64,8 @@ const char* role_name(Role role) {
       return "start";
     case Role::setting:
       return "setting";
+    case Role::month:
+      return "month";
   }
   return "plain";
 }

@@ -56,7 +56,8 @@ enum class Role : unsigned char {
   clock,    // a time that runs down
   expiry,   // the same, to the payoff: the deal's life ends there
   start,    // the same, to the first fixing: from there on the deal depends on what was fixed
-  setting   // the same, to the day that sets the strike; 0 or less where it is set
+  setting,  // the same, to the day that sets the strike; 0 or less where it is set
+  month     // of which month, contract or period a result is wanted
 };
 
 /// "driver" and the like.
