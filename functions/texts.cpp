@@ -48,28 +48,6 @@ const char* unit_name(Unit unit) {
   return "selector";
 }
 
-const char* role_name(Role role) {
-  switch (role) {
-    case Role::plain:
-      break;
-    case Role::driver:
-      return "driver";
-    case Role::barrier:
-      return "barrier";
-    case Role::clock:
-      return "clock";
-    case Role::expiry:
-      return "expiry";
-    case Role::start:
-      return "start";
-    case Role::setting:
-      return "setting";
-    case Role::month:
-      return "month";
-  }
-  return "plain";
-}
-
 // Twins compare equal by the name of what computes them; a function whose twin differs has no text of its
 // own.
 static const FunctionText& text_named(const Function& function) {

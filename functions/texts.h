@@ -60,9 +60,6 @@ enum class Role : unsigned char {
   month     // of which month, contract or period a result is wanted
 };
 
-/// "driver" and the like.
-const char* role_name(Role role);
-
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
 
 struct ArgumentText {
