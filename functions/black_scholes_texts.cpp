@@ -101,11 +101,12 @@ constexpr ResultText digital_results[] = {premium(0), delta(1), gamma(2), vega(3
 constexpr ResultText implied_results[] = {
     {0, "volatility",
      "the volatility that gives the premium; 0 for the least possible premium, -99 when none does",
-     "per year"}};
+     "per year", ResultText::one, -99}};
 constexpr ResultText contingent_results[] = {
     {0, "premium", "amount due at expiry that makes the option free today", "price at expiry"}};
-constexpr ResultText boston_results[] = {
-    {0, "strike", "strike that makes the contract free today; -99 when there is none", "price"}};
+constexpr ResultText boston_results[] = {{0, "strike",
+                                          "strike that makes the contract free today; -99 when there is none",
+                                          "price", ResultText::one, -99}};
 
 constexpr char closed_form[] = "Closed form; good to about 1e-7 of Price and Strike.";
 

@@ -173,6 +173,7 @@ void write_function(Writer& to, const Function& function, const char* family) {
     to.member("meaning").text(result.meaning);
     to.member("unit").text(result.unit);
     to.member("each").text(key_of(result.each));
+    to.member("noAnswer").number(result.no_answer);
     to.close('}');
   }
   to.close(']');

@@ -166,7 +166,7 @@ constexpr ResultText barrier_results[] = {
 constexpr ResultText lookback_results[] = {premium(0),          delta(1), gamma(2),    vega(3),
                                            proportional_rho(4), theta(5), delta_vol(6)};
 constexpr ResultText compound_results[] = {
-    premium(0),
+    premium(0, -1),
     delta(1),
     gamma(2),
     {3, "vega", "change of the premium with both volatilities moving in proportion, per 1.00 of Vol",
@@ -241,7 +241,12 @@ constexpr ResultText heat_rate_results[] = {
     delta_time_b(11),
     cross_gamma(12)};
 constexpr ResultText warrant_results[] = {
-    {0, "premium", "value of one warrant", "price"}, delta(1), gamma(2), vega(3), carry_rho(4), theta(5)};
+    {0, "premium", "value of one warrant", "price", ResultText::one, -99},
+    delta(1),
+    gamma(2),
+    vega(3),
+    carry_rho(4),
+    theta(5)};
 
 constexpr FunctionText functions[] = {
     {"BRRR", "barrier option with rebate",

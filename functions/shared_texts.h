@@ -54,8 +54,8 @@ inline constexpr char delta_per_year[] = "delta per year";
 inline constexpr char per_correlation[] = "premium per 1.00 of correlation";
 
 // Results that mean the same wherever they occur; the number differs.
-constexpr ResultText premium(int selector) {
-  return {selector, "premium", "what the holder pays today", "price"};
+constexpr ResultText premium(int selector, double no_answer = none) {
+  return {selector, "premium", "what the holder pays today", "price", ResultText::one, no_answer};
 }
 constexpr ResultText delta(int selector) {
   return {selector, "delta", "change of the premium with the price", per_price};

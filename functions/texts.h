@@ -81,6 +81,7 @@ struct ResultText {
   const char* unit;
   enum Each : unsigned char { one, of_month, of_period } each = one;
   // of_month: RetMonth says of which; of_period: selector + k asks for period k, counted from 0
+  double no_answer = none;  // a number that says there is none
 };
 
 struct FunctionText {

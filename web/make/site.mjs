@@ -7,16 +7,18 @@ import { classicScript } from './bundle.mjs';
 import { documents, functionSections, linksOf } from './documents.mjs';
 import { functionPage, referenceEntry } from './function_page.mjs';
 import { indexPage, leading } from './index_page.mjs';
-import { markdown, slug } from './markdown.mjs';
+import { markdownWith, slug } from './markdown.mjs';
 import { searchData } from './search_data.mjs';
 import { escaped, shell } from './shell.mjs';
 
 const [out, module, libraries] = process.argv.slice(2).map((path) => resolve(path));
 const web = dirname(dirname(fileURLToPath(import.meta.url))), root = dirname(web);
-const { kestran: api } = await import(pathToFileURL(join(module, 'index.js')));
+const { kestran: api } = await import(pathToFileURL(join(module, 'node.js')));
+const { Marked } = await import(pathToFileURL(join(libraries, 'marked/lib/marked.esm.js')));
 
 const entries = new Map(api.catalogue.functions.map((entry) => [entry.name, entry]));
 const families = api.catalogue.families.map(({ title, functions }) => ({ title, id: slug(title), functions: functions.filter((name) => leading(entries.get(name))) }));
+const markdown = markdownWith(Marked, entries);
 const { general, sections } = functionSections(root, entries);
 const links = linksOf(sections);
 
@@ -33,7 +35,7 @@ const missing = [];
 const about = new Map([...entries.values()].map((entry) => {
   const { html, words } = fragmentOf(entry);
   const section = sections.get(entry.name);
-  const notes = section ? markdown(section.text, (href) => links(href, 'functions.md'), entries) : '';
+  const notes = section ? markdown(section.text, (href) => links(href, 'functions.md')) : '';
   const stored = [entry.name, entry.twin].map((name) => join(root, 'docs/pictures', `accuracy-${name}.svg`)).find(existsSync);
   return [entry.name, { fragment: html, words, notes, accuracyPicture: stored ? `<figure class="accuracy">${readFileSync(stored, 'utf8')}</figure>` : '' }];
 }));
@@ -43,7 +45,7 @@ rmSync(out, { recursive: true, force: true });
 mkdirSync(out, { recursive: true });
 const write = (name, text) => writeFileSync(join(out, name), text);
 
-const texts = documents(root, entries, general, links);
+const texts = documents(root, markdown, general, links);
 for (const [file, html] of texts) write(file, html);
 for (const entry of entries.values()) {
   const family = families.find(({ functions }) => functions.includes(entry.name) || functions.includes(entry.twin));

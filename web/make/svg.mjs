@@ -35,7 +35,7 @@ export function sparkline({ lines }, width = 132, height = 60) {
   const [low, high] = extremes(shown), room = 4;
   const y = (value) => height - room - (value - low) / (high - low) * (height - 2 * room);
   const paths = shown.map((line) => `<path class="${line === lines[0] ? 'now' : 'end'}" d="${pathOf(line.values, (i) => i * width / (line.values.length - 1), y)}"/>`);
-  return `<svg class="spark" viewBox="0 0 ${width} ${height}" aria-hidden="true" focusable="false">${paths.join('')}</svg>`;
+  return `<svg class="spark" viewBox="0 0 ${width} ${height}" preserveAspectRatio="none" aria-hidden="true" focusable="false">${paths.join('')}</svg>`;
 }
 
 /** A picture with axes, and a key where there are several lines. */

@@ -6,7 +6,7 @@ import { drawLines, drawMonths } from './draw.mjs';
 import { brief, shown } from './numbers.mjs';
 import { axesOf, byMonth, curveOf, firstAxis, pointsOf, resultsAlong } from './pictures.mjs';
 
-const mostPoints = 121, fewestPoints = 25, budget = 220;  // milliseconds for all prices of the charts
+const mostPoints = 121, fewestPoints = 25, timeForCharts = 200;  // milliseconds
 
 /** Fills a list of axes; an axis that is gone gives way to `fallback`. Returns the axis chosen. */
 export function chooseAxis(select, axes, key, fallback) {
@@ -81,7 +81,7 @@ function countFor(page, results) {
   resultsAlong(page.api, page.entry, page.values, { place: 0, at: () => page.values[0] }, [0, 1, 2], page.entry.results.map((result) => result.selector));
   const each = (performance.now() - begun) / (3 * page.entry.results.length);
   page.cost = Math.max(each, 1e-4);
-  return Math.max(fewestPoints, Math.min(mostPoints, Math.floor(budget / (page.cost * results))));
+  return Math.max(fewestPoints, Math.min(mostPoints, Math.floor(timeForCharts / (page.cost * results))));
 }
 
 // The table behind the charts, every few points, and all of them as CSV.

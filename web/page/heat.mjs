@@ -6,7 +6,7 @@ import { brief, shown } from './numbers.mjs';
 import { axesOf, firstAxis, pointsOf, secondAxis, tableOver } from './pictures.mjs';
 
 const sizes = [[49, 33], [37, 25], [25, 17], [17, 13], [13, 9], [9, 7]];
-const budget = 180;  // milliseconds
+const timeForMap = 160;  // milliseconds
 const margin = { left: 58, right: 10, top: 10, bottom: 40 };
 
 export function drawHeat(page) {
@@ -26,7 +26,7 @@ export function drawHeat(page) {
   select.value = String(chosen.selector);
   if (across.place === up.place) { byId('heat-note').textContent = 'Two different arguments are wanted.'; byId('heat-figure').hidden = true; return; }
 
-  const [columns, rows] = sizes.find(([x, y]) => x * y * page.cost < budget) ?? sizes.at(-1);
+  const [columns, rows] = sizes.find(([x, y]) => x * y * page.cost < timeForMap) ?? sizes.at(-1);
   const [low, high] = view.x === across.key || (view.x === '' && across === firstAxis(axes)) ? limitsOf(page, across, view.from, view.to) : [across.low, across.high];
   const xs = pointsOf(across, low < high ? low : across.low, low < high ? high : across.high, columns), ys = pointsOf(up, up.low, up.high, rows);
   const table = tableOver(api, entry, values, across, up, xs, ys, chosen.selector);
@@ -37,7 +37,7 @@ export function drawHeat(page) {
   byId('heat-high').textContent = brief(page.heat.high, 4);
   paint(page.heat, box);
   readOut(page.heat);
-  showTable(page);
+  showMapNumbers(page);
 }
 
 const nearestIndex = (list, value) => list.reduce((best, x, i) => (Math.abs(x - value) < Math.abs(list[best] - value) ? i : best), 0);
@@ -115,7 +115,7 @@ export function listenToHeat(page) {
   };
 }
 
-function showTable(page) {
+function showMapNumbers(page) {
   const { across, up, xs, ys, table, chosen } = page.heat;
   const some = (list, count) => list.map((_, i) => i).filter((i) => i % Math.max(1, Math.ceil(list.length / count)) === 0);
   const columns = some(xs, 9), rows = some(ys, 9).reverse();

@@ -80,6 +80,9 @@ export function pointsOf(axis, low, high, count) {
   return Array.from({ length: count }, (_, i) => (i === count - 1 ? high : low + (high - low) * i / (count - 1)));
 }
 
+// A number that a picture can show.
+const drawn = (entry, selector, value) => (Number.isFinite(value) && value !== entry.results.find((result) => result.selector === selector)?.noAnswer ? value : null);
+
 /** Prices deals that differ from `values` as `changes` say, place → list of values: one call for all of them. */
 export function priced(api, entry, values, changes, selectors) {
   const given = values.slice();
@@ -156,7 +159,7 @@ export function curveOf(api, entry, values, axis, points, selector) {
   const [all] = priced(api, entry, values, changes, [selector]);
   const kept = points.map((x) => side === null || side.keeps(new Map([[axis.place, axis.at(x)]])));
   const lines = moments.map(({ label }, k) => ({
-    label, values: points.map((_, i) => (kept[i] && Number.isFinite(all[k * points.length + i]) ? all[k * points.length + i] : null)),
+    label, values: points.map((_, i) => (kept[i] ? drawn(entry, selector, all[k * points.length + i]) : null)),
   })).filter((line, k) => k === 0 || line.values.some((value) => value !== null));
   return { points, lines, note: kept.includes(false) ? side.note : '' };
 }
@@ -165,7 +168,8 @@ export function curveOf(api, entry, values, axis, points, selector) {
 export function resultsAlong(api, entry, values, axis, points, selectors) {
   const side = sideOf(entry, values);
   const columns = priced(api, entry, values, new Map([[axis.place, points.map(axis.at)]]), selectors);
-  return columns.map((column) => points.map((x, i) => ((side === null || side.keeps(new Map([[axis.place, axis.at(x)]]))) && Number.isFinite(column[i]) ? column[i] : null)));
+  const kept = points.map((x) => side === null || side.keeps(new Map([[axis.place, axis.at(x)]])));
+  return columns.map((column, k) => points.map((x, i) => (kept[i] ? drawn(entry, selectors[k], column[i]) : null)));
 }
 
 /** One result over two axes: rows from the lowest y, null where there is no number. */
@@ -175,9 +179,8 @@ export function tableOver(api, entry, values, across, up, xs, ys, selector) {
   const changes = new Map([[across.place, pairs.map(([x]) => across.at(x))], [up.place, pairs.map(([, y]) => up.at(y))]]);
   const [all] = priced(api, entry, values, changes, [selector]);
   return ys.map((y, row) => xs.map((x, column) => {
-    const value = all[row * xs.length + column];
     const keeps = side === null || side.keeps(new Map([[across.place, across.at(x)], [up.place, up.at(y)]]));
-    return keeps && Number.isFinite(value) ? value : null;
+    return keeps ? drawn(entry, selector, all[row * xs.length + column]) : null;
   }));
 }
 
