@@ -1,14 +1,14 @@
 // Pictures made with the pages: lines as inline SVG, in the colours of the page.
-import { axesOf, curveOf, firstAxis, pointsOf } from '../page/pictures.mjs';
+import { axesOf, curveOf, drawable, firstAxis, pointsOf } from '../page/pictures.mjs';
 import { readDeal, exampleTexts } from '../page/deal.mjs';
-import { brief } from '../page/numbers.mjs';
+import { brief, ticksOf } from '../page/numbers.mjs';
 import { escaped } from './shell.mjs';
 
 /** The main result of the function's example against what a picture moves first. */
 export function exampleCurve(api, entry, count) {
   const { values } = readDeal(entry, exampleTexts(entry), api.evaluate);
   const axis = firstAxis(axesOf(entry, values));
-  const points = pointsOf(axis, axis.low, axis.high, count);
+  const points = pointsOf(axis, ...drawable(entry, values, axis, axis.low, axis.high).limits, count);
   const selector = entry.results[0].selector;
   return { axis, points, ...curveOf(api, entry, values, axis, points, selector) };
 }
@@ -51,12 +51,4 @@ export function picture(curve, title, width = 640, height = 260) {
   const drawn = lines.map((line, k) => `<path class="line line${k + 1}" d="${pathOf(line.values, (i) => x(points[i]), y)}"/>`);
   const key = lines.length < 2 ? '' : lines.map((line, k) => `<path class="line line${k + 1}" d="M${margin.left + 12} ${margin.top + 14 + 18 * k}h26"/><text x="${margin.left + 44}" y="${margin.top + 18 + 18 * k}">${escaped(line.label)}</text>`).join('');
   return `<svg class="picture" viewBox="0 0 ${width} ${height}" role="img" aria-label="${escaped(title)}">${grid.join('')}${drawn.join('')}${key}<text x="${(margin.left + width - margin.right) / 2}" y="${height - 5}" text-anchor="middle">${escaped(axis.label)}</text></svg>`;
-}
-
-function ticksOf(low, high, count) {
-  const raw = (high - low) / count, power = 10 ** Math.floor(Math.log10(raw));
-  const step = power * [1, 2, 5, 10].find((factor) => factor * power >= raw);
-  const ticks = [];
-  for (let k = Math.ceil(low / step); k * step <= high + step * 1e-9; ++k) ticks.push(Number((k * step).toPrecision(12)));
-  return ticks;
 }

@@ -4,9 +4,11 @@ import { byId, copy, download, element } from './elements.mjs';
 import { choicesOf } from './answers.mjs';
 import { drawLines, drawMonths } from './draw.mjs';
 import { brief, shown } from './numbers.mjs';
-import { axesOf, byMonth, curveOf, firstAxis, pointsOf, resultsAlong } from './pictures.mjs';
+import { axesOf, byMonth, curveOf, drawable, firstAxis, pointsOf, resultsAlong } from './pictures.mjs';
 
 const mostPoints = 121, fewestPoints = 25, timeForCharts = 200;  // milliseconds
+
+const curves = ['price', 'volatility', 'rate', 'semiannual', 'quantity'];
 
 /** Fills a list of axes; an axis that is gone gives way to `fallback`. Returns the axis chosen. */
 export function chooseAxis(select, axes, key, fallback) {
@@ -35,7 +37,7 @@ export function drawCharts(page) {
   const { api, entry, values } = page;
   const axes = axesOf(entry, values);
   const axis = chooseAxis(byId('x'), axes, page.view.x, firstAxis(axes));
-  const [low, high] = limitsOf(page, axis, page.view.from, page.view.to);
+  const { limits: [low, high], note } = drawable(entry, values, axis, ...limitsOf(page, axis, page.view.from, page.view.to));
   byId('from').placeholder = brief(axis.low);
   byId('to').placeholder = brief(axis.high);
   if (!(low < high)) { byId('chart-note').textContent = 'These limits leave nothing to draw.'; return; }
@@ -56,7 +58,7 @@ export function drawCharts(page) {
     if (choice === chosen || columns[k].every((value) => value === null)) return;
     page.charts.push(drawLines(byId('plots'), { title: choice.label, unit: choice.unit, axis, points, lines: [{ label: 'now', values: columns[k] }] }));
   });
-  byId('chart-note').textContent = main.note;
+  byId('chart-note').textContent = note;
   drawCurves(page);
   showNumbers(page, axis, points, main, choices, columns);
 }
@@ -70,7 +72,7 @@ function drawCurves(page) {
   for (const { result, values: numbers } of results)
     page.charts.push(drawMonths(byId('months'), { title: result.name, unit: result.unit, values: numbers }));
   entry.arguments.forEach((argument, i) => {
-    if (argument.shape === 'range' && Array.isArray(values[i]))
+    if (curves.includes(argument.unit) && argument.shape === 'range' && Array.isArray(values[i]))
       page.charts.push(drawMonths(byId('months'), { title: argument.name, unit: argument.unitName, values: values[i], curve: true }));
   });
 }

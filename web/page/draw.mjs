@@ -39,7 +39,7 @@ export function drawLines(box, options) {
     width: canvas.clientWidth, height: big ? 320 : 170, legend: { show: false },
     cursor: { sync: { key: 'x', setSeries: false }, drag: { x: false, y: false }, y: false, points: { size: 7 } },
     scales: { x: { time: false, range: [points[0], points.at(-1)] }, y: { range: (_, low, high) => spread(low, high) } },
-    series: [{}, ...lines.map((line, k) => ({ label: line.label, stroke: colour(strokes[k]), width: k === 0 ? 2.25 : 1.75, dash: dashes[k], points: { show: false }, spanGaps: false }))],
+    series: [{}, ...lines.map((line, k) => ({ label: line.label, stroke: colour(strokes[k]), width: k === 0 ? 2.25 : 1.75, dash: dashes[k], points: { show: false }, gaps: wideGaps }))],
     axes: [{ ...axisStyle(), size: 30, values: ticks }, { ...axisStyle(), size: 62, values: ticks }],
     hooks: {
       draw: [(u) => mark(u, axis.centre)],
@@ -48,6 +48,9 @@ export function drawLines(box, options) {
   }, [points, ...lines.map((line) => line.values)], canvas);
   return chart;
 }
+
+// A single point without a number, such as one at the very strike, does not part a line.
+const wideGaps = (u, series, first, last, gaps) => gaps.filter(([from, to]) => to - from > 2.5 * u.bbox.width / u.data[0].length);
 
 // A constant gets some room; a line that runs along an edge, too.
 function spread(low, high) {

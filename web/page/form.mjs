@@ -13,7 +13,7 @@ export function buildForm(page) {
   const numbers = wanted.filter((argument) => argument.shape === 'number').map((argument) => fieldOf(page, argument));
   const matrices = wanted.filter((argument) => argument.kind === 'square' || argument.kind === 'triangle').map((argument) => matrixGrid(page, argument));
   box.replaceChildren(...[rangeGrid(page), ...matrices].filter(Boolean), element('div', { className: 'fields' }, ...numbers));
-  box.classList.toggle('many', numbers.length > 12);
+  box.classList.toggle('many', numbers.length > 12 || box.querySelectorAll('.grid thead th').length > 6);
   if (focused) byId(focused)?.focus();
 }
 
@@ -78,8 +78,8 @@ export function markFields(page, wrong, odd, understood) {
   }
   page.entry.arguments.forEach((argument, i) => {
     const field = page.fields.get(argument.name);
-    const equation = understood[i]?.includes(' = ') ? understood[i].slice(understood[i].indexOf('= ')) : '';
-    if (field?.remark && equation !== '' && argument.choices.length === 0) field.remark.textContent = equation;
+    const equation = understood[i]?.match(/= .*/)?.[0].replace(` ${argument.unitName}`, '') ?? '';
+    if (field?.remark && argument.choices.length === 0 && !page.texts[argument.name].endsWith('%')) field.remark.textContent = equation;
   });
   for (const [list, kind] of [[odd, 'odd'], [wrong, 'wrong']])
     for (const { argument, cell, text } of list) {

@@ -2,7 +2,7 @@
 import { byId, colour, element } from './elements.mjs';
 import { choicesOf } from './answers.mjs';
 import { chooseAxis, limitsOf, offerCsv } from './charts.mjs';
-import { brief, shown } from './numbers.mjs';
+import { brief, shown, ticksOf } from './numbers.mjs';
 import { axesOf, firstAxis, pointsOf, secondAxis, tableOver } from './pictures.mjs';
 
 const sizes = [[49, 33], [37, 25], [25, 17], [17, 13], [13, 9], [9, 7]];
@@ -33,7 +33,8 @@ export function drawHeat(page) {
   const numbers = table.flat().filter((value) => value !== null);
   page.heat = { across, up, xs, ys, table, chosen, low: Math.min(...numbers), high: Math.max(...numbers), at: nearest(xs, ys, across, up) };
   box.setAttribute('aria-label', `${chosen.label} over ${across.label} from ${brief(xs[0])} to ${brief(xs.at(-1))} and ${up.label} from ${brief(ys[0])} to ${brief(ys.at(-1))}, between ${brief(page.heat.low)} and ${brief(page.heat.high)}. Arrow keys read single numbers; the table below has them.`);
-  byId('heat-low').textContent = brief(page.heat.low, 4);
+  const tiny = 1e-6 * Math.max(Math.abs(page.heat.low), Math.abs(page.heat.high));
+  byId('heat-low').textContent = brief(Math.abs(page.heat.low) < tiny ? 0 : page.heat.low, 4);
   byId('heat-high').textContent = brief(page.heat.high, 4);
   paint(page.heat, box);
   readOut(page.heat);
@@ -66,16 +67,16 @@ function paint(heat, canvas) {
   table.forEach((row, j) => row.forEach((value, i) => {
     if (value === null) return;
     c.fillStyle = scale(high > low ? (value - low) / (high - low) : 0.5);
-    c.fillRect(margin.left + i * cellWidth, margin.top + tall - (j + 1) * cellHeight, cellWidth + 0.6, cellHeight + 0.6);
+    const left = Math.round(margin.left + i * cellWidth), top = Math.round(margin.top + tall - (j + 1) * cellHeight);
+    c.fillRect(left, top, Math.round(margin.left + (i + 1) * cellWidth) - left, Math.round(margin.top + tall - j * cellHeight) - top);
   }));
   c.fillStyle = colour('--dim');
   c.font = '12px system-ui, sans-serif';
-  const xTicks = width < 500 ? 4 : 7, yTicks = 5;
   c.textAlign = 'center';
-  for (let k = 0; k < xTicks; ++k) { const i = Math.round(k * (xs.length - 1) / (xTicks - 1)); c.fillText(brief(xs[i], 4), margin.left + (i + 0.5) * cellWidth, height - margin.bottom + 16); }
+  for (const tick of ticksOf(xs[0], xs.at(-1), width < 500 ? 4 : 8)) c.fillText(brief(tick), margin.left + (0.5 + (xs.length - 1) * (tick - xs[0]) / (xs.at(-1) - xs[0])) * cellWidth, height - margin.bottom + 16);
   c.fillText(heat.across.label, margin.left + wide / 2, height - 6);
   c.textAlign = 'right';
-  for (let k = 0; k < yTicks; ++k) { const j = Math.round(k * (ys.length - 1) / (yTicks - 1)); c.fillText(brief(ys[j], 4), margin.left - 6, margin.top + tall - (j + 0.5) * cellHeight + 4); }
+  for (const tick of ticksOf(ys[0], ys.at(-1), 6)) c.fillText(brief(tick), margin.left - 6, margin.top + tall - (0.5 + (ys.length - 1) * (tick - ys[0]) / (ys.at(-1) - ys[0])) * cellHeight + 4);
   c.save();
   c.translate(11, margin.top + tall / 2);
   c.rotate(-Math.PI / 2);
@@ -83,9 +84,11 @@ function paint(heat, canvas) {
   c.fillText(heat.up.label, 0, 0);
   c.restore();
   const [i, j] = heat.at;
-  c.lineWidth = 2;
-  c.strokeStyle = colour('--ink');
-  c.strokeRect(margin.left + i * cellWidth, margin.top + tall - (j + 1) * cellHeight, cellWidth, cellHeight);
+  for (const [stroke, width] of [['#000000', 4], ['#ffffff', 2]]) {
+    c.lineWidth = width;
+    c.strokeStyle = stroke;
+    c.strokeRect(margin.left + i * cellWidth, margin.top + tall - (j + 1) * cellHeight, cellWidth, cellHeight);
+  }
 }
 
 function readOut({ across, up, xs, ys, table, chosen, at: [i, j] }) {

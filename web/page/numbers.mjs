@@ -58,3 +58,12 @@ function cleaned(cell, decimalComma) {
   if (/^[+-]?[\d.,]+%?$/.test(text)) text = decimalComma ? text.replace(/\./g, '').replace(',', '.') : text.replace(/,/g, '');
   return text;
 }
+
+/** Round numbers from low to high, about so many. */
+export function ticksOf(low, high, count) {
+  const raw = (high - low) / count, power = 10 ** Math.floor(Math.log10(raw));
+  const step = power * [1, 2, 5, 10].find((factor) => factor * power >= raw);
+  const ticks = [];
+  for (let k = Math.ceil(low / step); k * step <= high + step * 1e-9; ++k) ticks.push(Number((k * step).toPrecision(12)));
+  return ticks;
+}

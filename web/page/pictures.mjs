@@ -24,7 +24,7 @@ export function axesOf(entry, values) {
   entry.arguments.forEach((argument, place) => {
     if (argument.unit === 'selector' || argument.role === 'month') return;
     const value = values[place];
-    const whole = axisOf(argument, place, argument.name, argument.shape === 'number' ? value : centreOf(argument, value));
+    const whole = axisOf(argument, place, argument.name, argument.shape === 'number' ? value : centreOf(argument, value), value);
     if (typeof value === 'number') whole.at = (x) => x;
     else {
       whole.label = `${argument.name}, all cells`;
@@ -44,13 +44,14 @@ export function axesOf(entry, values) {
   return axes;
 }
 
-function axisOf(argument, place, key, centre) {
-  return { key, label: argument.name, argument, place, centre, isWhole: wholeUnits.includes(argument.unit), ...rangeAround(argument, centre) };
+function axisOf(argument, place, key, centre, value) {
+  return { key, label: argument.name, argument, place, centre, isWhole: wholeUnits.includes(argument.unit), ...rangeAround(argument, centre, value) };
 }
 
 /** The range of the texts where it says something about this value; else one around the value. */
-function rangeAround(argument, centre) {
+function rangeAround(argument, centre, value) {
   let { low, high } = argument;
+  if (argument.shape === 'block' && argument.unit === 'correlation' && Array.isArray(value)) return correlationsAround(argument, centre, value);
   if (low === null || high === null) return { low: centre - 1, high: centre + 1 };
   if (inTime.includes(argument.unit)) {
     if (centre > 0) high = Math.max(centre * 1.5, Math.min(high, centre * 4));
@@ -65,6 +66,14 @@ function rangeAround(argument, centre) {
   return { low: Math.min(low, centre < low ? centre - reach : low), high: Math.max(high, centre > high ? centre + reach : high) };
 }
 
+// Between correlations that are possible: none above 1, and not all of many strongly negative.
+function correlationsAround(argument, centre, value) {
+  const cells = argument.kind === 'square' ? value.flatMap((row, i) => row.filter((_, j) => i !== j)) : value.flat();
+  const size = argument.kind === 'square' ? value.length : (1 + Math.sqrt(1 + 8 * cells.length)) / 2;
+  const most = Math.max(...cells);
+  return { low: Math.min(centre, -0.99 / (size - 1)), high: centre > 0 && most > 0 ? Math.max(centre, centre / Math.max(most, centre)) : 1 };
+}
+
 /** What a picture moves first: the first driver, or else the first axis. */
 export const firstAxis = (axes) => axes.find((axis) => axis.argument.role === 'driver') ?? axes[0];
 /** And second: another driver, a volatility, or whatever else there is. */
@@ -72,12 +81,15 @@ export const secondAxis = (axes, first) => axes.find((axis) => axis.place !== fi
   ?? axes.find((axis) => axis.place !== first.place && isVolatility(axis.argument))
   ?? axes.find((axis) => axis.place !== first.place) ?? first;
 
+/** So many points from low to high, or as many as there are whole numbers; the deal's own value is one of them. */
 export function pointsOf(axis, low, high, count) {
   if (axis.isWhole) {
     const step = Math.max(1, Math.ceil((high - low) / (count - 1)));
     return Array.from({ length: Math.floor((Math.floor(high) - Math.ceil(low)) / step) + 1 }, (_, i) => Math.ceil(low) + i * step);
   }
-  return Array.from({ length: count }, (_, i) => (i === count - 1 ? high : low + (high - low) * i / (count - 1)));
+  const step = (high - low) / (count - 1);
+  const own = Math.round((axis.centre - low) / step);
+  return Array.from({ length: count }, (_, i) => (i === own ? Math.min(high, Math.max(low, axis.centre)) : i === count - 1 ? high : low + i * step));
 }
 
 // A number that a picture can show.
@@ -98,17 +110,36 @@ function asGiven(argument, value) {
   return argument.shape === 'block' ? [[value]] : [value];
 }
 
-/** Where a barrier leaves the deal what it is: null, or whether `value` of the axis keeps the barrier on its side. */
+// Sensitivities reprice with the price moved by a thousandth; within two of the barrier they would cross it.
+const nearBarrier = 0.002;
+
+/** Where a barrier leaves the deal what it is: null without one, else whether changes keep it on its side. */
 export function sideOf(entry, values) {
   const barrier = entry.arguments.findIndex((argument) => argument.role === 'barrier');
   if (barrier < 0) return null;
   const driver = entry.arguments.findIndex((argument) => argument.role === 'driver');
-  const below = values[barrier] <= values[driver];
+  const isBelow = values[barrier] <= values[driver];
   return {
-    barrier, driver,
-    keeps: (changes) => (changes.get(barrier) ?? values[barrier]) <= (changes.get(driver) ?? values[driver]) === below,
-    note: `Beyond ${entry.arguments[barrier].name} ${brief(values[barrier])} it is touched: another deal. The curves end there.`,
+    keeps(changes) {
+      const level = changes.get(barrier) ?? values[barrier], price = changes.get(driver) ?? values[driver];
+      return isBelow ? price >= level * (1 + nearBarrier) : price <= level * (1 - nearBarrier);
+    },
+    /** The part of an axis on this side; the whole of another one. */
+    within(axis, low, high) {
+      if (axis.place !== driver && axis.place !== barrier) return [low, high];
+      const above = (axis.place === driver) === isBelow;
+      const edge = axis.place === driver ? values[barrier] * (1 + (above ? nearBarrier : -nearBarrier)) : values[driver] / (1 + (above ? -nearBarrier : nearBarrier));
+      return above ? [Math.max(low, edge), high] : [low, Math.min(high, edge)];
+    },
+    note: `Where ${entry.arguments[barrier].name} is touched it is another deal: the curves end there.`,
   };
+}
+
+/** What of an axis can be drawn, and why not all of it. */
+export function drawable(entry, values, axis, low, high) {
+  const side = sideOf(entry, values);
+  const limits = side === null ? [low, high] : side.within(axis, low, high);
+  return { limits, note: limits[0] === low && limits[1] === high ? '' : side.note };
 }
 
 /** The times at which a deal is drawn: now, half way and at the end, each with the values of all that runs down. */
@@ -132,13 +163,15 @@ export function momentsOf(entry, values) {
       if (!runsDown(argument)) return;
       const passed = end.years * share * yearOf(argument);
       const rounded = argument.unit === 'whole_days' || argument.unit === 'trading_days' ? Math.round(passed) : passed;
-      changes.set(place, mapped(argument, values[place], (time) => (share === 1 && argument === end.argument && typeof values[place] === 'number' ? 0 : time - rounded)));
+      changes.set(place, mapped(argument, values[place], (time) => time - rounded));
     });
     return changes;
   };
   const days = brief(end.years * 365.25, 4), half = brief(end.years * 182.625, 4);
+  // At the very end some models have no number, and a strike that was to be set is another one.
+  const justBefore = 1 - (end.argument.role === 'setting' ? 1e-3 : 1e-9);
   const last = end.argument.role === 'expiry' ? `at expiry, in ${days} days` : `in ${days} days, ${end.argument.name} 0`;
-  return [now, { label: `in ${half} days`, changes: moment(0.5) }, { label: last, changes: moment(1) }];
+  return [now, { label: `in ${half} days`, changes: moment(0.5) }, { label: last, changes: moment(justBefore) }];
 }
 
 function tradingDays(entry, values) {
@@ -146,30 +179,26 @@ function tradingDays(entry, values) {
   return place < 0 ? 252 : values[place];
 }
 
-/**
- * One result along an axis, a line for each moment: { points, lines: [{ label, values }], note }. All lines are one call.
- */
+/** One result along an axis, a line for each moment: { points, lines: [{ label, values }] }. All lines are one call. */
 export function curveOf(api, entry, values, axis, points, selector) {
-  const prices = entry.results[0].name === 'premium' && entry.results[0].unit === 'price';
-  const moments = prices && !runsDown(axis.argument) ? momentsOf(entry, values) : [{ label: 'now', changes: new Map() }];
-  const side = sideOf(entry, values);
+  const [main] = entry.results;
+  const decays = main.name === 'premium' && main.unit === 'price' && !runsDown(axis.argument);
+  // At the end sensitivities jump; there only the premium says something.
+  const moments = momentsOf(entry, values).slice(0, !decays ? 1 : selector === main.selector ? 3 : 2);
   const changes = new Map([[axis.place, moments.flatMap(() => points.map(axis.at))]]);
   for (const place of new Set(moments.flatMap((moment) => [...moment.changes.keys()])))
     changes.set(place, moments.flatMap((moment) => points.map(() => moment.changes.get(place) ?? values[place])));
   const [all] = priced(api, entry, values, changes, [selector]);
-  const kept = points.map((x) => side === null || side.keeps(new Map([[axis.place, axis.at(x)]])));
   const lines = moments.map(({ label }, k) => ({
-    label, values: points.map((_, i) => (kept[i] ? drawn(entry, selector, all[k * points.length + i]) : null)),
+    label, values: points.map((_, i) => drawn(entry, selector, all[k * points.length + i])),
   })).filter((line, k) => k === 0 || line.values.some((value) => value !== null));
-  return { points, lines, note: kept.includes(false) ? side.note : '' };
+  return { points, lines };
 }
 
 /** All results along an axis, now: a list of numbers for each selector, null where there is none. */
 export function resultsAlong(api, entry, values, axis, points, selectors) {
-  const side = sideOf(entry, values);
   const columns = priced(api, entry, values, new Map([[axis.place, points.map(axis.at)]]), selectors);
-  const kept = points.map((x) => side === null || side.keeps(new Map([[axis.place, axis.at(x)]])));
-  return columns.map((column, k) => points.map((x, i) => (kept[i] ? drawn(entry, selectors[k], column[i]) : null)));
+  return columns.map((column, k) => Array.from(column, (value) => drawn(entry, selectors[k], value)));
 }
 
 /** One result over two axes: rows from the lowest y, null where there is no number. */
