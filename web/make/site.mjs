@@ -8,6 +8,7 @@ import { documents, functionSections, linksOf } from './documents.mjs';
 import { functionPage, referenceEntry } from './function_page.mjs';
 import { indexPage, leading } from './index_page.mjs';
 import { markdown, slug } from './markdown.mjs';
+import { readReference, referenceHtml } from './reference.mjs';
 import { searchData } from './search_data.mjs';
 import { escaped, shell } from './shell.mjs';
 
@@ -21,21 +22,20 @@ const { general, sections } = functionSections(root, entries);
 const links = linksOf(sections);
 
 // What web/reference says of a function; twins have one file.
+const reference = readReference(join(web, 'reference'));
 function fragmentOf(entry) {
-  const names = [entry.name, entry.twin ?? ''];
-  const file = names.map((name) => join(web, 'reference', `${name}.html`)).find(existsSync);
-  if (!file) { missing.push(entry.name); return { html: `<p>${escaped(entry.prices)}</p>`, words: [] }; }
-  const html = readFileSync(file, 'utf8');
-  const words = html.match(/<!-- words: ([^]*?) -->/)?.[1].split(/\s*,\s*/) ?? [];
-  return { html: html.replace(/<!--[^]*?-->\s*/g, ''), words };
+  const said = reference.get(entry.name) ?? reference.get(entry.twin);
+  if (!said) { missing.push(entry.name); return { html: `<p>${escaped(entry.prices)}</p>`, words: [], related: [] }; }
+  const html = referenceHtml(said.text, (text) => markdown(text, (href) => links(href, 'functions.md'), entries));
+  return { html, words: said.words, related: said.related };
 }
 const missing = [];
 const about = new Map([...entries.values()].map((entry) => {
-  const { html, words } = fragmentOf(entry);
+  const { html, words, related } = fragmentOf(entry);
   const section = sections.get(entry.name);
   const notes = section ? markdown(section.text, (href) => links(href, 'functions.md'), entries) : '';
   const stored = [entry.name, entry.twin].map((name) => join(root, 'docs/pictures', `accuracy-${name}.svg`)).find(existsSync);
-  return [entry.name, { fragment: html, words, notes, accuracyPicture: stored ? `<figure class="accuracy">${readFileSync(stored, 'utf8')}</figure>` : '' }];
+  return [entry.name, { fragment: html, words, related, notes, accuracyPicture: stored ? `<figure class="accuracy">${readFileSync(stored, 'utf8')}</figure>` : '' }];
 }));
 if (missing.length > 0 && !process.env.KESTRAN_SITE_DRAFT) throw new Error(`web/reference says nothing of ${missing.join(', ')}`);
 
