@@ -1,7 +1,7 @@
 // The pages that are not about one function: what the repository's documents say.
 import { readFileSync, readdirSync } from 'node:fs';
 import { join } from 'node:path';
-import { slug } from './markdown.mjs';
+import { markdown, slug } from './markdown.mjs';
 import { shell } from './shell.mjs';
 
 const forDevelopers = ['architecture.md', 'testing.md', 'functions.md'];
@@ -39,11 +39,11 @@ export function linksOf(sections) {
   };
 }
 
-/** File name → HTML. */
-export function documents(folder, markdown, general, links) {
+/** The pages of docs/ and of what README says: file name → HTML. */
+export function documents(folder, entries, general, links) {
   const pages = new Map();
   const page = (file, title, text, from) => pages.set(file, shell({
-    file, title: `${title} – KESTRAN`, body: `<article class="text">${markdown(text, (href) => links(href, from))}</article>`,
+    file, title: `${title} – KESTRAN`, body: `<article class="text">${markdown(text, (href) => links(href, from), entries)}</article>`,
   }));
   for (const file of readdirSync(join(folder, 'docs'))) {
     if (!file.endsWith('.md') || forDevelopers.includes(file)) continue;

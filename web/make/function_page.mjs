@@ -29,9 +29,10 @@ const chartSections = `<section id="charts" aria-labelledby="charts-title">
 <div class="scroll" tabindex="0" role="region" aria-label="Numbers behind the map"><table id="heat-numbers"></table></div></details></div>
 </section>`;
 
-const linked = (entry, names) => names.map((name) => `<a href="${name}.html">${name}</a>`).join(', ');
+const relatedList = (related) => (related.length === 0 ? '' : `<h3>Take instead</h3>
+<dl class="related">${related.map(({ name, when }) => `<dt><a href="${name}.html">${name}</a></dt><dd>${escaped(when)}</dd>`).join('\n')}</dl>`);
 
-/** `about` has fragment, notes and accuracyPicture as HTML, `family` the family's entries. */
+/** `about` has fragment, notes and accuracyPicture as HTML, and related functions with when to take which; `family` the family's entries. */
 export function functionPage(entry, family, about) {
   const twin = entry.twin === null ? '' : ` <span class="twin">also <a href="${entry.twin}.html">${entry.twin}</a></span>`;
   const kin = family.functions.map((name) => (name === entry.name ? `<b aria-current="page">${name}</b>` : `<a href="${name}.html">${name}</a>`)).join(' ');
@@ -53,7 +54,7 @@ ${chartSections}
 ${about.fragment}
 <h3>How far to trust it</h3><p>${escaped(entry.accuracy)}</p>
 ${about.accuracyPicture}
-${entry.related.length > 0 ? `<h3>See also</h3><p>${linked(entry, entry.related)}</p>` : ''}
+${relatedList(about.related)}
 ${about.notes === '' ? '' : `<h3>In detail</h3>${about.notes}`}
 </section>`;
   return shell({

@@ -1,14 +1,12 @@
 // The repository's pages as pages of the site.
+import { Marked } from './libraries.mjs';
 import { addressText, fromText } from '../page/deal.mjs';
 import { escaped } from './shell.mjs';
 
 export const slug = (text) => text.toLowerCase().replace(/<[^>]*>/g, '').replace(/[^\p{L}\p{N}\s_-]/gu, '').trim().replace(/\s/g, '-');
 
-/**
- * Markdown to HTML with the class of the library. `links(href)` gives where a link goes, null for what is not on the site;
- * `entries` by name are linked from formulas.
- */
-export const markdownWith = (Marked, entries) => function markdown(text, links) {
+/** Markdown to HTML. `links(href)` says where a link goes, null for what is not on the site; `entries` by name are linked from formulas. */
+export function markdown(text, links, entries) {
   const plain = text.replace(/^<!-- .* -->\n?/gm, '');
   const renderer = {
     heading: (inner, level, raw) => `<h${level} id="${slug(raw.replace(/[`*]/g, ''))}">${inner}</h${level}>\n`,
@@ -25,7 +23,7 @@ export const markdownWith = (Marked, entries) => function markdown(text, links) 
     },
   };
   return new Marked({ gfm: true, renderer }).parse(plain);
-};
+}
 
 /** The page of the call in a formula, with its arguments filled in; of a function's bare name its page. */
 function pageOfFormula(formula, entries) {

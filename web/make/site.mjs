@@ -1,43 +1,42 @@
 // Writes the site.
-//   node site.mjs OUT PACKAGE LIBRARIES    PACKAGE is the folder of the package for Node and pages, LIBRARIES that of npm's
+//   node site.mjs OUT PACKAGE    PACKAGE is the folder of the package for Node and pages
 import { copyFileSync, existsSync, mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { dirname, join, resolve } from 'node:path';
 import { fileURLToPath, pathToFileURL } from 'node:url';
 import { classicScript } from './bundle.mjs';
 import { documents, functionSections, linksOf } from './documents.mjs';
 import { functionPage, referenceEntry } from './function_page.mjs';
+import { fileOf } from './libraries.mjs';
 import { indexPage, leading } from './index_page.mjs';
-import { markdownWith, slug } from './markdown.mjs';
+import { markdown, slug } from './markdown.mjs';
+import { readReference, referenceHtml } from './reference.mjs';
 import { searchData } from './search_data.mjs';
 import { escaped, shell } from './shell.mjs';
 
-const [out, module, libraries] = process.argv.slice(2).map((path) => resolve(path));
+const [out, module] = process.argv.slice(2).map((path) => resolve(path));
 const web = dirname(dirname(fileURLToPath(import.meta.url))), root = dirname(web);
 const { kestran: api } = await import(pathToFileURL(join(module, 'node.js')));
-const { Marked } = await import(pathToFileURL(join(libraries, 'marked/lib/marked.esm.js')));
 
 const entries = new Map(api.catalogue.functions.map((entry) => [entry.name, entry]));
 const families = api.catalogue.families.map(({ title, functions }) => ({ title, id: slug(title), functions: functions.filter((name) => leading(entries.get(name))) }));
-const markdown = markdownWith(Marked, entries);
 const { general, sections } = functionSections(root, entries);
 const links = linksOf(sections);
 
 // What web/reference says of a function; twins have one file.
+const reference = readReference(join(web, 'reference'));
 function fragmentOf(entry) {
-  const names = [entry.name, entry.twin ?? ''];
-  const file = names.map((name) => join(web, 'reference', `${name}.html`)).find(existsSync);
-  if (!file) { missing.push(entry.name); return { html: `<p>${escaped(entry.prices)}</p>`, words: [] }; }
-  const html = readFileSync(file, 'utf8');
-  const words = html.match(/<!-- words: ([^]*?) -->/)?.[1].split(/\s*,\s*/) ?? [];
-  return { html: html.replace(/<!--[^]*?-->\s*/g, ''), words };
+  const said = reference.get(entry.name) ?? reference.get(entry.twin);
+  if (!said) { missing.push(entry.name); return { html: `<p>${escaped(entry.prices)}</p>`, words: [], related: [] }; }
+  const html = referenceHtml(said.text, (text) => markdown(text, (href) => links(href, 'functions.md'), entries));
+  return { html, words: said.words, related: said.related };
 }
 const missing = [];
 const about = new Map([...entries.values()].map((entry) => {
-  const { html, words } = fragmentOf(entry);
+  const { html, words, related } = fragmentOf(entry);
   const section = sections.get(entry.name);
-  const notes = section ? markdown(section.text, (href) => links(href, 'functions.md')) : '';
+  const notes = section ? markdown(section.text, (href) => links(href, 'functions.md'), entries) : '';
   const stored = [entry.name, entry.twin].map((name) => join(root, 'docs/pictures', `accuracy-${name}.svg`)).find(existsSync);
-  return [entry.name, { fragment: html, words, notes, accuracyPicture: stored ? `<figure class="accuracy">${readFileSync(stored, 'utf8')}</figure>` : '' }];
+  return [entry.name, { fragment: html, words, related, notes, accuracyPicture: stored ? `<figure class="accuracy">${readFileSync(stored, 'utf8')}</figure>` : '' }];
 }));
 if (missing.length > 0 && !process.env.KESTRAN_SITE_DRAFT) throw new Error(`web/reference says nothing of ${missing.join(', ')}`);
 
@@ -45,7 +44,7 @@ rmSync(out, { recursive: true, force: true });
 mkdirSync(out, { recursive: true });
 const write = (name, text) => writeFileSync(join(out, name), text);
 
-const texts = documents(root, markdown, general, links);
+const texts = documents(root, entries, general, links);
 for (const [file, html] of texts) write(file, html);
 for (const entry of entries.values()) {
   const family = families.find(({ functions }) => functions.includes(entry.name) || functions.includes(entry.twin));
@@ -58,7 +57,7 @@ write('reference.html', shell({
 ${families.map((family) => `<h2>${escaped(family.title)}</h2>${family.functions.map((name) => referenceEntry(api, entries.get(name), about.get(name))).join('\n')}`).join('\n')}`,
 }));
 write('search.js', searchData(entries, (entry) => about.get(entry.name).words, texts) + classicScript(join(web, 'page/search.mjs')));
-write('page.js', readFileSync(join(libraries, 'uplot/dist/uPlot.iife.min.js'), 'utf8') + '\n' + classicScript(join(web, 'page/main.mjs')));
-write('style.css', [join(libraries, 'uplot/dist/uPlot.min.css'), ...readdirSync(join(web, 'style')).sort().map((file) => join(web, 'style', file))].map((file) => readFileSync(file, 'utf8')).join('\n'));
+write('page.js', fileOf('uplot/dist/uPlot.iife.min.js') + '\n' + classicScript(join(web, 'page/main.mjs')));
+write('style.css', [fileOf('uplot/dist/uPlot.min.css'), ...readdirSync(join(web, 'style')).sort().map((file) => readFileSync(join(web, 'style', file), 'utf8'))].join('\n'));
 copyFileSync(join(module, 'classic.js'), join(out, 'kestran.js'));
 console.log(`${out}/index.html: ${entries.size} functions, ${texts.size} more pages`);

@@ -1,0 +1,48 @@
+// What web/reference says of the functions: Markdown with TeX between dollar signs, which becomes MathML.
+//
+//   ---
+//   words: what people search for, ...
+//   related:
+//   - NAME: when to take that one
+//   ---
+//   Two sentences on what it prices.
+//   ## Formula, or Algorithm, and ## Conventions
+import { readFileSync, readdirSync } from 'node:fs';
+import { join } from 'node:path';
+import { temml } from './libraries.mjs';
+
+/** File name without ending → { words, related: [{ name, when }], text }, of all files of the folder. */
+export function readReference(folder) {
+  const files = readdirSync(folder).filter((file) => file.endsWith('.md')).sort();
+  return new Map(files.map((file) => [file.slice(0, -3), parsed(file, readFileSync(join(folder, file), 'utf8'))]));
+}
+
+function parsed(file, source) {
+  const parts = source.match(/^---\nwords: (.*)\nrelated:\n((?:- \w+: .*\n)*)---\n([^]*)$/);
+  if (!parts) throw new Error(`${file}: does not begin with its words and related functions`);
+  const related = [...parts[2].matchAll(/^- (\w+): (.*)$/gm)].map(([, name, when]) => ({ name, when }));
+  return { words: parts[1].split(/\s*,\s*/), related, text: parts[3] };
+}
+
+/** TeX as MathML; what is not TeX throws. */
+export function mathml(tex, display) {
+  const math = temml.renderToString(tex, { displayMode: display, throwOnError: true });
+  return display ? `<div class="maths" tabindex="0" role="group" aria-label="Formula">${math}</div>` : math;
+}
+
+/** The text as HTML: `toHtml` turns Markdown into it, headings begin at `level`. */
+export function referenceHtml(text, toHtml, level = 3) {
+  // A word of its own, which Markdown leaves alone, holds the place of each formula.
+  const formulas = [];
+  const held = (display) => (whole, tex) => {
+    formulas.push(mathml(tex.replace(/\s+/g, ' ').trim(), display));
+    return `maths${formulas.length - 1}held`;
+  };
+  const plain = text.replace(/\$\$([^$]+)\$\$/g, held(true)).replace(/\$([^$]+)\$/g, held(false))
+    .replace(/^##(?= )/gm, '#'.repeat(level));
+  // A formula that stands alone is no paragraph; a mark of punctuation never begins a line alone.
+  return toHtml(plain).replace(/<p>(maths\d+held)<\/p>/g, '$1').replace(/maths(\d+)held([,.;:)]*)/g, (whole, k, behind) => {
+    const math = formulas[Number(k)];
+    return behind === '' || math.startsWith('<div') ? math + behind : `<span class="nowrap">${math}${behind}</span>`;
+  });
+}
