@@ -24,13 +24,13 @@ const links = linksOf(sections);
 
 // What web/reference says of a function; twins have one file.
 const reference = readReference(join(web, 'reference'));
+const missing = [];
 function fragmentOf(entry) {
   const said = reference.get(entry.name) ?? reference.get(entry.twin);
   if (!said) { missing.push(entry.name); return { html: `<p>${escaped(entry.prices)}</p>`, words: [], related: [] }; }
   const html = referenceHtml(said.text, (text) => markdown(text, (href) => links(href, 'functions.md'), entries));
   return { html, words: said.words, related: said.related };
 }
-const missing = [];
 const about = new Map([...entries.values()].map((entry) => {
   const { html, words, related } = fragmentOf(entry);
   const section = sections.get(entry.name);
@@ -54,7 +54,7 @@ write('index.html', indexPage(api, families, entries));
 write('reference.html', shell({
   file: 'reference.html', title: 'KESTRAN – reference', body: `<h1>KESTRAN reference</h1><p class="lead">All ${entries.size} functions, version ${escaped(api.version)}.</p>
 <nav class="contents" aria-label="Contents">${families.map((family) => `<p><b>${escaped(family.title)}</b> ${family.functions.map((name) => `<a href="#${name}">${name}</a>`).join(', ')}</p>`).join('')}</nav>
-${families.map((family) => `<h2>${escaped(family.title)}</h2>${family.functions.map((name) => referenceEntry(api, entries.get(name), about.get(name))).join('\n')}`).join('\n')}`,
+${families.map((family) => `<h2 class="family-title">${escaped(family.title)}</h2>${family.functions.map((name) => referenceEntry(api, entries.get(name), about.get(name))).join('\n')}`).join('\n')}`,
 }));
 write('search.js', searchData(entries, (entry) => about.get(entry.name).words, texts) + classicScript(join(web, 'page/search.mjs')));
 write('page.js', fileOf('uplot/dist/uPlot.iife.min.js') + '\n' + classicScript(join(web, 'page/main.mjs')));

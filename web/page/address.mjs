@@ -22,5 +22,6 @@ export function writeAddress(entry, { texts, view }) {
   }
   for (const key of views) if (view[key] !== '') set.set(`view-${key}`, view[key]);
   // ; and | may stand in a fragment as they are, and make it readable.
-  return set.size === 0 && String(set) === '' ? '' : '#' + String(set).replace(/%3B/g, ';').replace(/%7C/g, '|');
+  const text = String(set).replace(/%3B/g, ';').replace(/%7C/g, '|');
+  return text === '' ? '' : `#${text}`;
 }

@@ -40,7 +40,7 @@ export function drawLines(box, options) {
     cursor: { sync: { key: 'x', setSeries: false }, drag: { x: false, y: false }, y: false, points: { size: 7 } },
     scales: { x: { time: false, range: [points[0], points.at(-1)] }, y: { range: (_, low, high) => spread(low, high) } },
     series: [{}, ...lines.map((line, k) => ({ label: line.label, stroke: colour(strokes[k]), width: k === 0 ? 2.25 : 1.75, dash: dashes[k], points: { show: false }, gaps: wideGaps }))],
-    axes: [{ ...axisStyle(), size: 30, values: ticks }, { ...axisStyle(), size: 62, values: ticks }],
+    axes: [{ ...axisStyle(), size: 30, values: ticks, ...(big ? { label: axis.label, labelSize: 20, labelFont: font } : {}) }, { ...axisStyle(), size: 62, values: ticks }],
     hooks: {
       draw: [(u) => mark(u, axis.centre)],
       setCursor: [(u) => onHover?.(u.cursor.idx ?? null)],

@@ -68,7 +68,8 @@ function paint(heat, canvas) {
     if (value === null) return;
     c.fillStyle = scale(high > low ? (value - low) / (high - low) : 0.5);
     const left = Math.round(margin.left + i * cellWidth), top = Math.round(margin.top + tall - (j + 1) * cellHeight);
-    c.fillRect(left, top, Math.round(margin.left + (i + 1) * cellWidth) - left, Math.round(margin.top + tall - j * cellHeight) - top);
+    // A pixel more, under the cells that follow: on paper cells that only touch leave a gap.
+    c.fillRect(left, top, Math.round(margin.left + (i + 1) * cellWidth) - left + 1, Math.round(margin.top + tall - j * cellHeight) - top + 1);
   }));
   c.fillStyle = colour('--dim');
   c.font = '12px system-ui, sans-serif';

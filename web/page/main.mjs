@@ -26,6 +26,7 @@ function start(api) {
   buildCalls(page);
   listen(page, restore);
   listenToHeat(page);
+  printOnPaper(page);
   restore();
 }
 
@@ -70,14 +71,33 @@ function update(page) {
 // Charts follow when the browser has shown the numbers.
 function later(page) {
   clearTimeout(page.waiting);
-  page.waiting = setTimeout(() => {
-    const begun = performance.now();
-    drawCharts(page);
-    drawHeat(page);
-    const ready = document.body.dataset;
-    ready.drawn = String(Math.round(performance.now() - begun));
-    ready.drawings = String(Number(ready.drawings ?? 0) + 1);
-  }, 0);
+  page.waiting = setTimeout(() => draw(page), 0);
+}
+
+function draw(page) {
+  const begun = performance.now();
+  drawCharts(page);
+  drawHeat(page);
+  const { dataset } = document.body;
+  dataset.drawn = String(Math.round(performance.now() - begun));
+  dataset.drawings = String(Number(dataset.drawings ?? 0) + 1);
+}
+
+// Paper is light, and as wide as a column of charts.
+function printOnPaper(page) {
+  const root = document.documentElement;
+  let theme;
+  addEventListener('beforeprint', () => {
+    theme = root.dataset.theme ?? '';
+    root.dataset.theme = 'light';
+    root.classList.add('paper');
+    draw(page);
+  });
+  addEventListener('afterprint', () => {
+    root.dataset.theme = theme;
+    root.classList.remove('paper');
+    draw(page);
+  });
 }
 
 kestranReady.then((api) => {
