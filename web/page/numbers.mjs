@@ -17,9 +17,6 @@ export function readNumber(text, evaluate) {
 /** For a table: seven digits. */
 export function shown(number) {
   if (number === null || number === undefined || Number.isNaN(number)) return '–';
-  if (!Number.isFinite(number)) return String(number);
-  const size = Math.abs(number);
-  if (size >= 1e9 || (size !== 0 && size < 1e-5)) return number.toExponential(4);
   return String(Number(number.toPrecision(7)));
 }
 
