@@ -21,19 +21,21 @@ export function functionSections(folder, entries) {
       const own = section.slice(heading.length).replace(/^<!-- (\w+) -->\n[^]*?^<!-- end of \1 -->\n/gm, '').trim();
       for (const name of heading.split(', ')) if (entries.has(name)) sections.set(name, { heading, text: own });
     }
-  return { general, sections };
+  const familyAnchors = families.map((family) => slug(family.slice(0, family.indexOf('\n'))));
+  return { general, sections, familyAnchors };
 }
 
 /** Where links of a document lead on the site; null for what is not there. */
-export function linksOf(sections) {
+export function linksOf(sections, familyAnchors) {
   const anchors = new Map([...sections].map(([name, { heading }]) => [slug(heading), `${name}.html`]).reverse());
   return (href, from) => {
     if (/^https?:/.test(href)) return href;
     const [path, anchor = ''] = href.split('#');
     const file = path.split('/').pop();
     const behind = anchor === '' ? '' : `#${anchor}`;
-    if (file === '') return from === 'functions.md' && anchors.has(anchor) ? anchors.get(anchor) : behind;
-    if (file === 'functions.md') return anchors.get(anchor) ?? (anchor === '' ? 'index.html' : `conventions.html${behind}`);
+    if (file === 'functions.md' || (file === '' && from === 'functions.md'))
+      return anchors.get(anchor) ?? (anchor === '' || familyAnchors.includes(anchor) ? `index.html${behind}` : `conventions.html${behind}`);
+    if (file === '') return behind;
     if (file === 'README.md') return anchor === 'functions' ? 'index.html' : `install.html${behind}`;
     return file.endsWith('.md') && !forDevelopers.includes(file) ? file.replace(/\.md$/, '.html') + behind : null;
   };

@@ -11,7 +11,7 @@ const chartSections = `<section id="charts" aria-labelledby="charts-title">
 <p class="note" id="chart-note" role="status"></p>
 <details><summary>The numbers behind the charts</summary>
 <p class="buttons"><button type="button" id="csv">Save as CSV</button><button type="button" id="csv-copy">Copy for a sheet</button></p>
-<div class="scroll" tabindex="0" role="region" aria-label="Numbers behind the charts"><table id="numbers"></table></div></details>
+<div class="scroll" tabindex="0" role="group" aria-label="Numbers behind the charts"><table id="numbers"></table></div></details>
 </section>
 <section id="months-section" aria-labelledby="months-title" hidden>
 <h2 id="months-title">Month by month</h2>
@@ -26,7 +26,7 @@ const chartSections = `<section id="charts" aria-labelledby="charts-title">
 <p class="scale"><span id="heat-low"></span><span class="ramp" aria-hidden="true"></span><span id="heat-high"></span></p>
 <details><summary>The numbers behind the map</summary>
 <p class="buttons"><button type="button" id="heat-csv">Save as CSV</button><button type="button" id="heat-csv-copy">Copy for a sheet</button></p>
-<div class="scroll" tabindex="0" role="region" aria-label="Numbers behind the map"><table id="heat-numbers"></table></div></details></div>
+<div class="scroll" tabindex="0" role="group" aria-label="Numbers behind the map"><table id="heat-numbers"></table></div></details></div>
 </section>`;
 
 const relatedList = (related) => (related.length === 0 ? '' : `<h3>Take instead</h3>
@@ -63,15 +63,18 @@ ${about.notes === '' ? '' : `<h3>In detail</h3>${about.notes}`}
   });
 }
 
+const scrolled = (label, table) => `<div class="scroll" tabindex="0" role="group" aria-label="${label}"><table>${table}</table></div>`;
+
 /** The function on the page to print. */
 export function referenceEntry(api, entry, about) {
   const names = entry.twin === null ? entry.name : `${entry.name}, ${entry.twin}`;
+  const asks = entry.resultArgument === null ? '' : entry.arguments[entry.resultArgument].name;
   const signature = `${entry.name}(${entry.arguments.map((argument) => argument.name).join(', ')})`;
   return `<section class="entry" id="${entry.name}"><h3>${names}</h3><p class="lead">${escaped(entry.headline[0].toUpperCase() + entry.headline.slice(1))}</p>
 ${about.fragment}
 <p class="signature"><code>${signature}</code></p>
-<table><thead><tr><th>argument</th><th>meaning</th><th>unit</th></tr></thead><tbody>${argumentRows(entry)}</tbody></table>
-<table><thead><tr><th>${entry.resultArgument === null ? '' : entry.arguments[entry.resultArgument].name}</th><th>result</th><th>meaning</th><th>unit</th><th class="number">example</th></tr></thead><tbody>${resultRows(api, entry)}</tbody></table>
+${scrolled(`Arguments of ${entry.name}`, `<thead><tr><th>argument</th><th>meaning</th><th>unit</th></tr></thead><tbody>${argumentRows(entry)}</tbody>`)}
+${scrolled(`Results of ${entry.name}`, `<thead><tr><${asks ? 'th' : 'td'}>${asks}</${asks ? 'th' : 'td'}><th>result</th><th>meaning</th><th>unit</th><th class="number">example</th></tr></thead><tbody>${resultRows(api, entry)}</tbody>`)}
 <p class="example"><code>${escaped(entry.example)}</code></p>
 <figure>${picture(exampleCurve(api, entry, 121), `${entry.results[0].name} of the example`)}<figcaption>${entry.results[0].name} of the example</figcaption></figure>
 ${about.accuracyPicture}

@@ -10,8 +10,8 @@ export function markdown(text, links, entries) {
   const plain = text.replace(/^<!-- .* -->\n?/gm, '');
   const renderer = {
     heading: (inner, level, raw) => `<h${level} id="${slug(raw.replace(/[`*]/g, ''))}">${inner}</h${level}>\n`,
-    table: (header, body) => `<div class="scroll" tabindex="0" role="region" aria-label="Table"><table><thead>${header}</thead><tbody>${body}</tbody></table></div>\n`,
-    code: (code) => `<pre tabindex="0" role="region" aria-label="Example"><code>${escaped(code)}\n</code></pre>\n`,
+    table: (header, body) => `<div class="scroll" tabindex="0" role="group" aria-label="Table"><table><thead>${header.replace(/<th>\s*<\/th>/g, '<td></td>')}</thead><tbody>${body}</tbody></table></div>\n`,
+    code: (code) => `<pre tabindex="0" role="group" aria-label="Example"><code>${escaped(code)}\n</code></pre>\n`,
     link: (href, title, inner) => {
       const target = links(href);
       return target === null ? inner : `<a href="${escaped(target)}">${inner}</a>`;

@@ -19,8 +19,8 @@ const { kestran: api } = await import(pathToFileURL(join(module, 'node.js')));
 
 const entries = new Map(api.catalogue.functions.map((entry) => [entry.name, entry]));
 const families = api.catalogue.families.map(({ title, functions }) => ({ title, id: slug(title), functions: functions.filter((name) => leading(entries.get(name))) }));
-const { general, sections } = functionSections(root, entries);
-const links = linksOf(sections);
+const { general, sections, familyAnchors } = functionSections(root, entries);
+const links = linksOf(sections, familyAnchors);
 
 // What web/reference says of a function; twins have one file.
 const reference = readReference(join(web, 'reference'));

@@ -32,7 +32,7 @@ export function rangeGrid(page) {
   const more = element('button', { type: 'button', textContent: 'Add a row', onclick: resize(() => ranges.forEach(({ name }) => page.texts[name].push(page.texts[name].at(-1) ?? ''))) });
   const less = element('button', { type: 'button', textContent: 'Remove the last', disabled: rows < 2, onclick: resize(() => ranges.forEach(({ name }) => page.texts[name].splice(rows - 1))) });
   return element('div', { className: 'wide' },
-    element('div', { className: 'scroll', tabIndex: 0, role: 'region', 'aria-label': 'Ranges' }, element('table', { className: 'grid' },
+    element('div', { className: 'scroll', tabIndex: 0, role: 'group', 'aria-label': 'Ranges' }, element('table', { className: 'grid' },
       element('caption', { textContent: 'Ranges. Cells of a sheet can be pasted into any field.' }),
       element('thead', {}, head), element('tbody', {}, ...body))),
     element('p', { className: 'buttons' }, more, less),
@@ -68,7 +68,7 @@ export function matrixGrid(page, argument) {
   }
   const head = element('tr', {}, element('td'), ...Array.from({ length: square ? size : size - 1 }, (_, j) => element('th', { scope: 'col', textContent: j + 1 })));
   return element('div', { className: 'wide' },
-    element('div', { className: 'scroll', tabIndex: 0, role: 'region', 'aria-label': argument.name }, element('table', { className: 'grid' },
+    element('div', { className: 'scroll', tabIndex: 0, role: 'group', 'aria-label': argument.name }, element('table', { className: 'grid' },
       element('caption', { textContent: argument.name }), element('thead', {}, head), element('tbody', {}, ...rows))),
     element('p', { className: 'meaning', textContent: `${argument.meaning} (${argument.unitName})` }));
 }
