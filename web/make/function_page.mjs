@@ -29,7 +29,7 @@ const chartSections = `<section id="charts" aria-labelledby="charts-title">
 <div class="scroll" tabindex="0" role="group" aria-label="Numbers behind the map"><table id="heat-numbers"></table></div></details></div>
 </section>`;
 
-const relatedList = (related) => (related.length === 0 ? '' : `<h3>Take instead</h3>
+const relatedList = (related) => (related.length === 0 ? '' : `<h3>Which function when</h3>
 <dl class="related">${related.map(({ name, when }) => `<dt><a href="${name}.html">${name}</a></dt><dd>${escaped(when)}</dd>`).join('\n')}</dl>`);
 
 /** `about` has fragment, notes and accuracyPicture as HTML, and related functions with when to take which; `family` the family's entries. */

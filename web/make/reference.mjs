@@ -24,10 +24,28 @@ function parsed(file, source) {
   return { words: parts[1].split(/\s*,\s*/), related, text: parts[3] };
 }
 
+// A formula that is a list, a = b,\qquad c = d, as its parts: they flow like words where there is no room for all.
+function partsOf(tex) {
+  const parts = [];
+  let depth = 0, start = 0;
+  for (const token of tex.matchAll(/\\(?:begin|left)\b|\\(?:end|right)\b|\\q?quad\b|\\.|[{}]/g)) {
+    if (/^(\\begin|\\left|\{)$/.test(token[0])) ++depth;
+    else if (/^(\\end|\\right|\})$/.test(token[0])) --depth;
+    else if (depth === 0 && token[0].endsWith('quad')) {
+      parts.push(tex.slice(start, token.index));
+      start = token.index + token[0].length;
+    }
+  }
+  return [...parts, tex.slice(start)];
+}
+
 /** TeX as MathML; what is not TeX throws. */
 export function mathml(tex, display) {
-  const math = temml.renderToString(tex, { displayMode: display, throwOnError: true });
-  return display ? `<div class="maths" tabindex="0" role="group" aria-label="Formula">${math}</div>` : math;
+  // Of the names of functions the converter leaves out the space before them.
+  const spaced = tex.replace(/([\w})\]])\s*(\\(?:min|max|ln|exp)\b)/g, '$1\\,$2');
+  const one = (part) => temml.renderToString(part.trim(), { displayMode: display, throwOnError: true })
+    .replace(/ style="display:block math;"/, '').replace(/ class="tml-display"/, '');
+  return display ? `<div class="maths" tabindex="0" role="group" aria-label="Formula">${partsOf(spaced).map(one).join('')}</div>` : one(spaced);
 }
 
 /** The text as HTML: `toHtml` turns Markdown into it, headings begin at `level`. */
