@@ -26,7 +26,4 @@ std::string argument_meaning(const Function& function, int argument, bool brief 
 /// Signature, arguments, results, an example with its value and how far to trust it, in lines of plain text.
 std::string description(const Function& function);
 
-/// The number in the shortest form that reads back exactly; inf, -inf or nan.
-std::string exact_number(double number);
-
 }  // namespace kestran

@@ -11,6 +11,10 @@ namespace kestran {
 /// How argument `i` is understood, such as "90 calendar days = 0.2464 years" or "1: call".
 std::string understood(const Function& function, int i, const Operand& given);
 
+/// Which numbers of an argument are refused by themselves: "outside 0 to 8", "below 0" and the like; empty
+/// where none is.
+std::string refused_numbers(const Argument& argument);
+
 /// Why the call is refused, naming the argument, such as "RetType 12 is outside 0 to 8". `given` may be null
 /// where the arguments are no operands; values are then left out. Empty for a number.
 std::string refusal_text(const Function& function, const Operand* given, const Answer& answer);
@@ -21,6 +25,9 @@ std::vector<std::string> refusals(const Function& function, const Operand* given
 /// What a call that is priced looks to have wrong: units mixed up, a date for a time, shares given as per
 /// cent, impossible correlations, negative prices, fixings that cannot fit. Empty when nothing looks odd.
 std::vector<std::string> slips(const Function& function, const Operand* given);
+
+/// The same, and that the model has no number, where that is the answer.
+std::vector<std::string> warnings(const Function& function, const Operand* given, const Answer& answer);
 
 /// A number with at most this many significant digits.
 std::string short_number(double number, int digits = 6);

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "functions/describe.h"
+#include "functions/number_text.h"
 
 namespace kestran {
 namespace {

@@ -5,6 +5,7 @@
 #include "bindings/postgres/sql_call.h"
 #include "functions/describe.h"
 #include "functions/example.h"
+#include "functions/number_text.h"
 
 namespace kestran {
 namespace {
