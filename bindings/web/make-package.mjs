@@ -48,7 +48,7 @@ export interface ${about.name}Named<N = NumberArgument, R = RangeArgument, B = B
 ${about.arguments.map((argument, i) => `  /** ${argument.meaning}${argument.unitName && ` (${argument.unitName})`} */\n  ${named[i]};\n`).join('')}}
 `;
   const of = (name) => `${about.name}${name}<Cell, OneRange, OneBlock>, ${about.name}${name}<NumberArgument, RangeArgument, BlockArgument>`;
-  members += comment('  ', [about.prices, '', `\`${about.example}\` is ${about.exampleValue}`]);
+  members += comment('  ', [about.prices, '', `\`${about.example}\` is ${kestran.evaluate(about.example)}`]);
   members += `  readonly ${about.name}: PriceFunction<${of('Short')}, ${of('Full')}, ${of('Named')}, ${about.name}Result>;\n`;
 }
 write('index.d.ts', source('index.d.ts.in') + functions + `\nexport interface Kestran extends KestranBase {\n${members}}\n`);
