@@ -21,8 +21,8 @@ const entry = (first, bytes) => `${first}import { Refusal, openKestran } from '.
 const kestran = await openKestran(${bytes});
 export { Refusal, kestran, openKestran };
 `;
-write('index.js', entry('', "fetch(new URL('kestran.wasm', import.meta.url))"));
-write('node.js', entry("import { readFile } from 'node:fs/promises';\n", "readFile(new URL('kestran.wasm', import.meta.url))"));
+write('index.js', entry('', "fetch(new URL('./kestran.wasm', import.meta.url))"));
+write('node.js', entry("import { readFile } from 'node:fs/promises';\n", "readFile(new URL('./kestran.wasm', import.meta.url))"));
 cpSync(module, join(out, 'kestran.wasm'));
 cpSync(join(here, 'README.md'), join(out, 'README.md'));
 cpSync(join(here, '../../THIRD-PARTY-NOTICES'), join(out, 'THIRD-PARTY-NOTICES'));
