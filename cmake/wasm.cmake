@@ -20,7 +20,7 @@ set(CMAKE_CXX_STANDARD_INCLUDE_DIRECTORIES ${llvm}/include/${triplet}/c++/v1 ${C
   /usr/include/${triplet})
 # A stack of 1 MB, as threads of Windows have; below the data, so that an overflow traps.
 set(CMAKE_EXE_LINKER_FLAGS_INIT
-  "-nostdlib -mexec-model=reactor -fuse-ld=lld -Wl,--gc-sections -Wl,-s -Wl,--stack-first -Wl,-z,stack-size=1048576")
+  "-nostdlib -mexec-model=reactor -Wl,--gc-sections -Wl,-s -Wl,--stack-first -Wl,-z,stack-size=1048576")
 file(GLOB builtins ${llvm}/lib/clang/*/lib/wasi/libclang_rt.builtins-wasm32.a)
 set(CMAKE_CXX_STANDARD_LIBRARIES
   "/usr/lib/${triplet}/crt1-reactor.o -L${llvm}/lib/${triplet} -lc++ -lc++abi -L/usr/lib/${triplet} -lc ${builtins}")

@@ -271,14 +271,7 @@ void price_results(const Function& function, const Operand* given, const int* se
     }
     return;
   }
-  bool taken = false;
-  const auto compute = [&](const double* of_call, const Cells* cells) {
-    function.compute_all(of_call, cells, selectors, results, answers);
-    taken = true;
-    return Answer(0.0);
-  };
-  const Answer refusal = FrameReader<OperandReader>::evaluate(function, operands, compute);
-  if (!taken) std::fill_n(answers, results, refusal);
+  FrameReader<OperandReader>::evaluate_results(function, operands, selectors, results, answers);
 }
 
 // Numbers need no reader in a frame of scalars; a NaN does, which may carry the code of a refusal.

@@ -158,7 +158,6 @@ void write_function(Writer& to, const Function& function, const char* family) {
   to.member("accuracy").text(about.accuracy);
   write_names(to.member("related"), about.related);
   to.member("example").text(example_formula(function));
-  to.member("exampleValue").text(exact_number(price(function, operands(example).data()).number));
   to.member("arguments").open('[');
   for (int i = 0; i < function.argument_count; ++i)
     write_argument(to, function, i, example[static_cast<std::size_t>(i)]);

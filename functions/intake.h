@@ -87,6 +87,19 @@ class FrameReader {
     }
   }
 
+  // Several results of one call by compute_all: answers[j] is that for selectors[j]. The argument that asks
+  // for the result must be a number; which one does not matter.
+  static void evaluate_results(const Function& function, const Given* given, const int* selectors,
+                               int results, Answer* answers) {
+    bool taken = false;
+    const Answer refusal = evaluate(function, given, [&](const double* numbers, const Cells* cells) {
+      function.compute_all(numbers, cells, selectors, results, answers);
+      taken = true;
+      return Answer(0.0);
+    });
+    if (!taken) std::fill_n(answers, results, refusal);
+  }
+
  private:
   static std::int64_t count(const Block& block) { return std::int64_t{block.rows()} * block.columns(); }
   static bool is_one_line(const Block& block) { return block.rows() == 1 || block.columns() == 1; }

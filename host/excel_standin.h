@@ -25,6 +25,7 @@ constexpr std::size_t type_text = 2;
 constexpr std::size_t name_text = 3;
 constexpr std::size_t argument_names_text = 4;
 constexpr std::size_t macro_type_text = 5;
+constexpr std::size_t help_topic_text = 8;
 constexpr std::size_t description_text = 9;
 constexpr std::size_t first_argument_text = 10;
 

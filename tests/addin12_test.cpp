@@ -20,6 +20,10 @@
 #include "tests/case_files.h"
 #include "tests/failing_new.h"
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 namespace kestran {
 namespace {
 
@@ -125,6 +129,11 @@ TEST_F(Addin12, SpillsWhatASingleCellAnswersForEachOfThem) {
       "EURO({100,\"x\",,#N/A,TRUE,-1},95,5%,2%,25%,90,1,0)",
       "EURO(#REF!,{1,#N/A},5%,2%,25%,90,1,0)",
       "EURO(,{1,2},5%,2%,25%,90,1,{0,9})",
+      "EURO({100;\"x\";#N/A;103;},95,5%,2%,25%,90,1,{0,3,9,1.5,-1})",
+      "EURO({100,101},95,5%,2%,25%,90,{1,0},{0;1;2.5})",
+      "EURO({100;101},{95,96,97},5%,2%,25%,90,1,{0,1,2})",
+      "AMERB({90;100;#DIV/0!},95,5%,2%,25%,90,{1;0;1},50,{0,1,2,3})",
+      "SWAPTION({20,21},{1,1},{0.5,0.6},{0.05,0.05},25%,{20.7;#NUM!;},5%,0.45,1,{0,1,3,99},1)",
       "PPLUS(60,62,50,51,20,10,30%,28%,35%,33%,0.95,0.97,0.85,0.84,0.83,0.86,8,5%,0.5,1,{0,1,2},1,1)",
       "XCAP({20,20.5},{0.05,0.051},{0.3,0.29},{120,150},{1,2},25%,{21;#NUM!;\"\"},0.8,90,5%,1,0,25)",
       "SWAPTION({20,21},{1,1},{0.5,0.6},{0.05,0.05},25%,{20.7,#NUM!,},5%,0.45,1,0,1)",
@@ -136,6 +145,7 @@ TEST_F(Addin12, SpillsWhatASingleCellAnswersForEachOfThem) {
     ASSERT_EQ(calls.size(), 1u);
     ASSERT_NE(all.array, nullptr) << formula;
     const Function& function = *find_in_catalogue(calls[0].name.c_str());
+    const auto columns = static_cast<std::size_t>(all.array->columns);
     for (std::size_t cell = 0; cell < all.array->cells.size(); ++cell) {
       // The same call with one cell in the place of several.
       std::string single = calls[0].name + "(";
@@ -143,10 +153,13 @@ TEST_F(Addin12, SpillsWhatASingleCellAnswersForEachOfThem) {
         const Block& given = calls[0].given[i];
         const bool braces = given.rows > 0;
         const bool one = given.cells.size() > 1 && !is_range(function.arguments[i].kind);
+        const std::size_t row = given.rows > 1 ? cell / columns : 0;
+        const std::size_t column = given.columns > 1 ? cell % columns : 0;
+        const std::size_t place = one ? row * static_cast<std::size_t>(given.columns) + column : 0;
         std::string text;
-        for (std::size_t k = one ? cell : 0; k < (one ? cell + 1 : given.cells.size()); ++k) {
+        for (std::size_t k = place; k < (one ? place + 1 : given.cells.size()); ++k) {
           const Scalar& value = given.cells[k];
-          if (k > (one ? cell : 0)) text += given.rows > 1 ? ";" : ",";
+          if (k > place) text += given.rows > 1 ? ";" : ",";
           if (value.kind == Kind::text)
             text += '"' + value.text + '"';
           else if (value.kind != Kind::missing && value.kind != Kind::empty)
@@ -226,21 +239,59 @@ TEST_F(Addin12, WithoutMemoryAnswersValue) {
   EXPECT_EQ(answer("EURO({100,100},95,5%,2%,25%,90,1,0)"), "{8.14303821049409,8.14303821049409}");
   standin().out_of_memory = false;
 }
-
-TEST(Addin12Files, OpenFromAFolderThatNoCodePageHas) {
-  reset_standin();
-  const std::filesystem::path folder = program_folder() + "\xC3\x96l \xD0\x96 \xF0\x9D\x84\x9E";
-  std::filesystem::create_directory(folder);
-  const std::string copy = (folder / "KESTRAN12.so").string();
-  std::filesystem::copy_file(program_folder() + KESTRAN_ADDIN12, copy,
-                             std::filesystem::copy_options::overwrite_existing);
-  EXPECT_EQ(load_addin(copy), "");
-  EXPECT_EQ(answer("EURO(100,95,5%,2%,25%,90,1,0)"), "8.14303821049409");
-  unload_addin();
-  EXPECT_TRUE(standin().faults.empty() && standin().alerts.empty());
-  std::filesystem::remove_all(folder);
-}
 #endif
+
+// A folder with a copy of the add-in, under a name that no code page has, for as long as it lives.
+struct CopyElsewhere {
+  explicit CopyElsewhere(const std::string& name) : top(std::filesystem::u8path(program_folder() + name)) {
+    std::filesystem::create_directories(top / "bits");
+    file = top / "bits" / KESTRAN_ADDIN12;
+    std::filesystem::copy_file(program_folder() + KESTRAN_ADDIN12, file);
+  }
+  ~CopyElsewhere() { std::filesystem::remove_all(top); }
+
+  void load() {
+    std::string error;
+#if defined(_WIN32)
+    standin().library = LoadLibraryW(file.c_str());
+#else
+    standin().library = open_library(file.string(), error);
+#endif
+    ASSERT_NE(standin().library, nullptr) << error;
+    attach_addin(file.u8string(), [library = standin().library](const char* procedure) {
+      return find_symbol(library, procedure);
+    });
+  }
+
+  std::filesystem::path top, file;
+};
+
+TEST(Addin12Files, OpenFromAnyFolderWithTheReferenceBesideThem) {
+  CopyElsewhere copy("\xC3\x96l \xD0\x96 \xF0\x9D\x84\x9E");
+  const std::string found = "/%C3%96l%20%D0%96%20%F0%9D%84%9E/";
+  const std::pair<const char*, const char*> places[] = {{"", nullptr},
+                                                        {"reference", "reference/EURO.html!0"},
+                                                        {"bits/reference", "bits/reference/EURO.html!0"}};
+  for (const auto& [folder, page] : places) {
+    if (page != nullptr) {
+      std::filesystem::create_directories(copy.top / folder);
+      std::ofstream(copy.top / folder / "index.html") << "a page";
+    }
+    reset_standin();
+    copy.load();
+    EXPECT_EQ(answer("EURO(100,95,5%,2%,25%,90,1,0)"), "8.14303821049409");
+    const std::string topic = registered_text(*find_function("EURO"), help_topic_text);
+    unload_addin();
+    EXPECT_TRUE(standin().faults.empty() && standin().alerts.empty());
+    if (page == nullptr) {
+      EXPECT_EQ(topic, "");
+    } else {
+      EXPECT_EQ(topic.rfind("file:///", 0), 0u) << topic;
+      const std::string end = found + page;
+      EXPECT_EQ(topic.substr(topic.size() - std::min(topic.size(), end.size())), end);
+    }
+  }
+}
 
 TEST_F(Addin12, TellsOnceHowManyFunctionsAreNotThere) {
   standin().find_entry = [real = standin().find_entry](const char* name) {
@@ -345,18 +396,32 @@ struct Loaded {
   }
 };
 
-TEST(Addins, BothAtOnceTheLaterRegistrationWins) {
-  const char* const files[] = {KESTRAN_ADDIN, KESTRAN_ADDIN12};
-  for (const bool wide_last : {false, true}) {
+void load_beside_the_program(const char* file) { ASSERT_EQ(load_addin(program_folder() + file), ""); }
+
+TEST(Addins, OfTwoAtOnceTheLaterRegistrationWins) {
+  CopyElsewhere copy("second copy");
+  struct {
+    const char* what;
+    std::function<void()> load;
+    bool wide;
+    std::size_t commands;
+  } const old{"KESTRAN", [] { load_beside_the_program(KESTRAN_ADDIN); }, false, 2},
+      modern{"KESTRAN12", [] { load_beside_the_program(KESTRAN_ADDIN12); }, true, 0},
+      again{"a copy of KESTRAN12", [&copy] { copy.load(); }, true, 0};
+  const std::pair<decltype(&old), decltype(&old)> pairs[] = {
+      {&old, &modern}, {&modern, &old}, {&modern, &again}, {&again, &modern}, {&old, &again}};
+  for (const auto& [earlier, later] : pairs) {
+    SCOPED_TRACE(std::string(earlier->what) + ", then " + later->what);
     reset_standin();
     Loaded first{};
-    ASSERT_EQ(load_addin(program_folder() + files[!wide_last]), "");
-    const std::size_t commands = wide_last ? 2 : 0;
-    EXPECT_EQ(standin().registrations.size(), static_cast<std::size_t>(catalogue_size) + commands);
+    earlier->load();
+    EXPECT_EQ(standin().registrations.size(), static_cast<std::size_t>(catalogue_size) + earlier->commands);
     first.change_places();
-    ASSERT_EQ(load_addin(program_folder() + files[wide_last]), "");
-    EXPECT_EQ(standin().registrations.size(), static_cast<std::size_t>(catalogue_size) + 2);
-    EXPECT_EQ(find_function("EURO")->wide, wide_last);
+    later->load();
+    EXPECT_EQ(standin().registrations.size(),
+              static_cast<std::size_t>(catalogue_size) + earlier->commands + later->commands);
+    EXPECT_EQ(find_function("EURO")->wide, later->wide);
+    EXPECT_EQ(find_function("EURO")->texts[0], standin().library_path);
     EXPECT_EQ(answer("EURO({100},95,5%,2%,25%,90,1,0)"), "8.14303821049409");
     unload_addin();  // the later one
     first.change_places();

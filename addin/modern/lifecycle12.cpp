@@ -2,6 +2,7 @@
 #include <exception>
 
 #include "addin/modern/excel12_call.h"
+#include "addin/modern/help_topic.h"
 #include "addin/modern/registration12.h"
 #include "addin/modern/system12.h"
 
@@ -14,14 +15,19 @@ struct LibraryName {
     Excel12(xlGetName, &record);
   }
   ~LibraryName() { Excel12(xlFree, nullptr, &record); }
+  std::u16string text() const {
+    if (record.type != xltypeStr) return u"";
+    const char16_t* const characters = record.value.text;
+    return {characters + 1, characters[0]};
+  }
   LibraryName(const LibraryName&) = delete;
   LibraryName& operator=(const LibraryName&) = delete;
 
   XLOPER12 record;
 };
 
-static bool register_function(int place, LibraryName& library) {
-  const std::vector<std::u16string> texts = registration_texts(place);
+static bool register_function(int place, const std::string& reference, const LibraryName& library) {
+  const std::vector<std::u16string> texts = registration_texts(place, reference);
   std::vector<XLOPER12> records = {library.record};
   for (const std::u16string& text : texts) records.push_back(text_record(text.c_str()));
   std::vector<XLOPER12*> operands;
@@ -59,9 +65,11 @@ extern "C" {
 /// Registers the functions; tells once how many failed. Always 1.
 KESTRAN_EXPORT int EXCEL_STDCALL xlAutoOpen() {
   try {
-    LibraryName library;
+    const LibraryName library;
+    const std::string reference = reference_address(library.text());
     int failures = 0;
-    for (int place = 0; place < registered_count; ++place) failures += !register_function(place, library);
+    for (int place = 0; place < registered_count; ++place)
+      failures += !register_function(place, reference, library);
     if (failures > 0) tell_failures(failures);
   } catch (const std::exception&) {
     // Memory ran out. What is registered so far works.

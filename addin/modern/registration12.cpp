@@ -1,5 +1,6 @@
 #include "addin/modern/registration12.h"
 
+#include "addin/modern/help_topic.h"
 #include "functions/describe.h"
 
 namespace kestran {
@@ -11,8 +12,6 @@ const Registered registered_functions[] = {
 };
 const int registered_count = static_cast<int>(sizeof registered_functions / sizeof *registered_functions);
 
-constexpr std::size_t longest_text = 255;  // that Excel takes
-
 // Gives values and arrays (Q), takes these and references as they are (U), is safe on any thread ($).
 static std::string type_text(int pointers) {
   return "Q" + std::string(static_cast<std::size_t>(pointers), 'U') + "$";
@@ -22,14 +21,14 @@ std::u16string counted(const std::string& text) {
   return static_cast<char16_t>(text.size()) + std::u16string(text.begin(), text.end());
 }
 
-std::vector<std::u16string> registration_texts(int place) {
+std::vector<std::u16string> registration_texts(int place, const std::string& reference) {
   const Registered& row = registered_functions[place];
   const Function& function = catalogue[place];
   std::vector<std::u16string> texts;
   for (const std::string& text :
        {std::string(row.name), type_text(row.pointers), std::string(row.name),
         std::string(row.argument_names), std::string("1"), std::string("KESTRAN Add-In"), std::string(),
-        std::string(), std::string(row.description)})
+        help_topic(reference, row.name), std::string(row.description)})
     texts.push_back(counted(text));
   for (int i = 0; i < function.argument_count; ++i) {
     const std::string help = argument_meaning(function, i);

@@ -18,8 +18,9 @@ extern const int registered_count;
 
 /// The operands of one registration behind the library's name, as counted texts: procedure, type text, name,
 /// argument names, macro type, category, shortcut, help topic, description, and a text for each argument
-/// with an empty one behind, because Excel may cut characters off the last.
-std::vector<std::u16string> registration_texts(int place);
+/// with an empty one behind, because Excel may cut characters off the last. `reference` is what
+/// reference_address() gave.
+std::vector<std::u16string> registration_texts(int place, const std::string& reference);
 
 /// The same characters behind their count, as Excel takes a text. Only ASCII.
 std::u16string counted(const std::string& text);

@@ -14,7 +14,8 @@
 namespace kestran {
 namespace {
 
-constexpr int deals_at_once = 64;
+constexpr int answers_at_once = 64;
+constexpr int most_results = 32;  // of a deal that are worked out in one pass
 constexpr std::chrono::milliseconds patience(100);
 
 using Block = Xloper12Reader::Block;
@@ -103,27 +104,29 @@ class Spill {
     }
   }
 
-  // Whether all cells that are to be spread could be read.
-  bool ready() const {
+  // Whether all cells that are to be spread could be read. To be asked first.
+  bool ready() {
     for (int i = 0; i < function.argument_count; ++i)
       if (spread[i] && !blocks[i]->ready()) return false;
+    find_results();
     return true;
   }
 
   // False when the user broke it off. Prices as many at once as are done in a fraction of the user's
   // patience.
   bool write(XLOPER12* answers) {
-    const int count = rows * columns;
+    const int deals = rows * columns / results;
+    const int most_deals = std::max(1, answers_at_once / results);
     const bool numbers = function.frame.intake == Intake::scalars;
     auto asked = std::chrono::steady_clock::now();
     auto now = asked;
     int step = 1;
-    for (int begin = 0; begin < count;) {
-      const int end = std::min(begin + step, count);
-      numbers ? write_numbers(begin, end, answers) : write_one(begin, answers[begin]);
+    for (int begin = 0; begin < deals;) {
+      const int end = std::min(begin + step, deals);
+      numbers ? write_numbers(begin, end, answers) : write_deal(begin, answers);
       begin = end;
       const auto before = std::exchange(now, std::chrono::steady_clock::now());
-      if (numbers) step = now - before < patience / 8 ? std::min(2 * step, deals_at_once) : 1;
+      if (numbers) step = now - before < patience / 8 ? std::min(2 * step, most_deals) : 1;
       if (now - asked < patience) continue;
       if (broken_off()) return false;
       asked = now;
@@ -148,40 +151,75 @@ class Spill {
     return row < block.rows() && column < block.columns() ? row * block.columns() + column : -1;
   }
 
-  // By the rules of the frame, whatever the cells hold.
-  void write_one(int answer, XLOPER12& record) {
-    for (int i = 0; i < function.argument_count; ++i) {
-      if (!spread[i]) continue;
-      picked[i].place = place(i, answer);
-      if (picked[i].place < 0) {
-        record = error_record(xlerrNA);
-        return;
-      }
+  // Where along one side only the result changes, a deal is what lies along it, and its results come from one
+  // pass; else each answer is a deal with one result.
+  void find_results() {
+    const int asks_at = function.result_argument;
+    if (asks_at < 0 || !spread[asks_at] || function.compute_all == nullptr) return;
+    const Block& asking = *blocks[asks_at];
+    const bool across = asking.rows() == 1 && asking.columns() == columns;
+    const bool along_rows = asking.columns() == 1 && asking.rows() == rows;
+    const int count = across ? columns : rows;
+    if (across == along_rows || count > most_results) return;
+    for (int i = 0; i < function.argument_count; ++i)
+      if (i != asks_at && spread[i] && (across ? blocks[i]->columns() : blocks[i]->rows()) > 1) return;
+    for (int j = 0; j < count; ++j) {
+      if (asking.holds(j) != Holds::number || std::isnan(asking.number(j))) return;
+      selectors[j] = truncate_to_int(asking.number(j));
     }
-    write_answer(FrameReader<PickedReader>::evaluate(function, picked), record);
+    results = count;
+    down = along_rows;
   }
 
-  // Several answers of a function that takes numbers alone. Those for which an argument is no number go the
-  // way of write_one, which knows why.
+  int answer_of(int deal, int result) const {
+    return down ? result * columns + deal : deal * results + result;
+  }
+
+  // By the rules of the frame, whatever the cells hold.
+  void write_deal(int deal, XLOPER12* answers) {
+    bool outside = false;
+    for (int i = 0; i < function.argument_count; ++i) {
+      if (!spread[i]) continue;
+      picked[i].place = place(i, answer_of(deal, 0));
+      outside = outside || picked[i].place < 0;
+    }
+    Answer priced[most_results];
+    if (outside)
+      std::fill_n(priced, results, Answer::failure(xlerrNA, Reason::none));
+    else if (results == 1)
+      priced[0] = FrameReader<PickedReader>::evaluate(function, picked);
+    else
+      FrameReader<PickedReader>::evaluate_results(function, picked, selectors, results, priced);
+    for (int j = 0; j < results; ++j) write_answer(priced[j], answers[answer_of(deal, j)]);
+  }
+
+  // Several deals of a function that takes numbers alone. Those for which an argument is no number go the
+  // way of write_deal, which knows why.
   void write_numbers(int begin, int end, XLOPER12* answers) {
-    double numbers[most_arguments][deals_at_once];
+    double numbers[most_arguments][answers_at_once];
     Column given[most_arguments];
-    bool whole[deals_at_once];
-    Answer priced[deals_at_once];
-    std::fill(whole, whole + deals_at_once, true);
+    bool whole[answers_at_once];
+    Answer priced[answers_at_once];
+    const int asks_at = results > 1 ? function.result_argument : -1;
+    std::fill(whole, whole + answers_at_once, true);
     for (int i = 0; i < function.argument_count; ++i) {
       given[i] = {numbers[i], spread[i] ? 1 : 0};
+      if (i == asks_at) continue;
       for (int k = 0; k < (spread[i] ? end - begin : 1); ++k) {
-        const bool is_number = take_number(i, begin + k, numbers[i][k]);
+        const bool is_number = take_number(i, answer_of(begin + k, 0), numbers[i][k]);
         if (spread[i])
           whole[k] = whole[k] && is_number;
         else if (!is_number)
-          std::fill(whole, whole + deals_at_once, false);
+          std::fill(whole, whole + answers_at_once, false);
       }
     }
-    price_many(function, given, static_cast<std::size_t>(end - begin), nullptr, 1, priced);
-    for (int k = 0; k < end - begin; ++k)
-      whole[k] ? write_answer(priced[k], answers[begin + k]) : write_one(begin + k, answers[begin + k]);
+    price_many(function, given, static_cast<std::size_t>(end - begin), asks_at < 0 ? nullptr : selectors,
+               results, priced);
+    for (int k = 0; k < end - begin; ++k) {
+      if (!whole[k]) write_deal(begin + k, answers);
+      for (int j = 0; whole[k] && j < results; ++j)
+        write_answer(priced[k * results + j], answers[answer_of(begin + k, j)]);
+    }
   }
 
   // A number that is not one (NaN) has its own way through the rules, too, and stands for whatever is none.
@@ -201,6 +239,9 @@ class Spill {
   std::optional<Block> blocks[most_arguments];
   bool spread[most_arguments] = {};
   Picked picked[most_arguments];
+  int selectors[most_results];
+  int results = 1;    // of each deal
+  bool down = false;  // where a deal's results stand below each other
 };
 
 }  // namespace

@@ -10,6 +10,11 @@ Excel12Function host_entry_point() {
   return reinterpret_cast<Excel12Function>(reinterpret_cast<void*>(found));
 }
 
+bool is_file(const std::u16string& name) {
+  const DWORD attributes = GetFileAttributesW(reinterpret_cast<const wchar_t*>(name.c_str()));
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
 }  // namespace kestran
 
 BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {

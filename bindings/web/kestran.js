@@ -50,11 +50,11 @@ async function openKestran(module) {
 
   const utf8 = new TextDecoder();
   const read = (at) => {
-    const bytes = new Uint8Array(wasm.memory.buffer);
-    return utf8.decode(bytes.subarray(at, bytes.indexOf(0, at)));
+    const bytes = new Uint8Array(wasm.memory.buffer, at >>> 0);
+    return utf8.decode(bytes.subarray(0, bytes.indexOf(0)));
   };
   const withMemory = (bytes, use) => {
-    const at = wasm.malloc(bytes);
+    const at = bytes < 2 ** 32 ? wasm.malloc(bytes) >>> 0 : 0;
     if (at === 0) throw new RangeError('not enough memory');
     try {
       return use(at);

@@ -21,8 +21,8 @@ const entry = (first, bytes) => `${first}import { Refusal, openKestran } from '.
 const kestran = await openKestran(${bytes});
 export { Refusal, kestran, openKestran };
 `;
-write('index.js', entry('', "fetch(new URL('kestran.wasm', import.meta.url))"));
-write('node.js', entry("import { readFile } from 'node:fs/promises';\n", "readFile(new URL('kestran.wasm', import.meta.url))"));
+write('index.js', entry('', "fetch(new URL('./kestran.wasm', import.meta.url))"));
+write('node.js', entry("import { readFile } from 'node:fs/promises';\n", "readFile(new URL('./kestran.wasm', import.meta.url))"));
 cpSync(module, join(out, 'kestran.wasm'));
 cpSync(join(here, 'README.md'), join(out, 'README.md'));
 cpSync(join(here, '../../THIRD-PARTY-NOTICES'), join(out, 'THIRD-PARTY-NOTICES'));
@@ -48,7 +48,7 @@ export interface ${about.name}Named<N = NumberArgument, R = RangeArgument, B = B
 ${about.arguments.map((argument, i) => `  /** ${argument.meaning}${argument.unitName && ` (${argument.unitName})`} */\n  ${named[i]};\n`).join('')}}
 `;
   const of = (name) => `${about.name}${name}<Cell, OneRange, OneBlock>, ${about.name}${name}<NumberArgument, RangeArgument, BlockArgument>`;
-  members += comment('  ', [about.prices, '', `\`${about.example}\` is ${about.exampleValue}`]);
+  members += comment('  ', [about.prices, '', `\`${about.example}\` is ${kestran.evaluate(about.example)}`]);
   members += `  readonly ${about.name}: PriceFunction<${of('Short')}, ${of('Full')}, ${of('Named')}, ${about.name}Result>;\n`;
 }
 write('index.d.ts', source('index.d.ts.in') + functions + `\nexport interface Kestran extends KestranBase {\n${members}}\n`);

@@ -4,9 +4,9 @@ packages="$test_packages $wasm_packages npm"
 
 # Numbers that are hard to read and to write.
 exact_numbers() {
-  node tests/web/numbers.mjs 200000 >build/wasm/numbers &&
+  timeout 60 node tests/web/numbers.mjs 200000 >build/wasm/numbers &&
     build/linux/bin/kestran <build/wasm/numbers >build/wasm/numbers.linux &&
-    node web/price.mjs <build/wasm/numbers >build/wasm/numbers.out &&
+    timeout 100 node web/price.mjs <build/wasm/numbers >build/wasm/numbers.out &&
     cmp build/wasm/numbers.linux build/wasm/numbers.out
 }
 
