@@ -37,7 +37,7 @@ ${description === '' ? '' : `<meta name="description" content="${escaped(descrip
 <main id="main" tabindex="-1"${attributes}>
 ${body}
 </main>
-<footer><p>Everything on these pages is computed in the browser by the code of the Excel add-in, to the bit. Nothing is sent anywhere. <a href="reference.html">All functions on one page, to print</a>.</p></footer>
+<footer><p>Everything on these pages is computed in the browser by the code of the Excel add-in, to the bit. Nothing is sent anywhere. <a href="reference.html">All functions on one page, to print</a>. <a href="notices.txt">Licences</a>.</p></footer>
 <script src="search.js"></script>
 ${scripts.map((script) => `<script src="${script}"></script>`).join('\n')}
 </body>

@@ -40,8 +40,12 @@ const about = new Map([...entries.values()].map((entry) => {
 }));
 if (missing.length > 0 && !process.env.KESTRAN_SITE_DRAFT) throw new Error(`web/reference says nothing of ${missing.join(', ')}`);
 
-rmSync(out, { recursive: true, force: true });
+// Of an earlier site everything goes; a folder with anything else is left alone.
 mkdirSync(out, { recursive: true });
+const earlier = readdirSync(out);
+const ours = /\.(html|js|css|pdf|txt)$/;
+if (earlier.length > 0 && (!earlier.includes('kestran.js') || !earlier.every((file) => ours.test(file)))) throw new Error(`${out} holds something else than a site`);
+for (const file of earlier) rmSync(join(out, file));
 const write = (name, text) => writeFileSync(join(out, name), text);
 
 const texts = documents(root, entries, general, links);
@@ -60,4 +64,5 @@ write('search.js', searchData(entries, (entry) => about.get(entry.name).words, t
 write('page.js', fileOf('uplot/dist/uPlot.iife.min.js') + '\n' + classicScript(join(web, 'page/main.mjs')));
 write('style.css', [fileOf('uplot/dist/uPlot.min.css'), ...readdirSync(join(web, 'style')).sort().map((file) => readFileSync(join(web, 'style', file), 'utf8'))].join('\n'));
 copyFileSync(join(module, 'classic.js'), join(out, 'kestran.js'));
+copyFileSync(join(root, 'THIRD-PARTY-NOTICES'), join(out, 'notices.txt'));
 console.log(`${out}/index.html: ${entries.size} functions, ${texts.size} more pages`);

@@ -23,7 +23,7 @@ export function showAnswers(page) {
   box.classList.toggle('wrong', page.wrong || !Number.isFinite(number));
   box.replaceChildren(element('span', { className: 'what', textContent: chosen.label + month }),
     element('output', { textContent: page.wrong ? '–' : String(number) }),
-    element('span', { className: 'unit', textContent: page.wrong ? '' : chosen.unit }));
+    element('span', { className: 'unit', textContent: page.wrong ? page.reason : chosen.unit }));
   showTable(page, choices, chosen, numbers);
 }
 

@@ -17,6 +17,9 @@ export function buildForm(page) {
   if (focused) byId(focused)?.focus();
 }
 
+// A name that may break before its capitals.
+const breakable = (name) => name.split(/(?=[A-Z])/).flatMap((part, i) => (i === 0 ? [part] : [document.createElement('wbr'), part]));
+
 function fieldOf(page, argument) {
   const { name } = argument;
   const write = (text) => { page.texts[name] = text; };
@@ -25,7 +28,7 @@ function fieldOf(page, argument) {
   control.setAttribute('aria-describedby', `meaning-${name} remark-${name}`);
   page.fields.set(name, { control, remark });
   return element('div', { className: 'field' },
-    element('label', { htmlFor: control.id, textContent: name }), control,
+    element('label', { htmlFor: control.id }, ...breakable(name)), control,
     element('span', { className: 'unit', textContent: argument.choices.length > 0 ? '' : argument.unitName }),
     element('span', { className: 'meaning', id: `meaning-${name}`, textContent: argument.meaning }), remark);
 }

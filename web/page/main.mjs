@@ -1,6 +1,6 @@
 // A function's page: what a reader changes goes through here to answers, charts and the address.
 import { readAddress, writeAddress } from './address.mjs';
-import { buildCalls, choicesOf, showAnswers, showCalls, showRemarks } from './answers.mjs';
+import { buildCalls, showAnswers, showCalls, showRemarks } from './answers.mjs';
 import { drawCharts } from './charts.mjs';
 import { fitMatrices, readDeal } from './deal.mjs';
 import { byId, copy } from './elements.mjs';
@@ -55,11 +55,15 @@ function update(page) {
   const { api, entry } = page;
   const { values, faults } = readDeal(entry, page.texts, page.evaluate);
   page.values = values;
-  const check = faults.length > 0 ? { understood: [], refusals: [], warnings: [] } : api.check(entry.name, values);
-  page.wrong = faults.length > 0 || check.refusals.length > 0;
-  page.selector = entry.resultArgument === null ? choicesOf(entry, values)[0].selector : Math.trunc(values[entry.resultArgument]);
-  const wrong = [...faults, ...check.refusals.map((refusal) => ({ cell: null, ...refusal }))];
-  showRemarks(markFields(page, wrong.map((one) => ({ ...one, kind: 'wrong' })), check.warnings.map((one) => ({ cell: null, ...one })), check.understood));
+  const check = api.check(entry.name, values);
+  // What could not be read is missing to the module; that is said already.
+  const refusals = check.refusals.filter(({ argument }) => !faults.some((fault) => fault.argument === argument));
+  const wrong = [...faults, ...refusals.map((refusal) => ({ ...refusal, cell: null }))];
+  const odd = check.warnings.filter(({ argument }) => !wrong.some((one) => one.argument === argument)).map((warning) => ({ ...warning, cell: null }));
+  page.wrong = wrong.length > 0;
+  page.selector = entry.resultArgument === null ? entry.results[0].selector : Math.trunc(values[entry.resultArgument]);
+  page.reason = page.wrong ? `${wrong[0].argument ?? ''} ${wrong[0].text.replace(`${wrong[0].argument} `, '')}`.trim() : '';
+  showRemarks(markFields(page, wrong, page.wrong ? odd.filter(({ argument }) => argument !== null) : odd, check.understood));
   showAnswers(page);
   showCalls(page);
   const address = writeAddress(entry, page);
