@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,10 @@ TEST(Reference, EveryFunctionHasATextWithWordsAndRelatedFunctionsThatExist) {
       EXPECT_EQ(name, other->name) << function.name;
       EXPECT_STRNE(other->computed_by, function.computed_by) << function.name << " names itself";
     }
+    std::stringstream listed(text_of(function).related);
+    for (std::string name; std::getline(listed >> std::ws, name, ',');)
+      EXPECT_EQ(std::count(related.begin(), related.end(), name), 1)
+          << function.name << " leaves out " << name;
     for (const char* part : {"$", "\n## Conventions\n", "\n*"})
       EXPECT_NE(text.find(part), std::string::npos) << function.name << " lacks " << part;
   }
