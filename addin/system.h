@@ -1,5 +1,5 @@
-// Everything the add-in asks of the operating system. system_windows.cpp and system_linux.cpp implement it;
-// no other file of the add-in knows which system it runs on.
+// Everything the add-in asks of the operating system. system_windows.cpp, system_linux.cpp and
+// system_wasm.cpp implement it; no other file of the add-in knows which system it runs on.
 #pragma once
 
 #include <cstddef>

@@ -11,9 +11,9 @@ constexpr ArgumentText fixings_in_all{"TotDays", "number of fixings in all, made
                                       Unit::count, 1, 260};
 constexpr ArgumentText fixings_made{"SetDays", "number of fixings already made; 0 or more", Unit::count, 0,
                                     30};
-constexpr ArgumentText years_to_next{"toNext", "time to the next fixing", Unit::years, 0, 0.5};
-constexpr ArgumentText years_to_last{"toEnd", "time to the last fixing, which is expiry and payment",
-                                     Unit::years, 0.05, 1};
+constexpr ArgumentText years_to_next = start({"toNext", "time to the next fixing", Unit::years, 0, 0.5});
+constexpr ArgumentText years_to_last =
+    clock({"toEnd", "time to the last fixing, which is expiry and payment", Unit::years, 0.05, 1});
 
 constexpr ArgumentText vol_before{"Vol1", "volatility until averaging starts", Unit::volatility, 0.05, 1};
 constexpr ArgumentText vol_within{"Vol2", "volatility from the start of averaging on", Unit::volatility, 0.05,
@@ -21,17 +21,20 @@ constexpr ArgumentText vol_within{"Vol2", "volatility from the start of averagin
 constexpr ArgumentText proportional_yield{
     "Yield", "yield of the underlying, best equal to IntRt, as for futures: the drift is approximate",
     Unit::rate, 0, 0.15};
-constexpr ArgumentText days_to_first{
-    "AvgStart",
-    "time to the first fixing; negative within averaging: minus the fixings made, today's not counted",
-    Unit::whole_days, -30, 365};
-constexpr ArgumentText days_to_last{"AvgEnd", "time to the last fixing, which is expiry and payment",
-                                    Unit::whole_days, 1, 365};
+constexpr ArgumentText days_to_first =
+    start({"AvgStart",
+           "time to the first fixing; negative within averaging: minus the fixings made, today's not counted",
+           Unit::whole_days, -30, 365});
+constexpr ArgumentText days_to_last =
+    clock({"AvgEnd", "time to the last fixing, which is expiry and payment", Unit::whole_days, 1, 365});
 
-constexpr ArgumentText days_to_payment{"toExp", "time to payment; below 0 counts as 0", Unit::days, 1, 365};
-constexpr ArgumentText trading_days_to_first{
-    "toStart", "time to the first fixing; 0 or less once averaging has begun", Unit::trading_days, -20, 250};
-constexpr ArgumentText trading_days_to_last{"toEnd", "time to the last fixing", Unit::trading_days, 1, 250};
+constexpr ArgumentText days_to_payment =
+    clock({"toExp", "time to payment; below 0 counts as 0", Unit::days, 1, 365});
+constexpr ArgumentText trading_days_to_first =
+    start({"toStart", "time to the first fixing; 0 or less once averaging has begun", Unit::trading_days, -20,
+           250});
+constexpr ArgumentText trading_days_to_last =
+    clock({"toEnd", "time to the last fixing", Unit::trading_days, 1, 250});
 constexpr ArgumentText trading_days_a_year{
     "TradeDays", "trading days in a year", Unit::trading_days, 240, 260, 252};
 
@@ -39,16 +42,16 @@ constexpr ArgumentText set_average_a{
     "SetAvgA", "average of A's fixings already made; any number while none is made", Unit::price, 50, 150};
 constexpr ArgumentText set_average_b{
     "SetAvgB", "average of B's fixings already made; any number while none is made", Unit::price, 50, 150};
-constexpr ArgumentText last_fixing_of_both{"ExpDays", "time to the last fixing of both, when it pays",
-                                           Unit::whole_days, 1, 365};
-constexpr ArgumentText first_fixing_of_both{
-    "AvgBegDays",
-    "time to the first fixing of both; negative within averaging: minus the fixings made, today's not "
-    "counted",
-    Unit::whole_days, -30, 365};
+constexpr ArgumentText last_fixing_of_both =
+    clock({"ExpDays", "time to the last fixing of both, when it pays", Unit::whole_days, 1, 365});
+constexpr ArgumentText first_fixing_of_both =
+    start({"AvgBegDays",
+           "time to the first fixing of both; negative within averaging: minus the fixings made, today's not "
+           "counted",
+           Unit::whole_days, -30, 365});
 
-constexpr ArgumentText spot_a{"PriceA", "spot price of A today", Unit::price, 50, 150};
-constexpr ArgumentText spot_b{"PriceB", "spot price of B today", Unit::price, 50, 150};
+constexpr ArgumentText spot_a = driver({"PriceA", "spot price of A today", Unit::price, 50, 150});
+constexpr ArgumentText spot_b = driver({"PriceB", "spot price of B today", Unit::price, 50, 150});
 constexpr ArgumentText yield_a{"q1", "yield of A; equal to IntRt for a futures price", Unit::rate, 0, 0.15};
 constexpr ArgumentText yield_b{"q2", "yield of B; equal to IntRt for a futures price", Unit::rate, 0, 0.15};
 constexpr ArgumentText vol_within_a{
@@ -63,14 +66,14 @@ constexpr ArgumentText vol_before_a{"VolA",
 constexpr ArgumentText vol_before_b{"VolB",
                                     "volatility of B until its averaging starts; 0 and less count as 0.00001",
                                     Unit::volatility, 0.05, 1};
-constexpr ArgumentText first_fixing_of_a{
-    "AvgBegDaysA",
-    "time to A's first fixing; negative within averaging: minus the fixings made, today's not counted",
-    Unit::whole_days, -30, 365};
-constexpr ArgumentText first_fixing_of_b{
-    "AvgBegDaysB",
-    "time to B's first fixing; negative within averaging: minus the fixings made, today's not counted",
-    Unit::whole_days, -30, 365};
+constexpr ArgumentText first_fixing_of_a =
+    start({"AvgBegDaysA",
+           "time to A's first fixing; negative within averaging: minus the fixings made, today's not counted",
+           Unit::whole_days, -30, 365});
+constexpr ArgumentText first_fixing_of_b =
+    start({"AvgBegDaysB",
+           "time to B's first fixing; negative within averaging: minus the fixings made, today's not counted",
+           Unit::whole_days, -30, 365});
 
 constexpr ArgumentText rate_to_last{"IntRt", "interest rate to ExpDays", Unit::rate, 0, 0.15};
 constexpr ArgumentText vol_until_fixings{
@@ -80,11 +83,12 @@ constexpr ArgumentText vol_until_fixings{
 constexpr ArgumentText vol_from_fixings{
     "Vol2", "volatility from the compound option's expiry on, once a fixing is made", Unit::volatility, 0.05,
     1};
-constexpr ArgumentText days_to_next{
-    "toNext", "time to the next fixing; the fixings to come are evenly spaced from there to ExpDays",
-    Unit::days, 1, 365};
-constexpr ArgumentText days_to_last_fixing{
-    "ExpDays", "time to the last fixing: expiry and payment of the average-price option", Unit::days, 1, 730};
+constexpr ArgumentText days_to_next =
+    start({"toNext", "time to the next fixing; the fixings to come are evenly spaced from there to ExpDays",
+           Unit::days, 1, 365});
+constexpr ArgumentText days_to_last_fixing =
+    clock({"ExpDays", "time to the last fixing: expiry and payment of the average-price option", Unit::days,
+           1, 730});
 constexpr ArgumentText compound_vol{"CmpVol",
                                     "volatility from today to the compound option's expiry, averaging or not",
                                     Unit::volatility, 0.05, 1};
@@ -93,8 +97,8 @@ constexpr ArgumentText average_strike{"AsnStrike", "strike of the average-price 
 constexpr ArgumentText compound_strike{
     "CompStrike", "strike of the compound option: the price at which the average-price option changes hands",
     Unit::price, 0, 30};
-constexpr ArgumentText compound_expiry{"CmpExpDays", "time to the compound option's expiry", Unit::days, 1,
-                                       365};
+constexpr ArgumentText compound_expiry =
+    expiry({"CmpExpDays", "time to the compound option's expiry", Unit::days, 1, 365});
 constexpr ArgumentText compound_rate{"CmpIntRt", "interest rate to CmpExpDays", Unit::rate, 0, 0.15};
 constexpr Choice compound_types[] = {
     {1, "call on a call"}, {2, "put on a call"}, {3, "call on a put"}, {4, "put on a put"}};

@@ -12,9 +12,9 @@ constexpr ArgumentText forwards{"Forward_Price", "forward price of each asset", 
 constexpr ArgumentText vols{"Annual_Vol", "volatility of each asset", Unit::volatility, 0.05, 1};
 constexpr ArgumentText drifts{"Drift", "drift of each price; 0 for forwards", Unit::rate, -0.1, 0.1};
 constexpr ArgumentText weights{"Weight", "weight of each asset", Unit::weight, 0, 1};
-constexpr ArgumentText correlation_matrix{
-    "Correl_Matrix", "correlations, a row and a column for each asset, with ones on the diagonal",
-    Unit::correlation, -1, 1};
+constexpr ArgumentText correlation_matrix =
+    driver({"Correl_Matrix", "correlations, a row and a column for each asset, with ones on the diagonal",
+            Unit::correlation, -1, 1});
 
 constexpr ArgumentText price_1{"Price1", "forward price of the first asset", Unit::price, 50, 150};
 constexpr ArgumentText price_2{"Price2", "forward price of the second asset", Unit::price, 50, 150};
@@ -30,10 +30,10 @@ constexpr ArgumentText fwd_rng{"Fwd_rng", "forward price of each component, as e
 constexpr ArgumentText vol_rng{"Vol_rng", "volatility of each component", Unit::volatility, 0.05, 1};
 constexpr ArgumentText weight_rng{"Weight_rng", "weight of each component", Unit::weight, 0, 1};
 constexpr ArgumentText tset_rng{"Tset_rng", "time to the fixing of each component", Unit::years, 0.05, 2};
-constexpr ArgumentText correl_rng{
-    "Correl_rng",
-    "strictly lower triangle of the correlation matrix, row by row: (2,1), (3,1), (3,2), (4,1) and so on",
-    Unit::correlation, -1, 1};
+constexpr ArgumentText correl_rng = driver(
+    {"Correl_rng",
+     "strictly lower triangle of the correlation matrix, row by row: (2,1), (3,1), (3,2), (4,1) and so on",
+     Unit::correlation, -1, 1});
 constexpr Choice volatility_or_forward[] = {{0, "volatility"}, {1, "forward value"}};
 constexpr ArgumentText volatility_or_value{"RetType",
                                            "the basket's volatility or its forward value",
@@ -60,15 +60,15 @@ constexpr ArgumentText tset_rng_1{"Tset1_rng", "time to the fixing of each compo
                                   Unit::years, 0.05, 2};
 constexpr ArgumentText tset_rng_2{"Tset2_rng", "time to the fixing of each component of basket 2",
                                   Unit::years, 0.05, 2};
-constexpr ArgumentText correl_of_both{
-    "Correl_rng",
-    "strictly lower triangle, row by row, of the correlations of all components, those of basket 1 first",
-    Unit::correlation, -1, 1};
+constexpr ArgumentText correl_of_both = driver(
+    {"Correl_rng",
+     "strictly lower triangle, row by row, of the correlations of all components, those of basket 1 first",
+     Unit::correlation, -1, 1});
 
-constexpr ArgumentText sa1{"SA1", "forward price of component A1", Unit::price, 20, 100};
-constexpr ArgumentText sa2{"SA2", "forward price of component A2", Unit::price, 20, 100};
-constexpr ArgumentText sb1{"SB1", "forward price of component B1", Unit::price, 20, 100};
-constexpr ArgumentText sb2{"SB2", "forward price of component B2", Unit::price, 20, 100};
+constexpr ArgumentText sa1 = driver({"SA1", "forward price of component A1", Unit::price, 20, 100});
+constexpr ArgumentText sa2 = driver({"SA2", "forward price of component A2", Unit::price, 20, 100});
+constexpr ArgumentText sb1 = driver({"SB1", "forward price of component B1", Unit::price, 20, 100});
+constexpr ArgumentText sb2 = driver({"SB2", "forward price of component B2", Unit::price, 20, 100});
 constexpr ArgumentText days_b1{"DaysSB1", "days on which B1 makes the average; counts with Bflag 1 only",
                                Unit::weight, 0, 31};
 constexpr ArgumentText days_b2{"DaysSB2", "days on which B2 makes the average; counts with Bflag 1 only",
@@ -92,7 +92,7 @@ constexpr ArgumentText corr_a2b2{"CorrA2B2", "correlation of A2 and B2", Unit::c
 constexpr ArgumentText basket_strike{
     "Strike", "strike of the difference of basket A and basket B, of any sign", Unit::price, -20, 40};
 constexpr ArgumentText basket_rate{"IR", "interest rate to expiry", Unit::rate, 0, 0.15};
-constexpr ArgumentText basket_years{"Tmat", "time to expiry and payment", Unit::years, 0.02, 2};
+constexpr ArgumentText basket_years = expiry({"Tmat", "time to expiry and payment", Unit::years, 0.02, 2});
 constexpr ArgumentText basket_type{"Opttype", "put or call", Unit::selector, 0, 1, none, put_call, "call"};
 constexpr ArgumentText risk{"Risk", "which result is wanted", Unit::selector, none, none, 0};
 constexpr Choice basket_a[] = {{0, "A1 alone"}, {1, "average of A1 and A2"}, {2, "sum of A1 and A2"}};

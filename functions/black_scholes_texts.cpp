@@ -5,8 +5,8 @@ namespace kestran {
 namespace text {
 namespace {
 
-constexpr ArgumentText spot_ab{
-    "SpotAB", "exchange rate today: units of currency A for one unit of currency B", Unit::price, 0.8, 1.8};
+constexpr ArgumentText spot_ab = driver(
+    {"SpotAB", "exchange rate today: units of currency A for one unit of currency B", Unit::price, 0.8, 1.8});
 constexpr ArgumentText strike_ab{"StrikeAB", "strike: units of currency A for one unit of currency B",
                                  Unit::price, 0.8, 1.8};
 constexpr ArgumentText rate_a{"IntRtA", "interest rate of the pricing currency A", Unit::rate, 0, 0.15};
@@ -17,7 +17,7 @@ constexpr ArgumentText vol_ab{"VolAB", "volatility of the exchange rate; 0 and l
 constexpr ArgumentText tree_steps{
     "Nsteps", "steps of the tree, 1 or more; above 5000 counts as 5000", Unit::count, 10, 400, 200};
 
-constexpr ArgumentText observed_premium{"Premium", "the premium observed", Unit::price, 0.5, 40};
+constexpr ArgumentText observed_premium = driver({"Premium", "the premium observed", Unit::price, 0.5, 40});
 constexpr ArgumentText greatest_vol{"MaxVol", "largest volatility looked at", Unit::volatility, 0.5, 5, 5};
 constexpr ArgumentText accuracy{
     "Accuracy",  "largest difference from the premium that is accepted; 0 and less count as 1E-8",
@@ -101,11 +101,12 @@ constexpr ResultText digital_results[] = {premium(0), delta(1), gamma(2), vega(3
 constexpr ResultText implied_results[] = {
     {0, "volatility",
      "the volatility that gives the premium; 0 for the least possible premium, -99 when none does",
-     "per year"}};
+     "per year", ResultText::one, -99}};
 constexpr ResultText contingent_results[] = {
     {0, "premium", "amount due at expiry that makes the option free today", "price at expiry"}};
-constexpr ResultText boston_results[] = {
-    {0, "strike", "strike that makes the contract free today; -99 when there is none", "price"}};
+constexpr ResultText boston_results[] = {{0, "strike",
+                                          "strike that makes the contract free today; -99 when there is none",
+                                          "price", ResultText::one, -99}};
 
 constexpr char closed_form[] = "Closed form; good to about 1e-7 of Price and Strike.";
 

@@ -1,12 +1,12 @@
 #include "functions/describe.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <vector>
 
 #include "functions/example.h"
+#include "functions/number_text.h"
 
 namespace kestran {
 namespace {
@@ -65,12 +65,6 @@ std::string kind_of_range(ParameterKind kind) {
 }
 
 }  // namespace
-
-std::string exact_number(double number) {
-  if (std::isnan(number)) return "nan";
-  char text[32];
-  return std::string(text, std::to_chars(text, text + sizeof text, number).ptr);
-}
 
 std::string signature(const Function& function) {
   std::string text = function.name + std::string("(");

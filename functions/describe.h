@@ -32,7 +32,4 @@ std::string result_names(const Function& function);
 /// Signature, arguments, results, an example with its value and how far to trust it, in lines of plain text.
 std::string description(const Function& function);
 
-/// The number in the shortest form that reads back exactly; inf, -inf or nan.
-std::string exact_number(double number);
-
 }  // namespace kestran

@@ -1,7 +1,8 @@
 #include "functions/example.h"
 
-#include <charconv>
 #include <limits>
+
+#include "functions/number_text.h"
 
 namespace kestran {
 namespace {
@@ -15,7 +16,7 @@ bool read_number(const char* begin, const char* end, double& number) {
     return true;
   }
   if (*begin == '+') ++begin;
-  const auto read = std::from_chars(begin, end, number);
+  const auto read = read_decimal(begin, end, number);
   if (read.ec != std::errc()) return false;
   begin = read.ptr;
   if (begin < end && *begin == '%') {

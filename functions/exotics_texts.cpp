@@ -11,9 +11,10 @@ constexpr ArgumentText barrier_yield{
     "Yield",
     "yield of the underlying, equal to IntRt for futures; the drift takes it as compounded once a year",
     Unit::rate, 0, 0.15};
-constexpr ArgumentText barrier{"BarrPr",
-                               "barrier; at or below Price it lies below the price, above Price above it",
-                               Unit::price, 50, 150};
+constexpr ArgumentText barrier =
+    with_role({"BarrPr", "barrier; at or below Price it lies below the price, above Price above it",
+               Unit::price, 50, 150},
+              Role::barrier);
 constexpr ArgumentText rebate{
     "Rebate",
     "cash paid: by a knock-out when the barrier is touched, by a knock-in at expiry if it never was",
@@ -32,9 +33,10 @@ constexpr ArgumentText strike_over{
     "StrOver", "strike of the option held: the price at which the underlying option is bought or sold",
     Unit::price, 1, 30};
 constexpr ArgumentText strike_under{"StrUnder", "strike of the underlying option", Unit::price, 50, 150};
-constexpr ArgumentText time_over{"TimeOver", "time to expiry of the option held", Unit::days, 1, 365};
-constexpr ArgumentText time_under{"TimeUnder", "time to expiry of the underlying option, later than TimeOver",
-                                  Unit::days, 30, 730};
+constexpr ArgumentText time_over =
+    expiry({"TimeOver", "time to expiry of the option held", Unit::days, 1, 365});
+constexpr ArgumentText time_under =
+    clock({"TimeUnder", "time to expiry of the underlying option, later than TimeOver", Unit::days, 30, 730});
 constexpr ArgumentText rate_to_both{"IntRt", "interest rate to both expiries", Unit::rate, 0, 0.15};
 constexpr ArgumentText compound_yield{
     "Yield", "yield of the underlying; only equal to IntRt, as for futures, it is priced exactly", Unit::rate,
@@ -55,8 +57,8 @@ constexpr ArgumentText compound_type{
 
 constexpr ArgumentText exchange_rate{"ExRt", "domestic price of one unit of foreign currency today",
                                      Unit::price, 0.5, 2.5};
-constexpr ArgumentText foreign_price{"Price", "price of the asset today, in foreign currency", Unit::price,
-                                     50, 150};
+constexpr ArgumentText foreign_price =
+    driver({"Price", "price of the asset today, in foreign currency", Unit::price, 50, 150});
 constexpr ArgumentText quanto_strike{
     "Strike",
     "exercise price: in foreign currency with Qtype 1 and 3, domestic with 2, an exchange rate with 4",
@@ -94,29 +96,31 @@ constexpr ArgumentText correl_within_one{
     "Correl", "correlation of the logarithms of the two prices; beyond -1 and 1 it counts as these",
     Unit::correlation, -0.95, 0.95};
 
-constexpr ArgumentText forward_spread{"FwdSpd", "forward spread today, of any sign", Unit::price, -10, 10};
+constexpr ArgumentText forward_spread =
+    driver({"FwdSpd", "forward spread today, of any sign", Unit::price, -10, 10});
 constexpr ArgumentText strike_of_spread{"Strike", "strike of the spread, of any sign", Unit::price, -10, 10};
 constexpr ArgumentText spread_vol{"Vol", "volatility of the spread in units of price, not per cent",
                                   Unit::price_volatility, 0.5, 20};
 constexpr ArgumentText call_or_put{"OptType", "put or call", Unit::selector, 0, 1, none, put_call, "put"};
 
-constexpr ArgumentText output_price{"PriceA", "price of the output today, such as power", Unit::price, 20,
-                                    120};
-constexpr ArgumentText fuel_price{"PriceB", "price of the fuel today", Unit::price, 2, 20};
+constexpr ArgumentText output_price =
+    driver({"PriceA", "price of the output today, such as power", Unit::price, 20, 120});
+constexpr ArgumentText fuel_price = driver({"PriceB", "price of the fuel today", Unit::price, 2, 20});
 constexpr ArgumentText strike_of_ratio{"Strike", "strike of the ratio PriceA / PriceB", Unit::ratio, 3, 15};
 constexpr ArgumentText output_vol{"VolA", "volatility of the output; 0 and less count as 0.00001",
                                   Unit::volatility, 0.05, 1};
 constexpr ArgumentText fuel_vol{"VolB", "volatility of the fuel", Unit::volatility, 0.05, 1};
 
-constexpr ArgumentText share_price{"Price", "price of a share today", Unit::price, 50, 150};
+constexpr ArgumentText share_price = driver({"Price", "price of a share today", Unit::price, 50, 150});
 constexpr ArgumentText dividend_yield{"Yield", "dividend yield of the share", Unit::rate, 0, 0.15};
 constexpr ArgumentText firm_vol{
     "Vol", "volatility of shares and warrants together, per share; 0 and less count as 0.00001",
     Unit::volatility, 0.05, 1};
-constexpr ArgumentText to_vested{
-    "toVested", "time until it may first be exercised; 0 or less: at any time, toExp or more: only at expiry",
-    Unit::days, 0, 1826};
-constexpr ArgumentText to_expiry{"toExp", "time to expiry", Unit::days, 30, 3652};
+constexpr ArgumentText to_vested =
+    clock({"toVested",
+           "time until it may first be exercised; 0 or less: at any time, toExp or more: only at expiry",
+           Unit::days, 0, 1826});
+constexpr ArgumentText to_expiry = expiry({"toExp", "time to expiry", Unit::days, 30, 3652});
 constexpr ArgumentText warrants{"Nwar",
                                 "warrants outstanding, counted as the shares are; 0 for one without dilution",
                                 Unit::quantity, 0, 100};
@@ -162,7 +166,7 @@ constexpr ResultText barrier_results[] = {
 constexpr ResultText lookback_results[] = {premium(0),          delta(1), gamma(2),    vega(3),
                                            proportional_rho(4), theta(5), delta_vol(6)};
 constexpr ResultText compound_results[] = {
-    premium(0),
+    premium(0, -1),
     delta(1),
     gamma(2),
     {3, "vega", "change of the premium with both volatilities moving in proportion, per 1.00 of Vol",
@@ -237,7 +241,12 @@ constexpr ResultText heat_rate_results[] = {
     delta_time_b(11),
     cross_gamma(12)};
 constexpr ResultText warrant_results[] = {
-    {0, "premium", "value of one warrant", "price"}, delta(1), gamma(2), vega(3), carry_rho(4), theta(5)};
+    {0, "premium", "value of one warrant", "price", ResultText::one, -99},
+    delta(1),
+    gamma(2),
+    vega(3),
+    carry_rho(4),
+    theta(5)};
 
 constexpr FunctionText functions[] = {
     {"BRRR", "barrier option with rebate",

@@ -237,6 +237,22 @@ std::string understood(const Function& function, int i, const Operand& given) {
   }
 }
 
+std::string refused_numbers(const Argument& argument) {
+  switch (argument.kind) {
+    case ParameterKind::selector:
+      return argument.highest == TakenNumber::highest
+                 ? "below " + std::to_string(argument.lowest)
+                 : "outside " + std::to_string(argument.lowest) + " to " + std::to_string(argument.highest);
+    case ParameterKind::positive:
+      return "not above 0";
+    case ParameterKind::not_negative:
+    case ParameterKind::not_negative_days:
+      return "below 0";
+    default:
+      return "";
+  }
+}
+
 std::string refusal_text(const Function& function, const Operand* given, const Answer& answer) {
   if (answer.is_number()) return "";
   const int i = answer.argument;
@@ -250,13 +266,9 @@ std::string refusal_text(const Function& function, const Operand* given, const A
   std::string text = argument.name;
   if (given != nullptr && given[i].rows == 0 && !std::isnan(*given[i].values))
     text += " " + short_number(*given[i].values, 15);
-  if (answer.reason == Reason::out_of_range && argument.kind == ParameterKind::selector)
-    return argument.highest == TakenNumber::highest
-               ? text + " is below " + std::to_string(argument.lowest)
-               : text + " is outside " + std::to_string(argument.lowest) + " to " +
-                     std::to_string(argument.highest);
-  if (answer.reason == Reason::wrong_sign)
-    return text + (argument.kind == ParameterKind::positive ? " is not above 0" : " is below 0");
+  if ((answer.reason == Reason::out_of_range && argument.kind == ParameterKind::selector) ||
+      answer.reason == Reason::wrong_sign)
+    return text + " is " + refused_numbers(argument);
   return text + " " + text_of(answer.reason);
 }
 
@@ -286,6 +298,13 @@ std::vector<std::string> slips(const Function& function, const Operand* given) {
       break;
     }
   add_slips_of_pairs(function, given, list);
+  return list;
+}
+
+std::vector<std::string> warnings(const Function& function, const Operand* given, const Answer& answer) {
+  std::vector<std::string> list = slips(function, given);
+  if (answer.is_number() && !std::isfinite(answer.number))
+    list.push_back("the model has no number for these arguments");
   return list;
 }
 

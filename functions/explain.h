@@ -12,6 +12,10 @@ namespace kestran {
 /// How argument `i` is understood, such as "90 calendar days = 0.2464 years" or "1: call".
 std::string understood(const Function& function, int i, const Operand& given);
 
+/// Which numbers of an argument are refused by themselves: "outside 0 to 8", "below 0" and the like; empty
+/// where none is.
+std::string refused_numbers(const Argument& argument);
+
 /// Why the call is refused, naming the argument, such as "RetType 12 is outside 0 to 8". `given` may be null
 /// where the arguments are no operands; values are then left out. Empty for a number.
 std::string refusal_text(const Function& function, const Operand* given, const Answer& answer);
@@ -41,6 +45,9 @@ std::vector<std::array<int, 2>> in_order(const Function& function);
 /// Counts of fixings with the years to the first fixing and to the last, into which they must fit; by their
 /// places.
 std::vector<std::array<int, 3>> fixings_within(const Function& function);
+
+/// The same, and that the model has no number, where that is the answer.
+std::vector<std::string> warnings(const Function& function, const Operand* given, const Answer& answer);
 
 /// A number with at most this many significant digits.
 std::string short_number(double number, int digits = 6);

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
-#if !defined(_WIN32)
+#if !defined(_WIN32) && !defined(__wasm__)
 #include <exception>
 #include <thread>
 #include <vector>
@@ -12,10 +12,11 @@
 namespace kestran {
 
 /// Calls work(begin, end) for parts that make up 0 to `rows`, on at most `threads` threads of which this is
-/// one (on Windows the only one). `work` must not throw.
+/// one (on Windows and in
+/// WebAssembly the only one). `work` must not throw.
 template <class Work>
 void in_parts(std::size_t rows, int threads, const Work& work) {
-#if defined(_WIN32)
+#if defined(_WIN32) || defined(__wasm__)
   static_cast<void>(threads);
   work(std::size_t{0}, rows);
 #else

@@ -50,8 +50,10 @@ const Function* nearest_function(const std::string& name) {
   return nearest;
 }
 
-std::string suggestion(const Function* function) {
-  return function == nullptr ? "" : "; did you mean " + std::string(function->name) + "?";
+std::string unknown_function(const std::string& name) {
+  const Function* const near = nearest_function(name);
+  return "there is no function " + name +
+         (near == nullptr ? "" : "; did you mean " + std::string(near->name) + "?");
 }
 
 }  // namespace kestran

@@ -10,7 +10,7 @@ namespace kestran {
 /// The function whose name is nearest, in any case; null when none is near.
 const Function* nearest_function(const std::string& name);
 
-/// "; did you mean EURO?" for people; empty for null.
-std::string suggestion(const Function* function);
+/// "there is no function EURA; did you mean EURO?"
+std::string unknown_function(const std::string& name);
 
 }  // namespace kestran

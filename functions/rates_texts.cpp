@@ -5,7 +5,7 @@ namespace kestran {
 namespace text {
 namespace {
 
-constexpr ArgumentText forwards{"Price_rng", "forward price of each period", Unit::price, 15, 30};
+constexpr ArgumentText forwards = driver({"Price_rng", "forward price of each period", Unit::price, 15, 30});
 constexpr ArgumentText zero_rates{"IntRt_rng", "zero rate from today to the expiry of each period",
                                   Unit::rate, 0, 0.15};
 constexpr ArgumentText period_vols{"Vol_rng",
@@ -14,15 +14,16 @@ constexpr ArgumentText period_vols{"Vol_rng",
 constexpr ArgumentText caplet_vols{
     "Vol_rng", "volatility of each period's caplet, for valuing it from the option's expiry on",
     Unit::volatility, 0.05, 1};
-constexpr ArgumentText period_days{"ExpDays_rng", "time to the expiry of each period, all after the option's",
-                                   Unit::days, 30, 1095};
+constexpr ArgumentText period_days =
+    clock({"ExpDays_rng", "time to the expiry of each period, all after the option's", Unit::days, 30, 1095});
 constexpr ArgumentText quantities{"Qty_rng", "quantity of each period", Unit::quantity, 0, 10};
 constexpr ArgumentText strip_vol{"StripVol", "volatility of the common factor until the option's expiry",
                                  Unit::volatility, 0.05, 1};
 constexpr ArgumentText cap_strike{"CfStrike", "strike of the cap or floor", Unit::price, 15, 30};
 constexpr ArgumentText option_strike{"CompStrike", "strike of the option, per unit of quantity", Unit::price,
                                      0, 5};
-constexpr ArgumentText option_days{"OptExpDays", "time to the option's expiry", Unit::days, 1, 365};
+constexpr ArgumentText option_days =
+    expiry({"OptExpDays", "time to the option's expiry", Unit::days, 1, 365});
 constexpr ArgumentText option_rate{"OptIntRt", "zero rate to the option's expiry", Unit::rate, 0, 0.15};
 constexpr Choice cap_types[] = {
     {1, "call on a cap"}, {2, "put on a cap"}, {3, "call on a floor"}, {4, "put on a floor"}};
@@ -50,22 +51,24 @@ constexpr Choice collar_types[] = {{0, "put: enter as the floor's buyer"},
 constexpr ArgumentText collar_type{"OptType",    "call or put on the collar", Unit::selector, 0, 1, none,
                                    collar_types, "odd: call, even: put"};
 
-constexpr ArgumentText swap_forwards{"Fwd", "forward price of each period", Unit::price, 15, 30};
+constexpr ArgumentText swap_forwards = driver({"Fwd", "forward price of each period", Unit::price, 15, 30});
 constexpr ArgumentText swap_quantities{"Qty", "quantity of each period", Unit::quantity, 0, 10};
-constexpr ArgumentText swap_times{"Swaptime", "time to the settlement of each period", Unit::years, 0.1, 10};
+constexpr ArgumentText swap_times =
+    clock({"Swaptime", "time to the settlement of each period", Unit::years, 0.1, 10});
 constexpr ArgumentText swap_rates{"Rates", "zero rate to the settlement of each period", Unit::semiannual, 0,
                                   0.15};
 constexpr ArgumentText swap_vol{"Swapvol", "volatility of the average forward", Unit::volatility, 0.05, 1};
 constexpr ArgumentText fixed_price{"Strike", "fixed price of the swap", Unit::price, 15, 30};
 constexpr ArgumentText fixed_prices{"Strike", "fixed price of each period", Unit::price, 15, 30};
 constexpr ArgumentText swaption_rate{"IntRt", "zero rate to the option's expiry", Unit::semiannual, 0, 0.15};
-constexpr ArgumentText swaption_expiry{"Expiry", "time to the option's expiry", Unit::years, 0.05, 5};
+constexpr ArgumentText swaption_expiry =
+    expiry({"Expiry", "time to the option's expiry", Unit::years, 0.05, 5});
 constexpr Choice swaption_types[] = {{0, "put: receive the fixed price"}, {1, "call: pay the fixed price"}};
 constexpr ArgumentText swaption_type{"Opttype", "put or call", Unit::selector, 0,
                                      1,         none,          swaption_types, "call"};
-constexpr ArgumentText period{"RetMonth",
-                              "for results of one period: of which, counted from 1; else not looked at",
-                              Unit::count, 1, 12};
+constexpr ArgumentText period =
+    of_month({"RetMonth", "for results of one period: of which, counted from 1; else not looked at",
+              Unit::count, 1, 12});
 
 constexpr const ArgumentText* cap_arguments[] = {
     &forwards,      &zero_rates,  &period_vols, &period_days, &quantities,   &strip_vol, &cap_strike,

@@ -11,10 +11,23 @@ extern const FamilyText black_scholes_texts, exotics_texts, asian_texts, strips_
 
 namespace text {
 
+constexpr ArgumentText with_role(ArgumentText text, Role role) {
+  text.role = role;
+  return text;
+}
+constexpr ArgumentText driver(const ArgumentText& text) { return with_role(text, Role::driver); }
+constexpr ArgumentText clock(const ArgumentText& text) { return with_role(text, Role::clock); }
+constexpr ArgumentText expiry(const ArgumentText& text) { return with_role(text, Role::expiry); }
+constexpr ArgumentText start(const ArgumentText& text) { return with_role(text, Role::start); }
+constexpr ArgumentText setting(const ArgumentText& text) { return with_role(text, Role::setting); }
+constexpr ArgumentText of_month(const ArgumentText& text) { return with_role(text, Role::month); }
+
 inline constexpr Choice put_call[] = {{0, "put"}, {1, "call"}};
 
-inline constexpr ArgumentText price{"Price", "price of the underlying today", Unit::price, 50, 150};
-inline constexpr ArgumentText futures_price{"Price", "futures or forward price today", Unit::price, 50, 150};
+inline constexpr ArgumentText price =
+    driver({"Price", "price of the underlying today", Unit::price, 50, 150});
+inline constexpr ArgumentText futures_price =
+    driver({"Price", "futures or forward price today", Unit::price, 50, 150});
 inline constexpr ArgumentText strike{"Strike", "exercise price", Unit::price, 50, 150};
 inline constexpr ArgumentText rate{"IntRt", "interest rate to expiry", Unit::rate, 0, 0.15};
 inline constexpr ArgumentText yield{
@@ -23,7 +36,8 @@ inline constexpr ArgumentText yield{
     Unit::rate, 0, 0.15};
 inline constexpr ArgumentText vol{"Vol", "volatility of the price; 0 and less count as 0.00001",
                                   Unit::volatility, 0.05, 1};
-inline constexpr ArgumentText exp_days{"ExpDays", "time to expiry and payment", Unit::days, 1, 730};
+inline constexpr ArgumentText exp_days =
+    expiry({"ExpDays", "time to expiry and payment", Unit::days, 1, 730});
 inline constexpr ArgumentText put_or_call{"OptType", "put or call", Unit::selector, 0,
                                           1,         none,          put_call,       "call"};
 inline constexpr ArgumentText which_result{"RetType", "which result is wanted", Unit::selector, none, none,
@@ -40,8 +54,8 @@ inline constexpr char delta_per_year[] = "delta per year";
 inline constexpr char per_correlation[] = "premium per 1.00 of correlation";
 
 // Results that mean the same wherever they occur; the number differs.
-constexpr ResultText premium(int selector) {
-  return {selector, "premium", "what the holder pays today", "price"};
+constexpr ResultText premium(int selector, double no_answer = none) {
+  return {selector, "premium", "what the holder pays today", "price", ResultText::one, no_answer};
 }
 constexpr ResultText delta(int selector) {
   return {selector, "delta", "change of the premium with the price", per_price};
@@ -69,8 +83,10 @@ constexpr ResultText delta_time(int selector) {
 }
 
 // Of options on two prices, on forwards, and on averages.
-inline constexpr ArgumentText price_a{"PriceA", "futures or forward price of A today", Unit::price, 50, 150};
-inline constexpr ArgumentText price_b{"PriceB", "futures or forward price of B today", Unit::price, 50, 150};
+inline constexpr ArgumentText price_a =
+    driver({"PriceA", "futures or forward price of A today", Unit::price, 50, 150});
+inline constexpr ArgumentText price_b =
+    driver({"PriceB", "futures or forward price of B today", Unit::price, 50, 150});
 inline constexpr ArgumentText vol_a{"VolA", "volatility of A; 0 and less count as 0.00001", Unit::volatility,
                                     0.05, 1};
 inline constexpr ArgumentText vol_b{"VolB", "volatility of B; 0 and less count as 0.00001", Unit::volatility,

@@ -6,13 +6,15 @@ namespace text {
 namespace {
 
 // Average-price strips: times in years.
-constexpr ArgumentText month_prices{"Price_rng", "futures price of each month", Unit::price, 15, 30};
+constexpr ArgumentText month_prices =
+    driver({"Price_rng", "futures price of each month", Unit::price, 15, 30});
 constexpr ArgumentText month_vols{"Vol_rng", "volatility of each month", Unit::volatility, 0.05, 1};
 constexpr ArgumentText month_volumes{"Volume_rng", "daily volume of each month; only their ratios matter",
                                      Unit::quantity, 0, 2000};
-constexpr ArgumentText next_fixings{"Next_rng", "time to the next fixing to come of each month", Unit::years,
-                                    0, 2};
-constexpr ArgumentText last_fixings{"End_rng", "time to the last fixing of each month", Unit::years, 0.02, 2};
+constexpr ArgumentText next_fixings =
+    start({"Next_rng", "time to the next fixing to come of each month", Unit::years, 0, 2});
+constexpr ArgumentText last_fixings =
+    clock({"End_rng", "time to the last fixing of each month", Unit::years, 0.02, 2});
 constexpr ArgumentText month_fixings{"Settles_rng", "number of fixings of each month, made or not",
                                      Unit::count, 1, 23};
 constexpr ArgumentText fixings_made{"SetDays", "fixings made over the whole strip", Unit::count, 0, 60};
@@ -24,18 +26,21 @@ constexpr ArgumentText fixed_average{"SetPrice", "average of the fixings made; a
 constexpr ArgumentText fixed_average_by_volume{
     "SetPrice", "average of the fixings made, weighted by volume; any number while none is made", Unit::price,
     15, 30};
-constexpr ArgumentText to_payment{"ToExp", "time to payment", Unit::years, 0.02, 2};
+constexpr ArgumentText to_payment = clock({"ToExp", "time to payment", Unit::years, 0.02, 2});
 constexpr ArgumentText last_digit_type{
     "Opttype", "put or call, by the last decimal digit", Unit::selector, 0, 1, none,
     put_call,  "put when the last digit is 0, else call"};
-constexpr ArgumentText month{
-    "RetMonth", "for results of one month: of which, counted from 1; else not looked at", Unit::count, 1, 12};
-constexpr ArgumentText contract{"RetMonth", "for results of one contract: 1 or 2; else not looked at",
-                                Unit::count, 1, 2};
+constexpr ArgumentText month =
+    of_month({"RetMonth", "for results of one month: of which, counted from 1; else not looked at",
+              Unit::count, 1, 12});
+constexpr ArgumentText contract =
+    of_month({"RetMonth", "for results of one contract: 1 or 2; else not looked at", Unit::count, 1, 2});
 
 // Two contracts.
-constexpr ArgumentText price_1{"Price1", "futures price of the first contract", Unit::price, 15, 35};
-constexpr ArgumentText price_2{"Price2", "futures price of the second contract", Unit::price, 15, 35};
+constexpr ArgumentText price_1 =
+    driver({"Price1", "futures price of the first contract", Unit::price, 15, 35});
+constexpr ArgumentText price_2 =
+    driver({"Price2", "futures price of the second contract", Unit::price, 15, 35});
 constexpr ArgumentText vol_1{"Vol1", "volatility of the first contract", Unit::volatility, 0.05, 1};
 constexpr ArgumentText vol_2{"Vol2", "volatility of the second contract", Unit::volatility, 0.05, 1};
 constexpr ArgumentText vol_before_1{"Vol1", "volatility of the first contract up to its first fixing",
@@ -46,12 +51,14 @@ constexpr ArgumentText vol_within_1{"Sig1", "volatility of the first contract fr
                                     Unit::volatility, 0.05, 1};
 constexpr ArgumentText vol_within_2{"Sig2", "volatility of the second contract from its first fixing on",
                                     Unit::volatility, 0.05, 1};
-constexpr ArgumentText next_1{"Next1", "time to the next fixing to come of the first contract", Unit::years,
-                              0, 1};
-constexpr ArgumentText next_2{"Next2", "time to the next fixing to come of the second contract", Unit::years,
-                              0, 1};
-constexpr ArgumentText end_1{"End1", "time to the last fixing of the first contract", Unit::years, 0.02, 1};
-constexpr ArgumentText end_2{"End2", "time to the last fixing of the second contract", Unit::years, 0.02, 1};
+constexpr ArgumentText next_1 =
+    start({"Next1", "time to the next fixing to come of the first contract", Unit::years, 0, 1});
+constexpr ArgumentText next_2 =
+    start({"Next2", "time to the next fixing to come of the second contract", Unit::years, 0, 1});
+constexpr ArgumentText end_1 =
+    clock({"End1", "time to the last fixing of the first contract", Unit::years, 0.02, 1});
+constexpr ArgumentText end_2 =
+    clock({"End2", "time to the last fixing of the second contract", Unit::years, 0.02, 1});
 constexpr ArgumentText fixings_1{"Settle1", "number of fixings of the first contract, made or not",
                                  Unit::count, 1, 23};
 constexpr ArgumentText fixings_2{"Settle2", "number of fixings of the second contract, made or not",
@@ -60,23 +67,25 @@ constexpr ArgumentText made_of_both{
     "SetDays", "fixings made over both contracts, those of the first one first", Unit::count, 0, 46};
 constexpr ArgumentText contract_correlation{"Correl", "correlation of the two contracts", Unit::correlation,
                                             0, 1};
-constexpr ArgumentText period_start{
-    "AvgStart", "time to the first fixing of the averaging period; negative once averaging has begun",
-    Unit::years, -0.1, 1};
-constexpr ArgumentText period_end{"AvgEnd", "time to the last fixing of the averaging period", Unit::years,
-                                  0.02, 1};
+constexpr ArgumentText period_start =
+    start({"AvgStart", "time to the first fixing of the averaging period; negative once averaging has begun",
+           Unit::years, -0.1, 1});
+constexpr ArgumentText period_end =
+    clock({"AvgEnd", "time to the last fixing of the averaging period", Unit::years, 0.02, 1});
 
 // Strips of daily options: times in days.
-constexpr ArgumentText day_price{"Price", "forward price of every day of the strip", Unit::price, 2, 8};
+constexpr ArgumentText day_price =
+    driver({"Price", "forward price of every day of the strip", Unit::price, 2, 8});
 constexpr ArgumentText reference_strike{
     "Strike", "reference price of the strike; not looked at while the strike is still to be set", Unit::price,
     2, 8};
-constexpr ArgumentText to_set{"NowToSet", "time until the strike is set and the volatility changes",
-                              Unit::days, 0, 365};
-constexpr ArgumentText first_day{"BegDays",
-                                 "days to the first option's expiry; negative once the strip is running",
-                                 Unit::whole_days, 0, 365};
-constexpr ArgumentText last_day{"EndDays", "days to the last option's expiry", Unit::whole_days, 1, 730};
+constexpr ArgumentText to_set =
+    setting({"NowToSet", "time until the strike is set and the volatility changes", Unit::days, 0, 365});
+constexpr ArgumentText first_day =
+    start({"BegDays", "days to the first option's expiry; negative once the strip is running",
+           Unit::whole_days, 0, 365});
+constexpr ArgumentText last_day =
+    clock({"EndDays", "days to the last option's expiry", Unit::whole_days, 1, 730});
 constexpr Choice strike_setting[] = {{0, "fixed price"}, {1, "forward start, while NowToSet is above 0"}};
 constexpr ArgumentText forward_start{
     "FwdStFlag", "fixed price or forward start", Unit::selector, 0, 1, none, strike_setting, "forward start"};
@@ -90,10 +99,10 @@ constexpr ArgumentText index_share{
     1.2,         1};
 constexpr ArgumentText basis{"BasisOffset", "amount added to the strike", Unit::price, -1, 1, 0};
 
-constexpr ArgumentText spread_price_1{"Price1", "forward price 1 of every day of the strip", Unit::price, 2,
-                                      8};
-constexpr ArgumentText spread_price_2{
-    "Price2", "forward price 2, which is taken off, of every day of the strip", Unit::price, 2, 8};
+constexpr ArgumentText spread_price_1 =
+    driver({"Price1", "forward price 1 of every day of the strip", Unit::price, 2, 8});
+constexpr ArgumentText spread_price_2 =
+    driver({"Price2", "forward price 2, which is taken off, of every day of the strip", Unit::price, 2, 8});
 constexpr ArgumentText monthly_vol_1{
     "Vol1m", "volatility of price 1 until the setting day; 0 and less count as 0.00001", Unit::volatility,
     0.05, 1.5};
@@ -117,19 +126,19 @@ constexpr ArgumentText spread_strike{
     "reference price of the strike; while it is to be set that day's difference of prices takes its place",
     Unit::price, -4, 4};
 
-constexpr ArgumentText year_prices{"Price_rng", "forward price of every day of each month", Unit::price, 2,
-                                   8};
+constexpr ArgumentText year_prices =
+    driver({"Price_rng", "forward price of every day of each month", Unit::price, 2, 8});
 constexpr ArgumentText year_strikes{
     "Strike_rng", "fixed strike of each month; for one still to be set what it would be today", Unit::price,
     2, 8};
 constexpr ArgumentText year_rates{"IntRt_rng", "interest rate of each month", Unit::rate, 0, 0.15};
 constexpr ArgumentText year_vols{"Vol_rng", "volatility of each month", Unit::volatility, 0.05, 2};
-constexpr ArgumentText year_to_set{
-    "ToSet_rng", "time until each month's strike is set; 0 or less when it is fixed", Unit::days, 0, 365};
-constexpr ArgumentText year_first_days{"BegDays_rng", "days to the first day of each month; may be past",
-                                       Unit::whole_days, 0, 365};
-constexpr ArgumentText year_last_days{"EndDays_rng", "days to the last day of each month; may be past",
-                                      Unit::whole_days, 1, 730};
+constexpr ArgumentText year_to_set = setting(
+    {"ToSet_rng", "time until each month's strike is set; 0 or less when it is fixed", Unit::days, 0, 365});
+constexpr ArgumentText year_first_days =
+    start({"BegDays_rng", "days to the first day of each month; may be past", Unit::whole_days, 0, 365});
+constexpr ArgumentText year_last_days =
+    clock({"EndDays_rng", "days to the last day of each month; may be past", Unit::whole_days, 1, 730});
 constexpr ArgumentText year_quantities{"Qty_rng", "quantity of each whole month, spread evenly over its days",
                                        Unit::quantity, 0, 1000};
 constexpr ArgumentText year_quantity{

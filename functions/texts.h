@@ -49,6 +49,18 @@ struct Choice {
   const char* meaning;
 };
 
+/// What an argument is to a picture of its function.
+enum class Role : unsigned char {
+  plain,
+  driver,   // what a picture moves first
+  barrier,  // which lies at or below the first driver, or above it, and stays on that side
+  clock,    // a time that runs down
+  expiry,   // the same, to the payoff: the deal's life ends there
+  start,    // the same, to the first fixing: from there on the deal depends on what was fixed
+  setting,  // the same, to the day that sets the strike; 0 or less where it is set
+  month     // of which month, contract or period a result is wanted
+};
+
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
 
 struct ArgumentText {
@@ -60,6 +72,7 @@ struct ArgumentText {
   double recommended = none;
   List<Choice> choices = {};
   const char* other_choices = nullptr;  // what any other number means; null when it is refused
+  Role role = Role::plain;
 };
 
 struct ResultText {
@@ -69,6 +82,7 @@ struct ResultText {
   const char* unit;
   enum Each : unsigned char { one, of_month, of_period } each = one;
   // of_month: RetMonth says of which; of_period: selector + k asks for period k, counted from 0
+  double no_answer = none;  // a number that says there is none
 };
 
 struct FunctionText {

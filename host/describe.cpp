@@ -4,7 +4,9 @@
 
 #include "functions/describe.h"
 #include "functions/nearest.h"
+#include "host/evaluate.h"
 #include "host/excel_standin.h"
+#include "host/explain.h"
 
 namespace kestran {
 
@@ -18,8 +20,16 @@ void list_functions() {
 }
 
 void tell_unknown(const std::string& name) {
-  std::fprintf(stderr, "kestran: there is no function %s%s\n", name.c_str(),
-               suggestion(nearest_function(name)).c_str());
+  std::fprintf(stderr, "kestran: %s\n", unknown_function(name).c_str());
+}
+
+void explain_formula(std::string_view formula, Outcome& outcome) {
+  const Explanation explained = explanation(formula);
+  std::fputs(explained.text.c_str(), stdout);
+  if (!explained.evaluation.unknown_function.empty()) tell_unknown(explained.evaluation.unknown_function);
+  outcome.error = outcome.error || explained.evaluation.kind == Kind::error;
+  outcome.unreadable = outcome.unreadable || !explained.evaluation.readable;
+  report(outcome);
 }
 
 bool describe_function(const std::string& name) {

@@ -6,7 +6,7 @@
 #include <exception>
 #include <utility>
 
-#include "functions/describe.h"
+#include "functions/number_text.h"
 #include "host/excel_standin.h"
 #include "numerics/elementary.h"
 

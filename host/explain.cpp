@@ -1,16 +1,11 @@
-// The calls of a formula, explained argument by argument.
-#include "functions/explain.h"
+#include "host/explain.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdio>
 #include <string>
 #include <vector>
 
-#include "functions/describe.h"
+#include "functions/explain.h"
 #include "functions/intake.h"
-#include "host/describe.h"
-#include "host/evaluate.h"
 
 namespace kestran {
 namespace {
@@ -69,33 +64,33 @@ std::string shown(const Block& given, const Function& function, int i, const Ope
   return understood(function, i, operand);
 }
 
-void print_result(const Function& function, const Call& call, const Operand* operands) {
-  const FunctionText& text = text_of(function);
-  std::printf("= %s", printed(call.answer).c_str());
+void add_result(const Function& function, const Call& call, const Operand* operands, std::string& lines) {
+  lines += "= " + printed(call.answer);
   const int i = result_argument(function);
-  const ResultText* result = result_text(text, i < 0 || operands[i].values[0] != operands[i].values[0]
-                                                   ? 0
-                                                   : truncate_to_int(*operands[i].values));
+  const ResultText* result = result_text(
+      text_of(function),
+      i < 0 || operands[i].values[0] != operands[i].values[0] ? 0 : truncate_to_int(*operands[i].values));
   if (call.answer.kind == Kind::number && result != nullptr)
-    std::printf("  %s, %s (%s)", result->name, result->meaning, result->unit);
-  std::fputc('\n', stdout);
+    lines += std::string("  ") + result->name + ", " + result->meaning + " (" + result->unit + ")";
+  lines += '\n';
 }
 
 // Each refusal in turn, the argument at fault then put right.
-void print_refusals(const Function& function, std::vector<Block> given, const Operand* operands) {
+void add_refusals(const Function& function, std::vector<Block> given, const Operand* operands,
+                  std::string& lines) {
   for (int k = 0; k <= function.argument_count; ++k) {
     const Answer answer = FrameReader<FormulaReader>::evaluate(function, given.data());
     if (answer.is_number()) return;
-    std::printf("refused: %s\n", refusal_text(function, operands, answer).c_str());
+    lines += "refused: " + refusal_text(function, operands, answer) + '\n';
     if (answer.argument < 0 || is_range(function.arguments[answer.argument].kind)) return;
     given[static_cast<std::size_t>(answer.argument)] = {0, 0, {number_scalar(1.0)}};
   }
 }
 
-void explain_call(const Function& function, const Call& call) {
+void add_call(const Function& function, const Call& call, std::string& lines) {
   std::string headline = text_of(function).headline;
   headline.erase(std::remove(headline.begin(), headline.end(), '`'), headline.end());
-  std::printf("%s: %s\n", function.name, headline.c_str());
+  lines += function.name + (": " + headline) + '\n';
 
   std::vector<Block> given = call.given;
   given.resize(static_cast<std::size_t>(function.argument_count),
@@ -105,40 +100,38 @@ void explain_call(const Function& function, const Call& call) {
   for (std::size_t i = 0; i < given.size(); ++i)
     operands.push_back(
         {numbers[i].data(), static_cast<int>(given[i].rows), static_cast<int>(given[i].columns)});
-  int widest = 0;
+  std::size_t widest = 0;
   for (int i = 0; i < function.argument_count; ++i)
-    widest = std::max(widest, static_cast<int>(std::string(function.arguments[i].name).size()));
-  for (int i = 0; i < function.argument_count; ++i)
-    std::printf("  %-*s  %s\n", widest, function.arguments[i].name,
-                shown(given[static_cast<std::size_t>(i)], function, i, operands[static_cast<std::size_t>(i)])
-                    .c_str());
+    widest = std::max(widest, std::string(function.arguments[i].name).size());
+  for (std::size_t i = 0; i < given.size(); ++i) {
+    const int place = static_cast<int>(i);
+    std::string name = function.arguments[i].name;
+    name.resize(widest + 2, ' ');
+    lines += "  " + name + shown(given[i], function, place, operands[i]) + '\n';
+  }
 
-  print_result(function, call, operands.data());
-  print_refusals(function, given, operands.data());
-  for (const std::string& slip : slips(function, operands.data())) std::printf("warning: %s\n", slip.c_str());
-  if (call.answer.kind == Kind::number && !std::isfinite(call.answer.number))
-    std::puts("warning: the model has no number for these arguments");
+  add_result(function, call, operands.data(), lines);
+  add_refusals(function, given, operands.data(), lines);
+  for (const std::string& warning : warnings(function, operands.data(), Answer(call.answer.number)))
+    lines += "warning: " + warning + '\n';
 }
 
 }  // namespace
 
-void explain_formula(std::string_view formula, Outcome& outcome) {
+Explanation explanation(std::string_view formula) {
   std::vector<Call> calls;
-  const Evaluation evaluation = evaluate_line(formula, &calls);
-  int explained = 0;
+  Explanation explained{"", evaluate_line(formula, &calls)};
+  int known = 0;
   for (const Call& call : calls) {
     const Function* function = find_in_catalogue(call.name.c_str());
     if (function == nullptr) continue;
-    explain_call(*function, call);
-    ++explained;
+    add_call(*function, call, explained.text);
+    ++known;
   }
   // What is more than one call has a value of its own.
-  if (explained != 1 || calls.size() != 1 || evaluation.text != printed(calls[0].answer))
-    std::printf("%s\n", evaluation.text.c_str());
-  if (!evaluation.unknown_function.empty()) tell_unknown(evaluation.unknown_function);
-  outcome.error = outcome.error || evaluation.kind == Kind::error;
-  outcome.unreadable = outcome.unreadable || !evaluation.readable;
-  report(outcome);
+  if (known != 1 || calls.size() != 1 || explained.evaluation.text != printed(calls[0].answer))
+    explained.text += explained.evaluation.text + '\n';
+  return explained;
 }
 
 }  // namespace kestran

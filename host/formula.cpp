@@ -1,12 +1,12 @@
 #include "host/formula.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <utility>
 
 #include "addin/excel_api.h"
+#include "functions/number_text.h"
 
 namespace kestran {
 
@@ -77,8 +77,8 @@ bool scan_number(std::string_view text, std::size_t& at, double& number) {
     if (end < text.size() && (text[end] == '+' || text[end] == '-')) ++end;
     if (!scan_digits()) end = mantissa_end;
   }
-  const auto read = std::from_chars(text.data() + at, text.data() + end, number);
-  // from_chars does not tell a number that is too large from one that is too small; strtod does.
+  const auto read = read_decimal(text.data() + at, text.data() + end, number);
+  // That does not tell a number that is too large from one that is too small; strtod does.
   if (read.ec != std::errc()) number = std::strtod(std::string(text.substr(at, end - at)).c_str(), nullptr);
   at = end;
   return true;

@@ -10,12 +10,12 @@
 #include <utility>
 #include <vector>
 
+#include "functions/utf8.h"
 #include "host/byte_streams.h"
 #include "host/describe.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
 #include "host/library.h"
-#include "host/wide_text.h"
 
 namespace kestran {
 namespace {
@@ -24,26 +24,7 @@ constexpr std::size_t block_bytes = 1 << 16;
 
 void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
 
-// A text as JSON writes it; bytes that are no UTF-8 become replacement characters.
-void print_quoted(std::string_view text) {
-  std::fputc('"', stdout);
-  while (!text.empty()) {
-    const std::size_t bytes = character_bytes(text);
-    const char c = text[0];
-    if (bytes == 0) {
-      print("\\ufffd");
-    } else if (c == '"' || c == '\\') {
-      std::fputc('\\', stdout);
-      std::fputc(c, stdout);
-    } else if (bytes == 1 && static_cast<unsigned char>(c) < 0x20) {
-      std::fprintf(stdout, "\\u%04x", static_cast<unsigned>(c));
-    } else {
-      print(text.substr(0, bytes));
-    }
-    text.remove_prefix(bytes == 0 ? 1 : bytes);
-  }
-  std::fputc('"', stdout);
-}
+void print_quoted(std::string_view text) { print(json_quoted(text)); }
 
 // Rows of an array; what is an error there is null.
 void print_json(const Block& block) {

@@ -166,7 +166,7 @@ bool read_arguments(int argument_count, char** arguments, Settings& settings, in
     return false;
   }
   settings.describe = app.count("--describe") > 0;
-  if (settings.catalogue) std::fputs(catalogue_json().c_str(), stdout);
+  if (settings.catalogue) std::printf("%s\n", catalogue_json(KESTRAN_VERSION).c_str());
   if (settings.manual || settings.completion) print_made(settings);
   if (settings.catalogue || settings.manual || settings.completion) {
     return false;

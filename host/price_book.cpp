@@ -260,10 +260,6 @@ class Book {
     double values[rows_at_once * most_arguments];
   };
 
-  static std::string unknown_function(const std::string& name) {
-    return "there is no function " + name + suggestion(nearest_function(name));
-  }
-
   static const ResultText* result_named(const Function& function, const std::string& name) {
     for (const ResultText& result : text_of(function).results)
       if (upper_case(result.name) == upper_case(name) && answers(function, result)) return &result;

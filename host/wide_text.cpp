@@ -1,23 +1,10 @@
 #include "host/wide_text.h"
 
+#include "functions/utf8.h"
+
 namespace kestran {
 
 constexpr unsigned high_half = 0xD800, low_half = 0xDC00, beyond_halves = 0xE000, first_pair = 0x10000;
-
-std::size_t character_bytes(std::string_view text) {
-  const auto byte = [text](std::size_t i) {
-    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
-  };
-  const unsigned first = byte(0);
-  if (first < 0x80) return 1;
-  const std::size_t bytes = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
-  for (std::size_t i = 1; i < bytes; ++i)
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-  // Longer than need be, half of a surrogate pair, or beyond the last character.
-  const bool overlong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
-  const bool beyond = (first == 0xED && byte(1) > 0x9F) || (first == 0xF4 && byte(1) > 0x8F);
-  return overlong || beyond ? 0 : bytes;
-}
 
 std::u16string widen(std::string_view text) {
   std::u16string wide;

@@ -10,7 +10,4 @@ namespace kestran {
 std::u16string widen(std::string_view text);
 std::string narrow(std::u16string_view text);
 
-/// Bytes of the UTF-8 character that `text` starts with; 0 when it starts with none.
-std::size_t character_bytes(std::string_view text);
-
 }  // namespace kestran

@@ -4,6 +4,12 @@
 
 namespace kestran {
 
+#if defined(__wasm__)
+
+int lanes() { return 2; }
+
+#else
+
 int lanes() {
   static const int chosen = [] {
     const int most = __builtin_cpu_supports("avx2") ? 4 : 2;
@@ -13,5 +19,7 @@ int lanes() {
   }();
   return chosen;
 }
+
+#endif
 
 }  // namespace kestran

@@ -13,7 +13,8 @@
 namespace kestran {
 
 /// How many lanes kernels are to use: 4 where the processor and the system have AVX2, else 2. The environment
-/// variable KESTRAN_LANES lowers it, to 2, or to 1 for no kernel at all; it is read once.
+/// variable KESTRAN_LANES lowers it, to 2, or to 1 for no kernel at all; it is read once. Always 2 in
+/// WebAssembly.
 int lanes();
 
 /// Numbers some way apart: number k is values[k * stride]. With a stride of 0 all are the same.

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "functions/describe.h"
 #include "functions/intake.h"
+#include "functions/number_text.h"
 #include "functions/refused_number.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"

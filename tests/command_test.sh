@@ -105,7 +105,7 @@ for words in '^xAMERB(Price, Strike' '^  ExpDays  .*(calendar days)$' 'Nsteps .*
   grep -q -e "$words" "$folder/described" || same '--describe' "$words" "$(cat "$folder/described")"
 done
 same '--catalogue' "$("$kestran" --list | cut -f1 | sort)" \
-  "$("$kestran" --catalogue | grep -oP '"name":"\w+","functions":\[\K[^]]*' | tr ',' '\n' | tr -d '"' | sort)"
+  "$("$kestran" --catalogue | grep -oP '"name":"\K\w+(?=","twin":)' | sort)"
 explain() {  # FORMULA PATTERN...
   "$kestran" --explain "$1" >"$folder/explained" 2>&1
   local words

@@ -12,7 +12,7 @@
 #include <random>
 #include <utility>
 
-#include "functions/describe.h"
+#include "functions/number_text.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
 #include "tests/failing_new.h"

@@ -9,8 +9,8 @@
 #include <sstream>
 #include <string>
 
-#include "functions/describe.h"
 #include "functions/example.h"
+#include "functions/number_text.h"
 #include "host/csv.h"
 
 namespace kestran {

@@ -75,6 +75,29 @@ TEST(Texts, StandForEveryArgumentAndResult) {
 }
 
 // Every result that has a text prices in the example, and no number without a text answers anything but 0.
+TEST(Texts, GivePicturesWhatTheyMoveAndWhatRunsDown) {
+  for (int f = 0; f < catalogue_size; ++f) {
+    const FunctionText& text = text_of(catalogue[f]);
+    const bool prices = text.results[0].name == std::string("premium");
+    int drivers = 0, ends = 0, months = 0;
+    for (const ArgumentText* argument : text.arguments) {
+      const Role role = argument->role;
+      const bool runs_down = role >= Role::clock && role <= Role::setting;
+      const bool is_time =
+          argument->unit == Unit::days || argument->unit == Unit::whole_days || argument->unit == Unit::years;
+      drivers += role == Role::driver;
+      ends += role == Role::expiry || role == Role::start;
+      months += role == Role::month;
+      EXPECT_TRUE(!runs_down || is_time || argument->unit == Unit::trading_days) << text.name;
+      EXPECT_TRUE(!prices || runs_down || !is_time) << text.name << "." << argument->name;
+    }
+    EXPECT_GT(drivers, 0) << text.name;
+    EXPECT_TRUE(!prices || ends > 0) << text.name;
+    for (const ResultText& result : text.results)
+      EXPECT_TRUE(result.each != ResultText::of_month || months == 1) << text.name;
+  }
+}
+
 TEST(Texts, NameEveryResultThatPrices) {
   for (int f = 0; f < catalogue_size; ++f) {
     const Function& function = catalogue[f];

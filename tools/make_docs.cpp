@@ -19,6 +19,7 @@
 
 #include "functions/describe.h"
 #include "functions/example.h"
+#include "functions/number_text.h"
 
 namespace kestran {
 namespace {

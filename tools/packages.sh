@@ -9,6 +9,12 @@
 # shellcheck disable=SC2034
 build_packages='g++ cmake ninja-build=ninja libcli11-dev=CLI/CLI.hpp libedit-dev=editline/readline.h'
 
+# What the WebAssembly module and its package are built with.
+# shellcheck disable=SC2034
+wasm_packages='cmake ninja-build=ninja clang-14=clang++-14 llvm-14=llvm-ar-14 lld-14=wasm-ld-14
+  wasi-libc=/usr/lib/wasm32-wasi/libc.a libc++-14-dev-wasm32=/usr/lib/llvm-14/lib/wasm32-wasi/libc++.a
+  libclang-rt-14-dev-wasm32=/usr/lib/llvm-14/lib/clang/14.0.6/lib/wasi/libclang_rt.builtins-wasm32.a nodejs=node'
+
 # has_package PACKAGE
 has_package() {
   case ${1#*=} in

@@ -8,9 +8,9 @@
 #include <cstring>
 #include <string>
 
-#include "bindings/postgres/sql_call.h"
 #include "functions/describe.h"
 #include "functions/example.h"
+#include "functions/written_call.h"
 
 namespace kestran {
 namespace {
@@ -27,8 +27,8 @@ std::string parameters(const Function& function) {
   std::string text;
   for (int i = 0; i < function.argument_count; ++i) {
     const Argument& argument = function.arguments[i];
-    text +=
-        (i > 0 ? ", " : "") + sql_name(argument.name) + (is_range(argument.kind) ? " float8[]" : " float8");
+    text += (i > 0 ? ", " : "") + postgres_name(argument.name) +
+            (is_range(argument.kind) ? " float8[]" : " float8");
     if (result >= 0 && i >= result) text += i == result ? " DEFAULT 0" : " DEFAULT 'NaN'";
   }
   return text;
@@ -36,14 +36,14 @@ std::string parameters(const Function& function) {
 
 std::string comment(const Function& function) {
   return description(function) + "\nIn SQL\n  " +
-         sql_call(function, operands(example_arguments(text_of(function))).data());
+         postgres_call(function, operands(example_arguments(text_of(function))).data());
 }
 
 void write_function(const char* create, const Function& function, const std::string& prefix,
                     const std::string& about) {
   // Planners compare these with the cost 1 of a sum: tens of nanoseconds.
   const int cost = function.takes_ranges ? 100 : 10;
-  const std::string name = prefix + sql_name(function.name);
+  const std::string name = prefix + postgres_name(function.name);
   std::printf(
       "%s %s(%s) RETURNS float8\n  AS 'MODULE_PATHNAME', 'kestran_%s%s'\n"
       "  LANGUAGE C IMMUTABLE STRICT PARALLEL SAFE COST %d;\nCOMMENT ON FUNCTION %s IS %s;\n\n",
@@ -64,7 +64,7 @@ int main(int count, char** arguments) {
   std::puts("\\echo Use \"CREATE EXTENSION kestran\" or \"ALTER EXTENSION kestran UPDATE\". \\quit\n");
   for (int i = 0; i < catalogue_size; ++i) {
     const char* create = update ? "CREATE OR REPLACE FUNCTION" : "CREATE FUNCTION";
-    const std::string name = sql_name(catalogue[i].name);
+    const std::string name = postgres_name(catalogue[i].name);
     write_function(create, catalogue[i], "", comment(catalogue[i]));
     write_function(create, catalogue[i], "try_", name + ", with NULL for a call that it refuses");
   }

@@ -1,20 +1,22 @@
 """The formulas of a folder through Python and, as one file of deals, through the command; an answer a line.
 
-calls.py FOLDER COMMAND reads FOLDER/formulas and writes FOLDER/python and FOLDER/files.
+calls.py FOLDER COMMAND reads FOLDER/calls and writes FOLDER/python and FOLDER/files.
 """
 import csv
 import subprocess
 import sys
 
+import kestran
 from command import call_of
 
 folder, command = sys.argv[1:]
-with open(f"{folder}/formulas", encoding="utf-8") as file:
-    calls = [call_of(formula) for formula in file]
+with open(f"{folder}/calls", encoding="utf-8") as file:
+    written = [line.rstrip("\n").split("\t") for line in file]
+calls = [call_of(formula) for formula, _, _, _ in written]
 
 with open(f"{folder}/python", "w", encoding="utf-8") as file:
-    for function, arguments in calls:
-        print(repr(float(function(*arguments))), file=file)
+    for _, _, _, call in written:
+        print(repr(float(eval(call, {"kestran": kestran}))), file=file)
 
 
 def field(value):

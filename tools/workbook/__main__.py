@@ -24,7 +24,7 @@ def main(command_path, path):
     book = Book(path, command)
     contents = Contents(book)
     desks = [desk(book) for desk in DESKS]
-    families = [FamilySheet(book, family) for family in command.catalogue['families']]
+    families = [FamilySheet(book, family) for family in command.families]
     contents.fill(desks, families)
     try:
         book.close()

@@ -31,7 +31,7 @@ class Contents:
         sheet = self.sheet
         first = families[0].blocks[0].function
         sheet.put(row, 0, 'Add-in', 'label', bold=True)
-        call = f"_xll.{first['name']}({','.join(first['example'])})"
+        call = f"_xll.{first['name']}({','.join(first['written'])})"
         sheet.put(row, 1, f'=IF(ISNUMBER({call}),"loaded: green cells are live",'
                   '"not loaded: green cells show what is stored, or an error once they are worked out anew")',
                   'text', stored=NOT_COMPUTED, bold=True)

@@ -82,12 +82,12 @@ def slips_of(function, i, areas):
     if argument['whole']:
         words = f'"counts as "&TRUNC({cell})' if area.cells == cell else '"counts without its decimals"'
         yield f'SUMPRODUCT(({area.cells}<>TRUNC({area.cells}))*1)>0', words, f'{cell}<>TRUNC({cell})'
-    for first, second in function['in_order']:
+    for first, second in function['inOrder']:
         if first == i:
             later = areas[second]
             words = f"\"is more than {function['arguments'][second]['name']}\""
             yield f'SUMPRODUCT(({area.cells}>{later.cells})*1)>0', words, f'{cell}>{at(later.row, FIRST)}'
-    for count, begin, end in function['fixings_within']:
+    for count, begin, end in function['fixingsWithin']:
         if count == i:
             days = lambda last, first: f'({last}-{first})*365.25+1'
             names = [function['arguments'][place]['name'] for place in (begin, end)]
@@ -123,8 +123,8 @@ class FunctionBlock:
     def write_arguments(self):
         self.write_heads(['argument', 'value', '', '', '', 'unit', 'meaning', 'look again'])
         self.row += 1
-        for i, (argument, written) in enumerate(zip(self.function['arguments'], self.function['example'])):
-            if i == self.function['result_argument']:
+        for i, (argument, written) in enumerate(zip(self.function['arguments'], self.function['written'])):
+            if i == self.function['resultArgument']:
                 continue
             self.areas[i] = self.write_argument(argument, written)
         for i in self.areas:
@@ -172,7 +172,7 @@ class FunctionBlock:
             count = 1
             name = result['name']
             if result['each'] == 'period':
-                count = len(rows_of(self.function['example'][0])[0])
+                count = len(rows_of(self.function['written'][0])[0])
             for k in range(count):
                 meaning = result['meaning'] + ('; of RetMonth' if result['each'] == 'month' else '')
                 numbered = f'{name} {k + 1}' if count > 1 else name
@@ -185,10 +185,10 @@ class FunctionBlock:
         return f"=_xll.{name}({','.join(given)})"
 
     def write_results(self):
-        selects = self.function['result_argument'] >= 0
+        selects = self.function['resultArgument'] is not None
         heads = ['result', *self.names[:2]] + [''] * (2 - len(self.names[:2])) + ['expected', '', 'unit', 'meaning', 'check']
         if selects:
-            heads[SELECTOR] = self.function['arguments'][self.function['result_argument']]['name']
+            heads[SELECTOR] = self.function['arguments'][self.function['resultArgument']]['name']
         self.write_heads(heads)
         self.row += 1
         first = self.row
@@ -199,7 +199,7 @@ class FunctionBlock:
             self.sheet.put(self.row, UNIT, unit, 'unit')
             self.sheet.put(self.row, MEANING, meaning, 'note')
             self.write_calls([self.call(twin, self.row) if twin in functions else None for twin in self.names])
-        written = ','.join(self.function['example'])
+        written = ','.join(self.function['written'])
         self.sheet.put(self.row, NAME, 'as one formula', 'label')
         formula = f"{self.function['name']}({written})"
         if len(formula) > 70:

@@ -185,7 +185,7 @@ class Book:
 
     def function(self, name):
         """What the catalogue says of a function."""
-        return next(entry for family in self.command.catalogue['families'] for entry in family['functions']
+        return next(entry for family in self.command.families for entry in family['functions']
                     if name in entry['functions'])
 
     def selector(self, function, result):

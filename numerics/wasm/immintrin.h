@@ -1,0 +1,4 @@
+// Stands in for the compiler's header, which WebAssembly has none of.
+#pragma once
+
+#include "emmintrin.h"

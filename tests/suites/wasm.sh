@@ -1,0 +1,21 @@
+# shellcheck shell=bash
+about='the WebAssembly module and its npm package in Node; the output of all formulas is that of Linux to the byte'
+packages="$test_packages $wasm_packages npm"
+
+# Numbers that are hard to read and to write.
+exact_numbers() {
+  timeout 60 node tests/web/numbers.mjs 200000 >build/wasm/numbers &&
+    build/linux/bin/kestran <build/wasm/numbers >build/wasm/numbers.linux &&
+    timeout 100 node web/price.mjs <build/wasm/numbers >build/wasm/numbers.out &&
+    cmp build/wasm/numbers.linux build/wasm/numbers.out
+}
+
+run_suite() {
+  once 'linux: command' build linux kestran || return
+  once 'wasm: build' build wasm || return
+  step 'wasm: same output' same_output build/wasm timeout 100 node web/price.mjs
+  step 'wasm: exact numbers' exact_numbers
+  mkdir -p build/web
+  once 'web: install' quietly build/web/install.log tests/web/install.sh &&
+    step 'wasm: package' timeout 240 tests/web/package.sh
+}
