@@ -1,4 +1,4 @@
-#include "functions/catalogue_json.h"
+#include "functions/web_catalogue.h"
 
 #include <cmath>
 #include <string_view>
@@ -186,7 +186,7 @@ void visit_functions(const FamilyText& family, const Visit& visit) {
 
 }  // namespace
 
-std::string catalogue_json(const std::string& version) {
+std::string web_catalogue(const std::string& version) {
   Writer to;
   to.open('{');
   to.member("version").text(version);

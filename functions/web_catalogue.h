@@ -7,6 +7,6 @@ namespace kestran {
 
 /// All functions as one JSON object, in the order of the README: names, twins, families, arguments with
 /// units, choices and examples, results. bindings/web/index.d.ts.in describes its form.
-std::string catalogue_json(const std::string& version);
+std::string web_catalogue(const std::string& version);
 
 }  // namespace kestran
