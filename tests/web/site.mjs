@@ -159,7 +159,7 @@ const tests = {
   },
 
   async 'the search finds names, arguments and words of the market'(open) {
-    const page = await open(addressOf('index.html'));
+    const page = await open(addressOf('scale.html'));
     const found = async (query) => {
       await page.evaluate(() => { document.getElementById('search').focus(); document.getElementById('search').select(); });
       await page.keyboard.type(query);
@@ -171,6 +171,10 @@ const tests = {
     for (const [words, name] of [['collar', 'XCOL'], ['crack spread', 'SPRDOPT'], ['APO', 'xCrudeAPO'], ['negative prices', 'Negative prices']])
       assert.ok((await found(words)).some((title) => title.startsWith(name)), words);
     assert.equal((await found('nothing of the kind')).length, 0);
+    const index = await open(addressOf('index.html'));
+    await index.evaluate(() => document.getElementById('search').focus());
+    await index.keyboard.type('crack');
+    assert.ok(await until(index, () => [...document.querySelectorAll('[data-name]')].filter((card) => !card.hidden).map((card) => card.dataset.name).join() !== '' && !document.querySelector('[data-name=SPRDOPT]').hidden && document.querySelector('[data-name=AMER]').hidden));
   },
 
   async 'light and dark follow the button'(open) {
