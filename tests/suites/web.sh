@@ -9,6 +9,7 @@ run_suite() {
   once 'web: install' quietly build/web/install.log tests/web/install.sh || return
   step 'web: module' timeout --kill-after=20 280 node tests/web/module.mjs
   step 'web: site' site || return
+  step 'web: formulas' node tests/web/reference.mjs
   step 'web: the same site on paper' same_on_paper
   step 'web: every page' timeout --kill-after=20 580 node tests/web/site_all.mjs
   step 'web: pages in both browsers' timeout --kill-after=20 280 node tests/web/site.mjs

@@ -58,9 +58,8 @@ export function referenceHtml(text, toHtml, level = 3) {
   };
   const plain = text.replace(/\$\$([^$]+)\$\$/g, held(true)).replace(/\$([^$]+)\$/g, held(false))
     .replace(/^##(?= )/gm, '#'.repeat(level));
-  // A formula that stands alone is no paragraph; a mark of punctuation never begins a line alone.
-  return toHtml(plain).replace(/<p>(maths\d+held)<\/p>/g, '$1').replace(/maths(\d+)held([,.;:)]*)/g, (whole, k, behind) => {
-    const math = formulas[Number(k)];
-    return behind === '' || math.startsWith('<div') ? math + behind : `<span class="nowrap">${math}${behind}</span>`;
-  });
+  // A formula that stands alone is no paragraph. What defines a symbol and marks of punctuation stay on its line.
+  return toHtml(plain).replace(/<p>(maths\d+held)<\/p>/g, '$1')
+    .replace(/maths\d+held = (?:<a[^>]*>)?<code>[^<]*<\/code>(?:<\/a>)?[,.;:)]*|maths\d+held[,.;:)]+/g, '<span class="nowrap">$&</span>')
+    .replace(/maths(\d+)held/g, (whole, k) => formulas[Number(k)]);
 }
