@@ -115,6 +115,22 @@ std::string argument_meaning(const Function& function, int i, bool brief) {
   return meaning;
 }
 
+std::string result_meaning(const ResultText& result) {
+  const std::string meaning = result.meaning + std::string(" (") + result.unit + ")";
+  return result.each == ResultText::of_month ? meaning + "; of RetMonth" : meaning;
+}
+
+std::string result_names(const Function& function) {
+  std::string names;
+  if (result_argument(function) < 0) return names;
+  for (const ResultText& result : text_of(function).results) {
+    if (!answers(function, result)) continue;
+    names += (names.empty() ? "" : ", ") + std::to_string(result.selector) +
+             (result.each == ResultText::of_period ? " and on " : " ") + result.name;
+  }
+  return names;
+}
+
 std::string description(const Function& function) {
   const FunctionText& about = text_of(function);
   std::string text;
@@ -140,9 +156,7 @@ std::string description(const Function& function) {
     if (!answers(function, result)) continue;
     std::string name = selects ? std::to_string(result.selector) + " " : "";
     if (result.each == ResultText::of_period) name += "and on ";
-    std::string meaning = result.meaning + std::string(" (") + result.unit + ")";
-    if (result.each == ResultText::of_month) meaning += "; of RetMonth";
-    rows.push_back({name + result.name, meaning});
+    rows.push_back({name + result.name, result_meaning(result)});
   }
   add_rows(text, selects ? "Results" : "Result", rows);
 

@@ -23,6 +23,12 @@ std::string choices(const Function& function, int argument, bool brief = false);
 /// What one argument means, with its choices, brief or not, and its unit.
 std::string argument_meaning(const Function& function, int argument, bool brief = false);
 
+/// What one result means, with its unit.
+std::string result_meaning(const ResultText& result);
+
+/// The results there are to choose from, such as "0 premium, 1 delta"; empty where there is one only.
+std::string result_names(const Function& function);
+
 /// Signature, arguments, results, an example with its value and how far to trust it, in lines of plain text.
 std::string description(const Function& function);
 

@@ -21,6 +21,7 @@ std::size_t character_bytes(std::string_view text) {
 
 std::string json_quoted(std::string_view text) {
   std::string quoted = "\"";
+  quoted.reserve(text.size() + 2);
   while (!text.empty()) {
     const std::size_t bytes = character_bytes(text);
     const char c = text[0];

@@ -1,4 +1,4 @@
-// What kestran.js calls of the module beside bindings/c/kestran.h. Texts last until the next call.
+// What kestran.js calls of the module beside bindings/c/kestran.h. The caller frees the texts.
 #include <cstdlib>
 #include <new>
 #include <string>
@@ -7,14 +7,13 @@
 #include "bindings/c/kestran.h"
 #include "functions/catalogue_json.h"
 #include "functions/explain.h"
+#include "functions/handed_over.h"
 #include "functions/refused_number.h"
 #include "functions/utf8.h"
 #include "functions/written_call.h"
 
 namespace kestran {
 namespace {
-
-std::string text;
 
 const Function& of(const kestran_function* function) { return *reinterpret_cast<const Function*>(function); }
 
@@ -35,38 +34,36 @@ std::string list(const char* name, const std::vector<std::string>& items) {
 
 extern "C" {
 
-__attribute__((export_name("kestran_catalogue"))) const char* kestran_catalogue() {
-  text = catalogue_json(kestran_version());
-  return text.c_str();
+__attribute__((export_name("kestran_catalogue"))) char* kestran_catalogue() {
+  return handed_over(catalogue_json(kestran_version()));
 }
 
 // How the arguments of one deal are understood, what is refused and what looks like a slip, as JSON.
-__attribute__((export_name("kestran_check"))) const char* kestran_check(const kestran_function* handle,
-                                                                        const kestran_operand* given) {
+__attribute__((export_name("kestran_check"))) char* kestran_check(const kestran_function* handle,
+                                                                  const kestran_operand* given) {
   const Function& function = of(handle);
   const std::vector<Operand> operands = taken(function, given);
   std::vector<std::string> meanings;
   for (std::size_t i = 0; i < operands.size(); ++i)
     meanings.push_back(understood(function, static_cast<int>(i), operands[i]));
   const Answer answer = price(function, operands.data());
-  text = "{" + list("understood", meanings) + "," + list("refusals", refusals(function, operands.data())) +
-         "," + list("warnings", warnings(function, operands.data(), answer)) + "}";
-  return text.c_str();
+  return handed_over("{" + list("understood", meanings) + "," +
+                     list("refusals", refusals(function, operands.data())) + "," +
+                     list("warnings", warnings(function, operands.data(), answer)) + "}");
 }
 
 // One deal as each host's call, as JSON.
-__attribute__((export_name("kestran_written"))) const char* kestran_written(const kestran_function* handle,
-                                                                            const kestran_operand* given) {
+__attribute__((export_name("kestran_written"))) char* kestran_written(const kestran_function* handle,
+                                                                      const kestran_operand* given) {
   const Function& function = of(handle);
   const std::vector<Operand> operands = taken(function, given);
   const auto member = [](const char* name, const std::string& call) {
     return json_quoted(name) + ":" + json_quoted(call);
   };
-  text = "{" + member("sheet", sheet_call(function, operands.data())) + "," +
-         member("python", python_call(function, operands.data())) + "," +
-         member("postgres", postgres_call(function, operands.data())) + "," +
-         member("duckdb", duckdb_call(function, operands.data())) + "}";
-  return text.c_str();
+  return handed_over("{" + member("sheet", sheet_call(function, operands.data())) + "," +
+                     member("python", python_call(function, operands.data())) + "," +
+                     member("postgres", postgres_call(function, operands.data())) + "," +
+                     member("duckdb", duckdb_call(function, operands.data())) + "}");
 }
 
 // Which argument a deal is refused for; -1 for none.

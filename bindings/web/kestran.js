@@ -53,6 +53,11 @@ async function openKestran(module) {
     const bytes = new Uint8Array(wasm.memory.buffer, at >>> 0);
     return utf8.decode(bytes.subarray(0, bytes.indexOf(0)));
   };
+  const takeText = (at) => {
+    const text = read(at);
+    wasm.free(at);
+    return text;
+  };
   const withMemory = (bytes, use) => {
     const at = bytes < 2 ** 32 ? wasm.malloc(bytes) >>> 0 : 0;
     if (at === 0) throw new RangeError('not enough memory');
@@ -71,7 +76,7 @@ async function openKestran(module) {
     });
   };
 
-  const catalogue = JSON.parse(read(wasm.kestran_catalogue()));
+  const catalogue = JSON.parse(takeText(wasm.kestran_catalogue()));
   const entries = new Map();
   for (const about of catalogue.functions) {
     const handle = withText(about.name, (at) => wasm.kestran_find(at));
@@ -181,7 +186,7 @@ async function openKestran(module) {
     const list = inOrder(entry, args);
     const remark = (text) => ({ argument: entry.about.arguments.find((one) => text.startsWith(`${one.name} `))?.name ?? null, text });
     if (entry.about.resultArgument !== null) list[entry.about.resultArgument] ??= 0;
-    const found = withOperands(entry, list, () => 0, ({ operands }) => JSON.parse(read(wasm.kestran_check(entry.handle, operands))));
+    const found = withOperands(entry, list, () => 0, ({ operands }) => JSON.parse(takeText(wasm.kestran_check(entry.handle, operands))));
     return { understood: found.understood, refusals: found.refusals.map(remark), warnings: found.warnings.map(remark) };
   };
 
@@ -189,14 +194,25 @@ async function openKestran(module) {
     const entry = find(name);
     const list = inOrder(entry, args);
     if (entry.about.resultArgument !== null) list[entry.about.resultArgument] ??= 0;
-    return withOperands(entry, list, () => 0, ({ operands }) => JSON.parse(read(wasm.kestran_written(entry.handle, operands))));
+    return withOperands(entry, list, () => 0, ({ operands }) => JSON.parse(takeText(wasm.kestran_written(entry.handle, operands))));
   };
 
-  const cell = (formula) => {
-    const state = withText(formula, wasm.kestran_cell);
-    const kind = { 2: 'number', 3: 'text', 4: 'boolean' }[state & 7] ?? 'error';
-    return { text: read(wasm.kestran_text()), kind, readable: (state & 8) === 0, note: read(wasm.kestran_note()) };
+  // The add-in is loaded for the first formula.
+  let opened = false;
+  const show = (formula, work) => {
+    if (!opened) {
+      const failure = takeText(wasm.kestran_open());
+      if (failure) throw new Error(failure);
+      opened = true;
+    }
+    return withText(formula, (at, size) => withMemory(8, (shown) => {
+      const state = work(at, size, shown);
+      const [text, note] = Array.from(new Uint32Array(wasm.memory.buffer, shown, 2), takeText);
+      const kind = { 2: 'number', 3: 'text', 4: 'boolean' }[state & 7] ?? 'error';
+      return { text, kind, readable: (state & 8) === 0, note };
+    }));
   };
+  const cell = (formula) => show(formula, wasm.kestran_cell);
 
   const kestran = {
     version: catalogue.version,
@@ -206,13 +222,13 @@ async function openKestran(module) {
     calls,
     cell,
     evaluate: (formula) => cell(formula).text,
-    explain: (formula) => (withText(formula, wasm.kestran_explain), read(wasm.kestran_text())),
+    explain: (formula) => show(formula, wasm.kestran_explain).text,
   };
   for (const { about } of entries.values()) {
     const method = (...given) => {
       const options = given.length > 0 && isOptions(given[given.length - 1]) && (given.length > 1 || 'result' in given[0] || 'results' in given[0]) ? given.pop() : {};
       const prices = price(about.name, isOptions(given[0]) ? given[0] : given, options);
-      const show = (of) => {
+      const valueOf = (of) => {
         if (!prices.single) return prices.values[of];
         if (Number.isNaN(prices.values[of][0])) {
           const refusal = prices.refusal(0, of);
@@ -221,7 +237,7 @@ async function openKestran(module) {
         return prices.values[of][0];
       };
       const names = Object.keys(prices.values);
-      return options.results === undefined ? show(names[0]) : Object.fromEntries(names.map((of) => [of, show(of)]));
+      return options.results === undefined ? valueOf(names[0]) : Object.fromEntries(names.map((of) => [of, valueOf(of)]));
     };
     kestran[about.name] = Object.assign(method, { about });
   }

@@ -1,10 +1,10 @@
-// Makes the npm package: node make-package.mjs MODULE OUT
-// The version is the module's, the functions in the types are those of its catalogue.
+// Makes the npm package: node make-package.mjs MODULE OUT VERSION
+// The functions in the types are those of the module's catalogue.
 import { cpSync, mkdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { dirname, join } from 'node:path';
 import { fileURLToPath, pathToFileURL } from 'node:url';
 
-const [module, out] = process.argv.slice(2);
+const [module, out, version] = process.argv.slice(2);
 const here = dirname(fileURLToPath(import.meta.url));
 const source = (name) => readFileSync(join(here, name), 'utf8');
 const write = (name, text) => writeFileSync(join(out, name), text);
@@ -27,9 +27,9 @@ cpSync(module, join(out, 'kestran.wasm'));
 cpSync(join(here, 'README.md'), join(out, 'README.md'));
 cpSync(join(here, '../../THIRD-PARTY-NOTICES'), join(out, 'THIRD-PARTY-NOTICES'));
 
-const { kestran } = await import(pathToFileURL(join(out, 'node.js')));
-write('package.json', source('package.json.in').replace('@VERSION@', kestran.version));
+write('package.json', source('package.json.in').replace('@VERSION@', version));
 
+const { kestran } = await import(pathToFileURL(join(out, 'node.js')));
 const types = { number: 'N', range: 'R', block: 'B' };
 const quote = (text) => `'${text.replaceAll("'", "\\'")}'`;
 const comment = (indent, lines) => `${indent}/**\n${lines.map((line) => `${indent} * ${line}\n`).join('')}${indent} */\n`;

@@ -1,0 +1,15 @@
+# shellcheck shell=bash
+about='Gnumeric: the add-in through its loader, and the plugin; the extension of LibreOffice Calc; the help for Excel while a formula is typed'
+packages="$test_packages gnumeric libxml2-utils=xmllint zip libreoffice-dev=/usr/lib/libreoffice/sdk/bin/unoidl-write
+  libreoffice-calc-nogui=/usr/lib/libreoffice/program/libsclo.so python3-uno=/usr/lib/python3/dist-packages/uno.py
+  python3-xlsxwriter=/usr/lib/python3/dist-packages/xlsxwriter python3-pytest"
+
+run_suite() {
+  once 'linux: command' build linux kestran || return
+  step 'spreadsheets: build' build linux kestran_addin kestran_gnumeric xlcall32_gnumeric example_calls make_intellisense \
+    kestran_oxt || return
+  step 'spreadsheets: Gnumeric, loader' timeout 300 tests/spreadsheets/gnumeric.sh loader
+  step 'spreadsheets: Gnumeric, plugin' timeout 300 tests/spreadsheets/gnumeric.sh plugin
+  step 'spreadsheets: Calc' quietly build/linux/calc.log timeout --kill-after=20 280 tests/spreadsheets/calc.sh linux
+  step 'spreadsheets: IntelliSense' timeout 60 tests/spreadsheets/intellisense.sh
+}
