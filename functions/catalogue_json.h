@@ -1,12 +1,12 @@
-// The catalogue and its texts as data, for hosts that are written in other languages.
+// All functions with their texts as data, for programs that are no C++.
 #pragma once
 
 #include <string>
 
 namespace kestran {
 
-/// All functions as one JSON object, in the order of the README: names, twins, families, arguments with
-/// units, choices and examples, results. bindings/web/index.d.ts.in describes its form.
-std::string catalogue_json(const std::string& version);
+/// The families with their functions as a JSON object: what arguments and results are called and mean, in
+/// which unit, the choices of selectors, which numbers look like a slip, and an example.
+std::string catalogue_json();
 
 }  // namespace kestran

@@ -73,17 +73,25 @@ bool read_argument(const std::string& text, GivenArgument& given) {
   return true;
 }
 
-std::vector<GivenArgument> example_arguments(const FunctionText& text) {
-  std::vector<GivenArgument> list;
+std::vector<std::string> written_example_arguments(const FunctionText& text) {
+  std::vector<std::string> list;
   const std::string formula = text.example;
   bool in_block = false;
   std::size_t begin = formula.find('(') + 1;
   for (std::size_t i = begin; i < formula.size(); ++i) {
     in_block = formula[i] == '{' || (in_block && formula[i] != '}');
     if ((formula[i] != ',' || in_block) && i + 1 != formula.size()) continue;
-    list.emplace_back();
-    read_argument(formula.substr(begin, i - begin), list.back());
+    list.push_back(formula.substr(begin, i - begin));
     begin = i + 1;
+  }
+  return list;
+}
+
+std::vector<GivenArgument> example_arguments(const FunctionText& text) {
+  std::vector<GivenArgument> list;
+  for (const std::string& written : written_example_arguments(text)) {
+    list.emplace_back();
+    read_argument(written, list.back());
   }
   return list;
 }

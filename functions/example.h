@@ -22,7 +22,10 @@ std::vector<Operand> operands(const std::vector<GivenArgument>& given);
 /// out, {20,21;22,23} or 20;21;22 for a column and 1;0.5|0.5;1 for a matrix. False when it is none of these.
 bool read_argument(const std::string& text, GivenArgument& given);
 
-/// The arguments of the function's example, read from its text.
+/// The arguments of the function's example as they are written: "100", "5%", "{20,21}".
+std::vector<std::string> written_example_arguments(const FunctionText& text);
+
+/// The same, read.
 std::vector<GivenArgument> example_arguments(const FunctionText& text);
 
 }  // namespace kestran

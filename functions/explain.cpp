@@ -47,56 +47,27 @@ const char* text_of(Reason reason) {
 
 int cells_of(const Operand& given) { return given.rows > 0 ? given.rows * given.columns : 1; }
 
-// Days between which a number looks like a spreadsheet's date of the years 1990 to 2100.
-bool looks_like_a_date(double days) { return days >= 32874.0 && days <= 73415.0; }
+// A spreadsheet's dates of the years 1990 to 2100.
+constexpr double before_dates = 32873.0, after_dates = 73416.0;
 
 std::string per_cent(double share) { return short_number(100.0 * share) + " %"; }
+
+// The words with the number in its place.
+std::string filled(std::string words, double number) {
+  const std::size_t share = words.find("{%}");
+  if (share != std::string::npos) words.replace(share, 3, per_cent(number));
+  const std::size_t plain = words.find("{}");
+  if (plain != std::string::npos) words.replace(plain, 2, short_number(number));
+  return words;
+}
 
 // What is odd about one number of an argument; empty when nothing is.
 std::string oddity(const ArgumentText& text, double number) {
   if (std::isnan(number)) return "";
-  const double years = text.unit == Unit::years ? number : number / days_per_year;
-  const bool may_be_negative = text.low < 0.0;
-  switch (text.unit) {
-    case Unit::volatility:
-      if (number > 3.0) return "is a volatility of " + per_cent(number) + " per year; 25 % is 0.25";
-      if (number < 0.0) return "is a negative volatility";
-      break;
-    case Unit::rate:
-    case Unit::semiannual:
-      if (std::fabs(number) > 1.0) return "is a rate of " + per_cent(number) + " per year; 5 % is 0.05";
-      break;
-    case Unit::correlation:
-      if (std::fabs(number) > 1.0) return "is a correlation beyond -1 to 1";
-      break;
-    case Unit::price:
-    case Unit::ratio:
-      if (number < 0.0 && !may_be_negative) return "is a negative price";
-      break;
-    case Unit::days:
-    case Unit::whole_days:
-      if (looks_like_a_date(number)) return "looks like a date; days from today are wanted";
-      if (years > 50.0) return "is more than 50 years";
-      if (number > 0.0 && number < 1.0) return "is less than a day; days are wanted, not years";
-      break;
-    case Unit::years:
-      if (looks_like_a_date(number)) return "looks like a date; years from today are wanted";
-      if (number > 50.0 || number > 5.0 * text.high)
-        return "is " + short_number(number) + " years; days were meant?";
-      break;
-    case Unit::trading_days:
-      if (looks_like_a_date(number)) return "looks like a date; trading days are wanted";
-      if (number > 0.0 && number < 1.0) return "is less than a day; trading days are wanted, not years";
-      break;
-    case Unit::count:
-      if (number < 0.0) return "is a negative count";
-      break;
-    default:
-      break;
-  }
-  const bool truncated =
-      text.unit == Unit::count || text.unit == Unit::whole_days || text.unit == Unit::selector;
-  if (truncated && number != std::trunc(number)) return "counts as " + short_number(std::trunc(number));
+  for (const OddNumbers& odd : odd_numbers(text))
+    if (!(number <= odd.above || number >= odd.below)) return filled(odd.words, number);
+  if (counts_whole(text) && number != std::trunc(number))
+    return "counts as " + short_number(std::trunc(number));
   return "";
 }
 
@@ -116,47 +87,56 @@ bool has_words(Unit unit) {
   }
 }
 
-const Operand* find(const Function& function, const Operand* given, const char* name) {
-  for (int i = 0; i < function.argument_count; ++i)
-    if (std::strcmp(function.arguments[i].name, name) == 0) return given + i;
-  return nullptr;
-}
-
 double cell(const Operand& given, int k) { return given.values[std::min(k, cells_of(given) - 1)]; }
 
-// Arguments of which the first must not come after the second.
-constexpr const char* in_order[][2] = {
+// Arguments of which the first must not be more than the second.
+constexpr const char* ordered_names[][2] = {
     {"toNext", "toEnd"},   {"toStart", "toEnd"},      {"toVested", "toExp"},   {"BegDays", "EndDays"},
     {"Next1", "End1"},     {"Next2", "End2"},         {"AvgStart", "AvgEnd"},  {"TimeOver", "TimeUnder"},
     {"toNext", "ExpDays"}, {"CmpExpDays", "ExpDays"}, {"Next_rng", "End_rng"}, {"BegDays_rng", "EndDays_rng"},
     {"SetDays", "TotDays"}};
 
 // Counts of fixings with the years from the first fixing to the last, into which they must fit.
-constexpr const char* fixings_within[][3] = {
+constexpr const char* names_of_fixings[][3] = {
     {"Settles_rng", "Next_rng", "End_rng"}, {"Settle1", "Next1", "End1"}, {"Settle2", "Next2", "End2"}};
 
+int place_of(const Function& function, const char* name) {
+  for (int i = 0; i < function.argument_count; ++i)
+    if (std::strcmp(function.arguments[i].name, name) == 0) return i;
+  return -1;
+}
+
+// Those of the lists of names that the function has all of, as places.
+template <std::size_t size, std::size_t lists>
+std::vector<std::array<int, size>> places(const Function& function, const char* const (&names)[lists][size]) {
+  std::vector<std::array<int, size>> found;
+  for (const auto& list : names) {
+    std::array<int, size> place{};
+    std::transform(list, list + size, place.begin(),
+                   [&](const char* name) { return place_of(function, name); });
+    if (*std::min_element(place.begin(), place.end()) >= 0) found.push_back(place);
+  }
+  return found;
+}
+
 void add_slips_of_pairs(const Function& function, const Operand* given, std::vector<std::string>& list) {
-  for (const auto& pair : in_order) {
-    const Operand* first = find(function, given, pair[0]);
-    const Operand* second = find(function, given, pair[1]);
-    if (first == nullptr || second == nullptr) continue;
-    for (int k = 0; k < std::max(cells_of(*first), cells_of(*second)); ++k)
-      if (cell(*first, k) > cell(*second, k)) {
-        list.push_back(pair[0] + (" " + short_number(cell(*first, k))) + " is more than " + pair[1] + " " +
-                       short_number(cell(*second, k)));
+  for (const auto& [a, b] : in_order(function)) {
+    const Operand &first = given[a], &second = given[b];
+    for (int k = 0; k < std::max(cells_of(first), cells_of(second)); ++k)
+      if (cell(first, k) > cell(second, k)) {
+        list.push_back(function.arguments[a].name + (" " + short_number(cell(first, k))) + " is more than " +
+                       function.arguments[b].name + " " + short_number(cell(second, k)));
         break;
       }
   }
-  for (const auto& names : fixings_within) {
-    const Operand* fixings = find(function, given, names[0]);
-    const Operand* first = find(function, given, names[1]);
-    const Operand* last = find(function, given, names[2]);
-    if (fixings == nullptr || first == nullptr || last == nullptr) continue;
-    for (int k = 0; k < cells_of(*fixings); ++k) {
-      const double days = (cell(*last, k) - cell(*first, k)) * days_per_year + 1.0;
-      if (cell(*first, k) > 0.0 && days > 0.0 && cell(*fixings, k) > days + 0.5) {
-        list.push_back(names[0] + (" " + short_number(cell(*fixings, k))) + " is more fixings than the " +
-                       short_number(days, 3) + " days from " + names[1] + " to " + names[2]);
+  for (const auto& [n, a, b] : fixings_within(function)) {
+    const Operand &fixings = given[n], &first = given[a], &last = given[b];
+    for (int k = 0; k < cells_of(fixings); ++k) {
+      const double days = (cell(last, k) - cell(first, k)) * days_per_year + 1.0;
+      if (cell(first, k) > 0.0 && days > 0.0 && cell(fixings, k) > days + 0.5) {
+        list.push_back(function.arguments[n].name + (" " + short_number(cell(fixings, k))) +
+                       " is more fixings than the " + short_number(days, 3) + " days from " +
+                       function.arguments[a].name + " to " + function.arguments[b].name);
         break;
       }
     }
@@ -164,6 +144,50 @@ void add_slips_of_pairs(const Function& function, const Operand* given, std::vec
 }
 
 }  // namespace
+
+std::vector<OddNumbers> odd_numbers(const ArgumentText& text) {
+  switch (text.unit) {
+    case Unit::volatility:
+      return {{3.0, none, "is a volatility of {%} per year; 25 % is 0.25"},
+              {none, 0.0, "is a negative volatility"}};
+    case Unit::rate:
+    case Unit::semiannual:
+      return {{1.0, none, "is a rate of {%} per year; 5 % is 0.05"},
+              {none, -1.0, "is a rate of {%} per year; 5 % is 0.05"}};
+    case Unit::correlation:
+      return {{1.0, none, "is a correlation beyond -1 to 1"},
+              {none, -1.0, "is a correlation beyond -1 to 1"}};
+    case Unit::price:
+    case Unit::ratio:
+      if (text.low < 0.0) return {};
+      return {{none, 0.0, "is a negative price"}};
+    case Unit::days:
+    case Unit::whole_days:
+      return {{before_dates, after_dates, "looks like a date; days from today are wanted"},
+              {50.0 * days_per_year, none, "is more than 50 years"},
+              {0.0, 1.0, "is less than a day; days are wanted, not years"}};
+    case Unit::years:
+      return {{before_dates, after_dates, "looks like a date; years from today are wanted"},
+              {std::fmin(50.0, 5.0 * text.high), none, "is {} years; days were meant?"}};
+    case Unit::trading_days:
+      return {{before_dates, after_dates, "looks like a date; trading days are wanted"},
+              {0.0, 1.0, "is less than a day; trading days are wanted, not years"}};
+    case Unit::count:
+      return {{none, 0.0, "is a negative count"}};
+    default:
+      return {};
+  }
+}
+
+bool counts_whole(const ArgumentText& text) {
+  return text.unit == Unit::count || text.unit == Unit::whole_days || text.unit == Unit::selector;
+}
+
+std::vector<std::array<int, 2>> in_order(const Function& function) { return places(function, ordered_names); }
+
+std::vector<std::array<int, 3>> fixings_within(const Function& function) {
+  return places(function, names_of_fixings);
+}
 
 std::string short_number(double number, int digits) {
   char text[40];

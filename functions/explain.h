@@ -1,6 +1,7 @@
 // Words about one call: how each argument is understood, why the call is refused, and what looks like a slip.
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,25 @@ std::vector<std::string> slips(const Function& function, const Operand* given);
 
 /// The same, and that the model has no number, where that is the answer.
 std::vector<std::string> warnings(const Function& function, const Operand* given, const Answer& answer);
+
+/// Numbers that look like a slip: those between the bounds, these excluded; NaN is no bound.
+struct OddNumbers {
+  double above, below;
+  const char* words;  // after the argument's name; {} stands for the number, {%} for it as per cent
+};
+
+/// Those of an argument; where several fit, the first counts.
+std::vector<OddNumbers> odd_numbers(const ArgumentText& text);
+
+/// Whether the argument counts without its decimals.
+bool counts_whole(const ArgumentText& text);
+
+/// Arguments, by their places, of which the first must not be more than the second.
+std::vector<std::array<int, 2>> in_order(const Function& function);
+
+/// Counts of fixings with the years to the first fixing and to the last, into which they must fit; by their
+/// places.
+std::vector<std::array<int, 3>> fixings_within(const Function& function);
 
 /// A number with at most this many significant digits.
 std::string short_number(double number, int digits = 6);

@@ -1,5 +1,6 @@
 #include "functions/texts.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "functions/shared_texts.h"
@@ -77,6 +78,15 @@ struct TextsByPlace {
 const FunctionText& text_of(const Function& function) {
   static const TextsByPlace by_place;
   return *by_place.texts[&function - catalogue];
+}
+
+std::vector<const Function*> functions_of(const FunctionText& text) {
+  std::vector<const Function*> list;
+  for (int i = 0; i < catalogue_size; ++i)
+    if (&text_of(catalogue[i]) == &text) list.push_back(&catalogue[i]);
+  std::stable_sort(list.begin(), list.end(),
+                   [&](const Function* a, const Function*) { return std::strcmp(a->name, text.name) == 0; });
+  return list;
 }
 
 const ResultText* result_text(const FunctionText& text, int selector) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <limits>
+#include <vector>
 
 #include "functions/catalogue.h"
 
@@ -104,6 +105,9 @@ struct FamilyText {
 extern const List<const FamilyText*> families;
 
 const FunctionText& text_of(const Function& function);
+
+/// The functions that a text belongs to, twins with an x in front last.
+std::vector<const Function*> functions_of(const FunctionText& text);
 
 /// Which argument asks for the result, by its place; -1 when there is one result only.
 inline int result_argument(const Function& function) { return function.result_argument; }

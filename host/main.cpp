@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "functions/catalogue_json.h"
 #include "host/describe.h"
 #include "host/excel_standin.h"
 #include "host/library.h"
@@ -42,6 +43,7 @@ constexpr char about_price[] =
 
 struct Settings {
   bool list = false;
+  bool catalogue = false;
   bool manual = false;
   bool completion = false;
   bool describe = false;
@@ -92,6 +94,8 @@ void add_options(CLI::App& app, Settings& settings) {
   app.set_version_flag("--version", "kestran " KESTRAN_VERSION, "Print the version and exit");
   add_flag(app, "--list", settings.list,
            "List all functions: name, arguments and description, separated by tabs");
+  add_flag(app, "--catalogue", settings.catalogue,
+           "Print all functions with arguments, results, units and examples as JSON");
   app.add_option("--describe", settings.described, "Describe one function")->type_name("NAME");
   app.add_option(
          "--explain", settings.explained,
@@ -162,8 +166,9 @@ bool read_arguments(int argument_count, char** arguments, Settings& settings, in
     return false;
   }
   settings.describe = app.count("--describe") > 0;
-  if (settings.manual || settings.completion) {
-    print_made(settings);
+  if (settings.catalogue) std::fputs(catalogue_json().c_str(), stdout);
+  if (settings.manual || settings.completion) print_made(settings);
+  if (settings.catalogue || settings.manual || settings.completion) {
     return false;
   }
   return true;

@@ -104,6 +104,8 @@ for words in '^xAMERB(Price, Strike' '^  ExpDays  .*(calendar days)$' 'Nsteps .*
   '^  7 delta_vol ' '^  =xAMERB(100,100' '^  9.5696' '^How far to trust it'; do
   grep -q -e "$words" "$folder/described" || same '--describe' "$words" "$(cat "$folder/described")"
 done
+same '--catalogue' "$("$kestran" --list | cut -f1 | sort)" \
+  "$("$kestran" --catalogue | grep -oP '"name":"\w+","functions":\[\K[^]]*' | tr ',' '\n' | tr -d '"' | sort)"
 explain() {  # FORMULA PATTERN...
   "$kestran" --explain "$1" >"$folder/explained" 2>&1
   local words

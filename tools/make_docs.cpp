@@ -33,16 +33,6 @@ std::string rounded_value(const Function& function) {
   return text;
 }
 
-// The functions a text belongs to, twins with an x in front last.
-std::vector<const Function*> functions_of(const FunctionText& text) {
-  std::vector<const Function*> list;
-  for (int i = 0; i < catalogue_size; ++i)
-    if (&text_of(catalogue[i]) == &text) list.push_back(&catalogue[i]);
-  std::stable_sort(list.begin(), list.end(),
-                   [&](const Function* a, const Function*) { return std::strcmp(a->name, text.name) == 0; });
-  return list;
-}
-
 std::string names_of(const FunctionText& text) {
   std::string names;
   for (const Function* function : functions_of(text))

@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "bindings/c/kestran.h"
-#include "functions/catalogue_json.h"
 #include "functions/explain.h"
 #include "functions/handed_over.h"
 #include "functions/refused_number.h"
 #include "functions/utf8.h"
+#include "functions/web_catalogue.h"
 #include "functions/written_call.h"
 
 namespace kestran {
@@ -35,7 +35,7 @@ std::string list(const char* name, const std::vector<std::string>& items) {
 extern "C" {
 
 __attribute__((export_name("kestran_catalogue"))) char* kestran_catalogue() {
-  return handed_over(catalogue_json(kestran_version()));
+  return handed_over(web_catalogue(kestran_version()));
 }
 
 // How the arguments of one deal are understood, what is refused and what looks like a slip, as JSON.

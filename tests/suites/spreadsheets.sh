@@ -1,8 +1,9 @@
 # shellcheck shell=bash
-about='Gnumeric: the add-in through its loader, and the plugin; the extension of LibreOffice Calc; the help for Excel while a formula is typed'
+about='the workbook that teaches; Gnumeric: the add-in through its loader, and the plugin; the extension of LibreOffice Calc; help in Excel'
 packages="$test_packages gnumeric libxml2-utils=xmllint zip libreoffice-dev=/usr/lib/libreoffice/sdk/bin/unoidl-write
   libreoffice-calc-nogui=/usr/lib/libreoffice/program/libsclo.so python3-uno=/usr/lib/python3/dist-packages/uno.py
-  python3-xlsxwriter=/usr/lib/python3/dist-packages/xlsxwriter python3-pytest"
+  python3-xlsxwriter=/usr/lib/python3/dist-packages/xlsxwriter python3-openpyxl=/usr/lib/python3/dist-packages/openpyxl
+  python3-pytest poppler-utils=pdftoppm"
 
 run_suite() {
   once 'linux: command' build linux kestran || return
@@ -12,4 +13,5 @@ run_suite() {
   step 'spreadsheets: Gnumeric, plugin' timeout 300 tests/spreadsheets/gnumeric.sh plugin
   step 'spreadsheets: Calc' quietly build/linux/calc.log timeout --kill-after=20 280 tests/spreadsheets/calc.sh linux
   step 'spreadsheets: IntelliSense' timeout 60 tests/spreadsheets/intellisense.sh
+  step 'spreadsheets: workbook' quietly build/linux/workbook.log timeout --kill-after=20 400 tests/spreadsheets/workbook.sh
 }
