@@ -16,7 +16,7 @@ async function opened(open, file, hash) {
 }
 
 // Rows of the numbers behind the charts as numbers, by the titles of the columns.
-async function columnsOf(page, id = 'numbers') {
+async function columnsOf(page, id = 'chart-numbers') {
   const [head, ...rows] = await cells(page, id);
   return Object.fromEntries(head.map((title, i) => [title, rows.map((row) => Number(row[i]))]));
 }
@@ -105,7 +105,7 @@ const tests = {
 
   async 'each call can be copied'(open) {
     const page = await opened(open, 'BASVOL.html');
-    assert.deepEqual(await Promise.all(['Excel', 'Command', 'Python', 'PostgreSQL', 'DuckDB'].map((host) => copied(page, `Copy for ${host}`))), [
+    assert.deepEqual(await Promise.all(['Excel', 'Command', 'Python', 'PostgreSQL', 'DuckDB'].map((host) => copied(page, `copy-${host}`))), [
       '=BASVOL({100,90},{0.3,0.4},{0.02,-0.01},{0.6,0.4},{1,0.5;0.5,1},0.75)',
       "kestran '=BASVOL({100,90},{0.3,0.4},{0.02,-0.01},{0.6,0.4},{1,0.5;0.5,1},0.75)'",
       'kestran.BASVOL(Forward_Price=[100, 90], Annual_Vol=[0.3, 0.4], Drift=[0.02, -0.01], Weight=[0.6, 0.4], Correl_Matrix=[[1, 0.5], [0.5, 1]], ExpTime=0.75)',
@@ -147,8 +147,11 @@ const tests = {
   async 'strips have their results month by month'(open) {
     const page = await opened(open, 'ASTRIP.html');
     const deltas = pricesOf([1, 2, 3, 4].map((month) => `=ASTRIP({20,21,22,21.5},{0.4,0.35,0.3,0.28},{0.08,0.17,0.25,0.33},{0.16,0.24,0.32,0.4},{21,20,22,19},0,21,5%,0.9,0,0.42,1,1,${month})`));
-    const label = await page.evaluate(() => document.querySelector('#months .canvas').getAttribute('aria-label'));
-    assert.equal(label, `delta by month: ${deltas.map((delta) => Number(delta.toPrecision(5))).join(', ')}.`);
+    const columns = await columnsOf(page, 'month-numbers');
+    assert.deepEqual(columns.delta.map(seven), deltas.map(seven));
+    assert.deepEqual(columns.Price_rng, [20, 21, 22, 21.5]);
+    const lines = (await copied(page, 'month-copy')).split('\n');
+    assert.deepEqual([lines.length, lines[0].split('\t').slice(0, 2), lines[2].split('\t')[1]], [6, ['month', 'delta'], String(deltas[1])]);
     // Periods have theirs under numbers of their own.
     const periods = await opened(open, 'XCAP.html');
     const [first] = (await shown(periods)).results.filter(([selector]) => selector === '14');
@@ -156,7 +159,7 @@ const tests = {
   },
 
   async 'the search finds names, arguments and words of the market'(open) {
-    const page = await open(addressOf('index.html'));
+    const page = await open(addressOf('scale.html'));
     const found = async (query) => {
       await page.evaluate(() => { document.getElementById('search').focus(); document.getElementById('search').select(); });
       await page.keyboard.type(query);
@@ -168,6 +171,10 @@ const tests = {
     for (const [words, name] of [['collar', 'XCOL'], ['crack spread', 'SPRDOPT'], ['APO', 'xCrudeAPO'], ['negative prices', 'Negative prices']])
       assert.ok((await found(words)).some((title) => title.startsWith(name)), words);
     assert.equal((await found('nothing of the kind')).length, 0);
+    const index = await open(addressOf('index.html'));
+    await index.evaluate(() => document.getElementById('search').focus());
+    await index.keyboard.type('crack');
+    assert.ok(await until(index, () => [...document.querySelectorAll('[data-name]')].filter((card) => !card.hidden).map((card) => card.dataset.name).join() !== '' && !document.querySelector('[data-name=SPRDOPT]').hidden && document.querySelector('[data-name=AMER]').hidden));
   },
 
   async 'light and dark follow the button'(open) {

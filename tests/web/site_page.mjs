@@ -57,11 +57,11 @@ export const paste = (page, id, text) => redrawn(page, () => page.evaluate(([fie
   document.getElementById(field).dispatchEvent(event);
 }, [id, text]));
 
-/** What the copy button gives; the browser's own clipboard belongs to the desktop. */
-export const copied = (page, button) => page.evaluate(async (label) => {
+/** What the button of that id copies; the browser's own clipboard belongs to the desktop. */
+export const copied = (page, button) => page.evaluate(async (id) => {
   let text = null;
   Object.defineProperty(navigator, 'clipboard', { configurable: true, value: { writeText: async (given) => { text = given; } } });
-  document.querySelector(`[aria-label="${label}"]`).click();
+  document.getElementById(id).click();
   await null;
   return text;
 }, button);

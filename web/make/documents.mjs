@@ -2,7 +2,7 @@
 import { readFileSync, readdirSync } from 'node:fs';
 import { join } from 'node:path';
 import { markdown, slug } from './markdown.mjs';
-import { shell } from './shell.mjs';
+import { places, shell } from './shell.mjs';
 
 const forDevelopers = ['architecture.md', 'testing.md', 'functions.md'];
 const installSections = ['Which file for whom', 'Install in Excel', 'What a cell shows', 'The command'];
@@ -44,6 +44,7 @@ export function linksOf(sections, familyAnchors) {
 /** The pages of docs/ and of what README says: file name → HTML. */
 export function documents(folder, entries, general, links) {
   const pages = new Map();
+  const others = [];
   const page = (file, title, text, from) => pages.set(file, shell({
     file, title: `${title} – KESTRAN`, body: `<article class="text">${markdown(text, (href) => links(href, from), entries)}</article>`,
   }));
@@ -51,13 +52,14 @@ export function documents(folder, entries, general, links) {
     if (!file.endsWith('.md') || forDevelopers.includes(file)) continue;
     const text = readFileSync(join(folder, 'docs', file), 'utf8');
     page(file.replace(/\.md$/, '.html'), titleOf(text), text, file);
+    if (!places.some(([place]) => place === file.replace(/\.md$/, '.html'))) others.push(`[${titleOf(text)}](docs/${file})`);
   }
   page('conventions.html', 'Conventions', '# Conventions\n\nWhat holds for all functions.\n\n## ' + general.split(/^## /m).slice(1).join('## '), 'functions.md');
-  page('install.html', 'Install', installText(readFileSync(join(folder, 'README.md'), 'utf8')), 'README.md');
+  page('install.html', 'Install', installText(readFileSync(join(folder, 'README.md'), 'utf8'), others), 'README.md');
   return pages;
 }
 
-function installText(readme) {
+function installText(readme, others) {
   const sections = readme.split(/^## /m);
   const chosen = installSections.map((title) => {
     const found = sections.find((section) => section.startsWith(`${title}\n`));
@@ -66,8 +68,7 @@ function installText(readme) {
   });
   return `# Install
 
-In Excel: one file, described below. Elsewhere: [Python](docs/python.md), [PostgreSQL](docs/postgres.md), [DuckDB](docs/duckdb.md),
-[a library for C and C++](docs/library.md), and the command.
+Excel takes one file, which is described below, and so is the command. Pages of their own: ${others.join(', ')}.
 
 ${chosen.join('\n')}`;
 }

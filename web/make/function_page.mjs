@@ -3,19 +3,22 @@ import { answersText, argumentRows, resultRows } from './tables.mjs';
 import { escaped, shell } from './shell.mjs';
 import { exampleCurve, picture } from './svg.mjs';
 
+const numbers = (id, what) => `<details><summary>The numbers behind the ${what}</summary>
+<p class="buttons"><button type="button" id="${id}-csv">Save as CSV</button><button type="button" id="${id}-copy">Copy for a sheet</button></p>
+<div class="scroll" tabindex="0" role="group" aria-label="Numbers behind the ${what}"><table id="${id}-numbers" class="numbers"></table></div></details>`;
+
 const chartSections = `<section id="charts" aria-labelledby="charts-title">
 <h2 id="charts-title">Pictures</h2>
 <div class="controls"><label>Against <select id="x"></select></label><label>from <input id="from" size="7" autocomplete="off"></label><label>to <input id="to" size="7" autocomplete="off"></label></div>
 <p class="readout" id="readout" aria-hidden="true"></p>
 <div id="plots" class="plots"></div>
 <p class="note" id="chart-note" role="status"></p>
-<details><summary>The numbers behind the charts</summary>
-<p class="buttons"><button type="button" id="csv">Save as CSV</button><button type="button" id="csv-copy">Copy for a sheet</button></p>
-<div class="scroll" tabindex="0" role="group" aria-label="Numbers behind the charts"><table id="numbers"></table></div></details>
+${numbers('chart', 'charts')}
 </section>
 <section id="months-section" aria-labelledby="months-title" hidden>
 <h2 id="months-title">Month by month</h2>
 <div id="months" class="plots"></div>
+${numbers('month', 'months')}
 </section>
 <section aria-labelledby="heat-title">
 <h2 id="heat-title">Two at once</h2>
@@ -24,9 +27,7 @@ const chartSections = `<section id="charts" aria-labelledby="charts-title">
 <div id="heat-figure"><p class="readout" id="heat-readout"></p>
 <div class="heat-box"><canvas id="heat" tabindex="0" role="img"></canvas></div>
 <p class="scale"><span id="heat-low"></span><span class="ramp" aria-hidden="true"></span><span id="heat-high"></span></p>
-<details><summary>The numbers behind the map</summary>
-<p class="buttons"><button type="button" id="heat-csv">Save as CSV</button><button type="button" id="heat-csv-copy">Copy for a sheet</button></p>
-<div class="scroll" tabindex="0" role="group" aria-label="Numbers behind the map"><table id="heat-numbers"></table></div></details></div>
+${numbers('heat', 'map')}</div>
 </section>`;
 
 const relatedList = (related) => (related.length === 0 ? '' : `<h3>Which function when</h3>

@@ -2,7 +2,8 @@
 
 export const escaped = (text) => String(text).replace(/&/g, '&amp;').replace(/</g, '&lt;').replace(/>/g, '&gt;').replace(/"/g, '&quot;');
 
-const places = [
+/** The pages that every page leads to. */
+export const places = [
   ['index.html', 'Functions'],
   ['from-a-deal-to-arguments.html', 'From a deal to arguments'],
   ['negative-prices.html', 'Negative prices'],

@@ -68,7 +68,7 @@ export function showCalls(page) {
 export function buildCalls(page, hosts = ['Excel', 'Command', 'Python', 'PostgreSQL', 'DuckDB']) {
   page.callRows = new Map(hosts.map((host) => {
     const code = element('code', { id: `call-${host}`, tabIndex: 0, role: 'group', 'aria-label': `The call for ${host}` });
-    const button = element('button', { type: 'button', textContent: 'Copy', 'aria-label': `Copy for ${host}` });
+    const button = element('button', { type: 'button', id: `copy-${host}`, textContent: 'Copy', 'aria-label': `Copy for ${host}` });
     button.onclick = () => copy(code.textContent, button, code);
     byId('calls').append(element('div', { className: 'call' }, element('span', { className: 'host', textContent: host }), code, button));
     return [host, { code, button }];

@@ -1,9 +1,10 @@
 // The charts of a function: the chosen result at several times, every result along one argument, months, and the numbers
 // behind them.
-import { byId, copy, download, element } from './elements.mjs';
+import { byId, element } from './elements.mjs';
 import { choicesOf } from './answers.mjs';
 import { drawLines, drawMonths } from './draw.mjs';
-import { brief, shown } from './numbers.mjs';
+import { showNumbers } from './table.mjs';
+import { brief } from './numbers.mjs';
 import { axesOf, byMonth, curveOf, drawable, firstAxis, pointsOf, resultsAlong } from './pictures.mjs';
 
 const mostPoints = 121, fewestPoints = 25, timeForCharts = 200;  // milliseconds
@@ -60,21 +61,25 @@ export function drawCharts(page) {
   });
   byId('chart-note').textContent = note;
   drawCurves(page);
-  showNumbers(page, axis, points, main, choices, columns);
+  const later = main.lines.slice(1).map((line) => ({ title: `${chosen.label}, ${line.label}`, values: line.values }));
+  const all = [...choices.map((choice, k) => ({ title: choice.label, values: columns[k] })), ...later];
+  showNumbers('chart', { name: `${entry.name}-${axis.key}`, caption: `Results against ${axis.label}`, titles: [axis.label, ...all.map(({ title }) => title)],
+    rows: points.map((x, i) => [x, ...all.map((column) => column.values[i])]), about: 20 });
 }
 
 // Curves and what one month of them is worth.
 function drawCurves(page) {
   const { api, entry, values } = page;
-  const results = byMonth(api, entry, values);
+  const results = byMonth(api, entry, values).map(({ result, values: numbers }) => ({ title: result.name, unit: result.unit, values: numbers }));
   byId('months-section').hidden = results.length === 0;
   if (results.length === 0) return;
-  for (const { result, values: numbers } of results)
-    page.charts.push(drawMonths(byId('months'), { title: result.name, unit: result.unit, values: numbers }));
-  entry.arguments.forEach((argument, i) => {
-    if (curves.includes(argument.unit) && argument.shape === 'range' && Array.isArray(values[i]))
-      page.charts.push(drawMonths(byId('months'), { title: argument.name, unit: argument.unitName, values: values[i], curve: true }));
-  });
+  const given = entry.arguments.flatMap((argument, i) => (curves.includes(argument.unit) && argument.shape === 'range' && Array.isArray(values[i])
+    ? [{ title: argument.name, unit: argument.unitName, values: values[i], curve: true }] : []));
+  const all = [...results, ...given];
+  for (const chart of all) page.charts.push(drawMonths(byId('months'), chart));
+  const months = results[0].values.map((_, k) => k + 1);
+  showNumbers('month', { name: `${entry.name}-months`, caption: 'Month by month', titles: ['month', ...all.map(({ title }) => title)],
+    rows: months.map((month, k) => [month, ...all.map((chart) => chart.values[k] ?? null)]) });
 }
 
 // As many points as a quarter of a second has prices for.
@@ -84,26 +89,4 @@ function countFor(page, results) {
   const each = (performance.now() - begun) / (3 * page.entry.results.length);
   page.cost = Math.max(each, 1e-4);
   return Math.max(fewestPoints, Math.min(mostPoints, Math.floor(timeForCharts / (page.cost * results))));
-}
-
-// The table behind the charts, every few points, and all of them as CSV.
-function showNumbers(page, axis, points, main, choices, columns) {
-  const later = main.lines.slice(1).map((line) => ({ label: `${choices.find((choice) => choice.selector === page.selector)?.label ?? choices[0].label}, ${line.label}`, values: line.values }));
-  const all = [...choices.map((choice, k) => ({ label: choice.label, values: columns[k] })), ...later];
-  const every = Math.max(1, Math.round(points.length / 20));
-  const rows = points.map((x, i) => i).filter((i) => i % every === 0);
-  byId('numbers').replaceChildren(
-    element('caption', { textContent: `Results against ${axis.label}` }),
-    element('thead', {}, element('tr', {}, ...[axis.label, ...all.map((column) => column.label)].map((label) => element('th', { scope: 'col', textContent: label })))),
-    element('tbody', {}, ...rows.map((i) => element('tr', {}, element('th', { scope: 'row', textContent: shown(points[i]) }),
-      ...all.map((column) => element('td', { className: 'number', textContent: shown(column.values[i]) }))))));
-  offerCsv(page, 'csv', `${page.entry.name}-${axis.key}.csv`, [[axis.label, ...all.map((column) => column.label)], ...points.map((x, i) => [x, ...all.map((column) => column.values[i])])]);
-}
-
-/** Buttons `id` and `id-copy` give the rows as a file and to the clipboard. */
-export function offerCsv(page, id, name, rows) {
-  const field = (cell) => (cell === null ? '' : typeof cell === 'number' ? String(cell) : /[",\n]/.test(cell) ? `"${cell.replace(/"/g, '""')}"` : cell);
-  const text = rows.map((row) => row.map(field).join(',')).join('\r\n') + '\r\n';
-  byId(id).onclick = () => download(name, text);
-  byId(`${id}-copy`).onclick = () => copy(text.replace(/,/g, '\t'), byId(`${id}-copy`), byId(id === 'csv' ? 'numbers' : 'heat-numbers'));
 }

@@ -1,8 +1,9 @@
 // A heat map: one result over two arguments, with a cursor that the mouse and the arrow keys move.
 import { byId, colour, element } from './elements.mjs';
 import { choicesOf } from './answers.mjs';
-import { chooseAxis, limitsOf, offerCsv } from './charts.mjs';
+import { chooseAxis, limitsOf } from './charts.mjs';
 import { brief, shown, ticksOf } from './numbers.mjs';
+import { showNumbers } from './table.mjs';
 import { axesOf, firstAxis, pointsOf, secondAxis, tableOver } from './pictures.mjs';
 
 const sizes = [[49, 33], [37, 25], [25, 17], [17, 13], [13, 9], [9, 7]];
@@ -105,7 +106,7 @@ export function listenToHeat(page) {
     paint(heat, canvas);
     readOut(heat);
   };
-  canvas.onpointermove = (event) => {
+  canvas.onpointermove = canvas.onpointerdown = (event) => {
     if (!page.heat) return;
     const { wide, tall, cellWidth, cellHeight } = page.heat.box;
     const x = event.offsetX - margin.left, y = event.offsetY - margin.top;
@@ -121,13 +122,6 @@ export function listenToHeat(page) {
 
 function showMapNumbers(page) {
   const { across, up, xs, ys, table, chosen } = page.heat;
-  const some = (list, count) => list.map((_, i) => i).filter((i) => i % Math.max(1, Math.ceil(list.length / count)) === 0);
-  const columns = some(xs, 9), rows = some(ys, 9).reverse();
-  byId('heat-numbers').replaceChildren(
-    element('caption', { textContent: `${chosen.label}: ${across.label} across, ${up.label} down` }),
-    element('thead', {}, element('tr', {}, element('td'), ...columns.map((i) => element('th', { scope: 'col', textContent: brief(xs[i]) })))),
-    element('tbody', {}, ...rows.map((j) => element('tr', {}, element('th', { scope: 'row', textContent: brief(ys[j]) }),
-      ...columns.map((i) => element('td', { className: 'number', textContent: shown(table[j][i]) }))))));
-  offerCsv(page, 'heat-csv', `${page.entry.name}-${across.key}-${up.key}.csv`,
-    [[`${up.label} \\ ${across.label}`, ...xs], ...ys.map((y, j) => [y, ...table[j]])]);
+  showNumbers('heat', { name: `${page.entry.name}-${across.key}-${up.key}`, caption: `${chosen.label}: ${across.label} across, ${up.label} down`,
+    titles: [`${up.label} / ${across.label}`, ...xs], rows: ys.map((y, j) => [y, ...table[j]]).reverse(), about: 9, columnsAbout: 9 });
 }

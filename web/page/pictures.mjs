@@ -57,8 +57,7 @@ function rangeAround(argument, centre, value) {
     if (centre > 0) high = Math.max(centre * 1.5, Math.min(high, centre * 4));
     if (centre < low) low = centre;
   } else if (inMoney.includes(argument.unit) && low >= 0 && centre > 0) {
-    const example = mean(flat(argument.example));
-    const scale = centre < low * 1.15 || centre > high * 0.87 ? centre / (example > 0 ? example : (low + high) / 2) : 1;
+    const scale = centre < low * 1.15 || centre > high * 0.87 ? 2 * centre / (low + high) : 1;
     low *= scale;
     high *= scale;
   }

@@ -46,18 +46,22 @@ function searched(query) {
 }
 
 const box = byId('search'), list = byId('found');
+const cards = document.querySelectorAll('[data-name]');
+let first = null;
 
 function show() {
   const hits = searched(box.value);
-  list.replaceChildren(...hits.slice(0, 12).map((hit) => element('li', {}, element('a', { href: hit.href }, element('b', { textContent: hit.title }), ' ', element('span', { textContent: hit.why })))));
-  if (box.value.trim() !== '' && hits.length === 0) list.append(element('li', { className: 'none', textContent: 'Nothing found.' }));
-  list.hidden = box.value.trim() === '';
+  first = hits[0]?.href ?? null;
+  // On the index the cards tell which functions were found.
+  const listed = cards.length > 0 ? hits.filter((hit) => hit.name === '') : hits;
+  list.replaceChildren(...listed.slice(0, 12).map((hit) => element('li', {}, element('a', { href: hit.href }, element('b', { textContent: hit.title }), ' ', element('span', { textContent: hit.why })))));
+  if (hits.length === 0) list.append(element('li', { className: 'none', textContent: 'Nothing found.' }));
+  list.hidden = box.value.trim() === '' || (listed.length === 0 && hits.length > 0);
   filterCards(hits);
 }
 
 // On the index, cards that were not found go.
 function filterCards(hits) {
-  const cards = document.querySelectorAll('[data-name]');
   if (cards.length === 0) return;
   const all = box.value.trim() === '', names = new Set(hits.map((hit) => hit.name));
   for (const card of cards) card.hidden = !all && !names.has(card.dataset.name);
@@ -68,7 +72,7 @@ function filterCards(hits) {
 box.oninput = show;
 box.onfocus = show;
 box.onkeydown = (event) => {
-  if (event.key === 'Enter') list.querySelector('a')?.click();
+  if (event.key === 'Enter' && first !== null) location.href = first;
   if (event.key === 'Escape') { list.hidden = true; }
   if (event.key === 'ArrowDown') { event.preventDefault(); list.querySelector('a')?.focus(); }
 };
