@@ -353,7 +353,7 @@ constexpr FunctionText functions[] = {
      "average is taken "
      "as one lognormal variable with a linearised variance (compare Levy 1992).",
      astrip_arguments, astrip_results,
-     "As a share of the premium at the money mostly within 1.5 %, between 2.2 % too low and 1.3 % too high.",
+     "As a share of the premium at the money mostly within 1.5 %, between 3.3 % too low and 1.3 % too high.",
      "ASTRIPMV, ASTRIP2m, AdjASTRIP2m, ASN",
      "=ASTRIP({20,21,22,21.5},{0.4,0.35,0.3,0.28},{0.08,0.17,0.25,0.33},{0.16,0.24,0.32,0.4},{21,20,22,19},0,"
      "21,5%,0.9,"
