@@ -15,6 +15,7 @@ run_suite() {
   once 'wasm: build' build wasm || return
   step 'wasm: same output' same_output build/wasm timeout 100 node web/price.mjs
   step 'wasm: exact numbers' exact_numbers
+  step 'wasm: pictures' tests/web/pictures.sh
   mkdir -p build/web
   once 'web: install' quietly build/web/install.log tests/web/install.sh &&
     step 'wasm: package' timeout 240 tests/web/package.sh

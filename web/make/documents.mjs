@@ -17,8 +17,8 @@ export function functionSections(folder, entries) {
   for (const family of families)
     for (const section of family.split(/^### /m).slice(1)) {
       const heading = section.slice(0, section.indexOf('\n'));
-      // The generated tables are the page's inputs and results.
-      const own = section.slice(heading.length).replace(/^<!-- (\w+) -->\n[^]*?^<!-- end of \1 -->\n/gm, '').trim();
+      // The generated tables are the page's inputs and results; it shows the picture of errors elsewhere.
+      const own = section.slice(heading.length).replace(/^<!-- (\w+) -->\n[^]*?^<!-- end of \1 -->\n/gm, '').replace(/^!\[.*\]\(pictures\/accuracy-.*\)\n?/gm, '').trim();
       for (const name of heading.split(', ')) if (entries.has(name)) sections.set(name, { heading, text: own });
     }
   const familyAnchors = families.map((family) => slug(family.slice(0, family.indexOf('\n'))));

@@ -1,4 +1,5 @@
 // The repository's pages as pages of the site.
+import { readFileSync } from 'node:fs';
 import { Marked } from './libraries.mjs';
 import { addressText, fromText } from '../page/deal.mjs';
 import { escaped } from './shell.mjs';
@@ -16,6 +17,7 @@ export function markdown(text, links, entries) {
       const target = links(href);
       return target === null ? inner : `<a href="${escaped(target)}">${inner}</a>`;
     },
+    image: (href) => `<span class="shown">${readFileSync(new URL(`../../docs/pictures/${href.split('/').pop()}`, import.meta.url), 'utf8')}</span>`,
     codespan: (code) => {
       const formula = code.replace(/&lt;/g, '<').replace(/&gt;/g, '>').replace(/&quot;/g, '"').replace(/&#39;/g, "'").replace(/&amp;/g, '&');
       const target = pageOfFormula(formula, entries);

@@ -36,7 +36,7 @@ const about = new Map([...entries.values()].map((entry) => {
   const section = sections.get(entry.name);
   const notes = section ? markdown(section.text, (href) => links(href, 'functions.md'), entries) : '';
   const stored = [entry.name, entry.twin].map((name) => join(root, 'docs/pictures', `accuracy-${name}.svg`)).find(existsSync);
-  return [entry.name, { fragment: html, words, related, notes, accuracyPicture: stored ? `<figure class="accuracy">${readFileSync(stored, 'utf8')}</figure>` : '' }];
+  return [entry.name, { fragment: html, words, related, notes, accuracyPicture: stored ? `<figure class="accuracy"><div class="scroll" tabindex="0" role="region" aria-label="Errors">${readFileSync(stored, 'utf8')}</div></figure>` : '' }];
 }));
 if (missing.length > 0 && !process.env.KESTRAN_SITE_DRAFT) throw new Error(`web/reference says nothing of ${missing.join(', ')}`);
 
