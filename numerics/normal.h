@@ -70,6 +70,12 @@ template <class Real>
   return x >= 0.0 ? 1.0 - tail : tail;
 }
 
+// N(x) in each lane, worked in the midst of a loop's other arithmetic, which a call would hold up.
+template <class Width>
+[[gnu::always_inline]] inline typename Width::Real cnorm_inlined(typename Width::Real x) {
+  return cnorm_by_bell(x, elementary::exponential_in_range<Width>(x * x * -0.5));
+}
+
 }  // namespace normal
 
 /// x multiplied by itself n times, starting from 1.0; 1.0 for n < 1.

@@ -10,8 +10,6 @@
 namespace kestran {
 namespace {
 
-double sum_of_lanes(__m128d x) { return _mm_cvtsd_f64(x) + _mm_cvtsd_f64(_mm_unpackhi_pd(x, x)); }
-
 struct SumGivenAverage {
   double value;  // over the price
   double slope;  // by z
