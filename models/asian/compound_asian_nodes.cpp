@@ -5,10 +5,10 @@
 namespace kestran {
 
 void exercise_at_nodes(const CompoundAsianPayoff& payoff, double z, const CompoundAsianNodes& nodes) {
-  if (lanes() == 4)
-    exercise_at_nodes_avx2(payoff, z, nodes);
-  else
-    exercise_at_nodes_kernel<elementary::TwoLanes>(payoff, z, nodes);
+#if !defined(__wasm__)
+  if (lanes() == 4) return exercise_at_nodes_avx2(payoff, z, nodes);
+#endif
+  exercise_at_nodes_kernel<elementary::TwoLanes>(payoff, z, nodes);
 }
 
 }  // namespace kestran

@@ -67,6 +67,14 @@ void fill_last_level(const ForwardTree& tree, const TreePrices& prices, double* 
   }
 }
 
+void roll_back([[maybe_unused]] bool four_lanes, const RolledBack& level, int first, int last_exercised,
+               int last, double* V) {
+#if !defined(__wasm__)
+  if (four_lanes) return roll_back_avx2(level, first, last_exercised, last, V);
+#endif
+  roll_back_level<elementary::TwoLanes>(level, first, last_exercised, last, V);
+}
+
 // Results from the five nodes of the first level.
 TreeValue value_now(const ForwardTree& tree, const double* V) {
   const double f = tree.f, sigma = tree.sigma, S = tree.S;
@@ -116,10 +124,7 @@ TreeValue forward_tree_value(const ForwardTree& tree) {
     nodes.step_back(i, level);
     rolled_back.centre = sign * level.centre;
     rolled_back.ratio = level.ratio;
-    if (four_lanes)
-      roll_back_avx2(rolled_back, nodes.first, nodes.first_kept - 1, nodes.last, V);
-    else
-      roll_back_level<elementary::TwoLanes>(rolled_back, nodes.first, nodes.first_kept - 1, nodes.last, V);
+    roll_back(four_lanes, rolled_back, nodes.first, nodes.first_kept - 1, nodes.last, V);
     nodes.leave_out_settled();
   }
   nodes.complete();

@@ -84,6 +84,13 @@ void place_nodes(const Conditional& c, double z[spread_slots], double weight[spr
   weight[points] = 0.0;
 }
 
+SpreadSums spread_sums(const SpreadIntegrand& integrand, const SpreadNodes& nodes) {
+#if !defined(__wasm__)
+  if (lanes() == 4) return spread_sums_avx2(integrand, nodes);
+#endif
+  return spread_sums_kernel<elementary::TwoLanes>(integrand, nodes);
+}
+
 // Undiscounted value and derivatives in the two forwards of a call (sign 1) or put (-1) on optioned - given -
 // strike, s the deviation of the optioned price given z.
 void integrate(const Conditional& c, double s, double sign, double out[3]) {
@@ -91,8 +98,7 @@ void integrate(const Conditional& c, double s, double sign, double out[3]) {
   place_nodes(c, nodes.z, nodes.weight);
   const SpreadIntegrand integrand = {c.optioned, natural_log(c.optioned), c.m, c.given, c.v, c.strike, s,
                                      sign};
-  const SpreadSums sums = lanes() == 4 ? spread_sums_avx2(integrand, nodes)
-                                       : spread_sums_kernel<elementary::TwoLanes>(integrand, nodes);
+  const SpreadSums sums = spread_sums(integrand, nodes);
   const double scale = sign / std::sqrt(6.283185307179586);
   out[0] = scale * sums.value;
   out[1] = scale * sums.in_optioned;
