@@ -40,6 +40,7 @@ struct Case {
   std::vector<Side> sides;
   std::string quantlib_name;  // the engine or function of QuantLib
   double deals = 1.0;         // how many one call prices
+  bool threads = false;       // whether several threads share the work, so that the clock on the wall counts
 };
 
 /// The side that the others are compared with.

@@ -75,11 +75,40 @@ void add_book() {
   });
 }
 
+// A book so long that starting a thread is nothing beside it, on one thread and on two.
+void add_threads() {
+  constexpr std::size_t times = 64;
+  const auto book = std::make_shared<Book>();
+  const auto repeated = [&](const std::vector<double>& once) {
+    std::vector<double> column;
+    for (std::size_t i = 0; i < times; ++i) column.insert(column.end(), once.begin(), once.end());
+    return std::make_shared<const std::vector<double>>(std::move(column));
+  };
+  const auto S = repeated(book->S), strike = repeated(book->strike), yield = repeated(book->yield),
+             volatility = repeated(book->volatility), until = repeated(book->until),
+             call = repeated(book->call);
+  const auto answers = std::make_shared<std::vector<Answer>>(S->size(), 0.0);
+  for (int threads : {1, 2}) {
+    Case& option = add_case("threads/" + std::to_string(threads), r, 100.0);
+    option.deals = static_cast<double>(S->size());
+    option.threads = true;
+    add_model(option, [=, function = find_in_catalogue("EURO")](double rate) {
+      const double premium = 0.0;
+      const Column columns[] = {
+          {S->data(), 1},          {strike->data(), 1}, {&rate},           {yield->data(), 1},
+          {volatility->data(), 1}, {until->data(), 1},  {call->data(), 1}, {&premium}};
+      price_many(*function, columns, S->size(), nullptr, 1, answers->data(), threads);
+      return (*answers)[Book::compared(rate)].number;
+    });
+  }
+}
+
 }  // namespace
 
 void add_book_cases() {
   add_all_results();
   add_book();
+  add_threads();
 }
 
 }  // namespace kestran::bench

@@ -30,22 +30,24 @@ constexpr char build[] = "win32";
 constexpr char build[] = "linux";
 #endif
 
-// Of this thread, in nanoseconds. Windows counts a thread's time in ticks too long for this.
-double now() {
-#if defined(_WIN32)
+// Of this thread, in nanoseconds, or by the clock on the wall. Windows counts a thread's time in ticks too
+// long for this.
+double now([[maybe_unused]] bool on_the_wall) {
+#if !defined(_WIN32)
+  if (!on_the_wall) {
+    timespec time;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return 1e9 * static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec);
+  }
+#endif
   const auto since_start = std::chrono::steady_clock::now().time_since_epoch();
   return std::chrono::duration<double, std::nano>(since_start).count();
-#else
-  timespec time;
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return 1e9 * static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec);
-#endif
 }
 
 double duration(const Case& option, const Side& side, std::size_t first, std::size_t calls) {
-  const double begin = now();
+  const double begin = now(option.threads);
   side.repeat(option.values.data(), first, calls);
-  return now() - begin;
+  return now(option.threads) - begin;
 }
 
 // Nanoseconds a deal: the shortest of a few stretches that are long enough to be timed, since where time is

@@ -11,7 +11,7 @@ constexpr int value_code = 15;
 constexpr int missing_code = 65535;
 
 /// Why a call is refused. functions/explain.cpp has the words.
-enum class Reason : unsigned char {
+enum class Reason : short {
   none,
   // Of the argument that the answer names:
   missing,
@@ -44,14 +44,14 @@ struct Answer {
   double number = 0.0;
   int error = -1;
   Reason reason = Reason::none;
-  signed char argument = -1;
+  short argument = -1;
 
   Answer(double result = 0.0) : number(result) {}
   static Answer failure(int code, Reason reason, int argument = -1) {
     Answer answer(0.0);
     answer.error = code;
     answer.reason = reason;
-    answer.argument = static_cast<signed char>(argument);
+    answer.argument = static_cast<short>(argument);
     return answer;
   }
   bool is_number() const { return error < 0; }

@@ -28,7 +28,7 @@ inline Answer BASVOL(Range Forward_Price, Range Annual_Vol, Range Drift, Range W
 }
 
 /// Times are in years; Correl_rng is the strictly lower triangle of the correlation matrix, row by row.
-inline Answer BASVOLT(Basket Fwd_rng, Basket Vol_rng, Basket Weight_rng, Basket Tset_rng,
+inline Answer BASVOLT(NothingKept*, Basket Fwd_rng, Basket Vol_rng, Basket Weight_rng, Basket Tset_rng,
                       LowerTriangle Correl_rng, double ExpTime, int RetType) {
   const int n = Fwd_rng.count;
   if (Vol_rng.count != n || Weight_rng.count != n || Tset_rng.count != n ||

@@ -243,18 +243,15 @@ void price_results(const Function& function, const Operand* given, const int* se
   const bool together = results > 1 && function.compute_all != nullptr;
   double numbers[most_arguments];
   bool plain = function.frame.intake == Intake::scalars && together;
-  int missing = -1;
-  for (int i = 0; i < function.argument_count && plain; ++i) {
-    plain = i == asks_at || given[i].rows == 0;
-    if (i == asks_at || !plain) continue;
-    numbers[i] = *given[i].values;
-    if (numbers[i] != numbers[i] && missing < 0) missing = i;
-  }
-  if (plain) {
-    if (missing >= 0) {
-      std::fill_n(answers, results, Answer::failure(missing_code, Reason::missing, missing));
-      return;
+  const auto take = [&](int first, int end) {
+    for (int i = first; i < end && plain; ++i) {
+      plain = given[i].rows == 0 && *given[i].values == *given[i].values;
+      if (plain) numbers[i] = *given[i].values;
     }
+  };
+  take(0, asks_at);
+  take(asks_at + 1, function.argument_count);
+  if (plain) {
     const ProcessorState state;
     function.compute_all(numbers, nullptr, selectors, results, answers);
     return;

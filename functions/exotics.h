@@ -27,8 +27,8 @@ inline Answer LKBK(LookbackRepricings* kept, double Price, double Strike, double
   return lookback_greek(Price, Strike, IntRt, Yield, Vol, ExpDays, OptType, days_per_year, RetType, kept);
 }
 
-inline Answer CMPDV(double Price, double StrOver, double StrUnder, double TimeOver, double TimeUnder,
-                    double IntRt, double Yield, double FwdVol, double Vol, int OptType,
+inline Answer CMPDV(CompoundKept* kept, double Price, double StrOver, double StrUnder, double TimeOver,
+                    double TimeUnder, double IntRt, double Yield, double FwdVol, double Vol, int OptType,
                     Selector<0, 5> RetType) {
   CompoundOption option;
   option.S = Price;
@@ -41,7 +41,7 @@ inline Answer CMPDV(double Price, double StrOver, double StrUnder, double TimeOv
   option.sigma_f = FwdVol;
   option.sigma = Vol;
   option.OptType = OptType;
-  return compound_greek(option, RetType);
+  return compound_greek(option, RetType, kept);
 }
 
 inline Answer RBOW(RainbowRepricings* kept, double PriceA, double PriceB, double Strike, double IntRt,
@@ -113,8 +113,9 @@ inline Answer xSPRDOPT(SpreadRepricings* kept, double PriceA, double PriceB, dou
   return spread_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType, kept);
 }
 
-inline Answer WARRANT(double Price, double Strike, double IntRt, double Yield, double Vol, Years toVested,
-                      Years toExp, double Nwar, double Nshr, int WarType, Selector<0, 5> RetType) {
+inline Answer WARRANT(KeptResults<warrant_results>* kept, double Price, double Strike, double IntRt,
+                      double Yield, double Vol, Years toVested, Years toExp, double Nwar, double Nshr,
+                      int WarType, Selector<0, 5> RetType) {
   Warrant warrant;
   warrant.S = Price;
   warrant.K = Strike;
@@ -126,7 +127,8 @@ inline Answer WARRANT(double Price, double Strike, double IntRt, double Yield, d
   warrant.Nwar = Nwar;
   warrant.Nshr = Nshr;
   warrant.WarType = WarType;
-  return warrant_value(warrant, RetType);
+  if (kept == nullptr) return warrant_value(warrant, RetType);
+  return kept_result(kept, RetType, [&](double* results) { warrant_values(warrant, results); });
 }
 
 }  // namespace kestran::worksheet

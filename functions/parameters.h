@@ -8,6 +8,7 @@
 //   Selector<a, b>    truncated toward zero; refused outside a..b
 //   Positive, NotNegative, NotNegativeYears    refused when the number has the wrong sign
 //   Range             a row or column of up to 256 numbers, or a single number
+//   DaysRange         the same of days, handed on in years
 //   RangeOrNumber     the same, and beside ranges a single number may stand for as many cells as they have
 //   SquareMatrix      a square block of numbers
 //   Basket            a block of up to 256 numbers
@@ -88,6 +89,7 @@ struct Cells {
 };
 
 struct Range : Cells {};
+struct DaysRange : Cells {};
 struct RangeOrNumber : Cells {};
 struct SquareMatrix : Cells {};
 struct Basket : Cells {};
@@ -167,6 +169,14 @@ struct TakenCells : TakenNumber {
 
 template <>
 struct Taken<Range> : TakenCells<Range, ParameterKind::line> {};
+template <>
+struct Taken<DaysRange> : TakenNumber {
+  static constexpr ParameterKind kind = ParameterKind::line;
+  static DaysRange from(double, const Cells* cells) {
+    for (int i = 0; i < cells->count; ++i) cells->values[i] /= days_per_year;
+    return {*cells};
+  }
+};
 template <>
 struct Taken<RangeOrNumber> : TakenCells<RangeOrNumber, ParameterKind::line_or_number> {};
 template <>

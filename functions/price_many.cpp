@@ -144,18 +144,11 @@ void price_many(const Function& function, const Column* given, std::size_t deals
 }
 
 void price_all(const Function& function, const Operand* given, Answer* answers) {
-  const List<ResultText>& results = text_of(function).results;
-  if (function.result_argument < 0) {
-    for (int j = 0; j < results.count; ++j) answers[j] = price(function, given);
-    return;
-  }
-  constexpr int at_once = 32;
-  int selectors[at_once];
-  for (int first = 0; first < results.count; first += at_once) {
-    const int count = std::min(at_once, results.count - first);
-    for (int j = 0; j < count; ++j) selectors[j] = results[first + j].selector;
-    price_results(function, given, selectors, count, answers + first);
-  }
+  const List<int> selectors = selectors_of(function);
+  if (function.result_argument >= 0)
+    price_results(function, given, selectors.items, selectors.count, answers);
+  else
+    for (int j = 0; j < selectors.count; ++j) answers[j] = price(function, given);
 }
 
 }  // namespace kestran

@@ -10,11 +10,10 @@
 namespace kestran::worksheet {
 
 /// Tsteps below 0 or above 10,000 is #VALUE!: no cell may hang Excel.
-inline Answer XCAP(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng, Range Qty_rng,
-                   double StripVol, double CfStrike, double CompStrike, Years OptExpDays, double OptIntRt,
-                   int OptType, int RetType, int Tsteps) {
+inline Answer XCAP(CapKept* kept, Range Price_rng, Range IntRt_rng, Range Vol_rng, DaysRange ExpDays_rng,
+                   Range Qty_rng, double StripVol, double CfStrike, double CompStrike, Years OptExpDays,
+                   double OptIntRt, int OptType, int RetType, int Tsteps) {
   if (Tsteps < 0 || Tsteps > xcap_most_steps) return Answer::failure(value_code, Reason::tree_steps);
-  for (int i = 0; i < ExpDays_rng.count; ++i) ExpDays_rng.values[i] /= days_per_year;
   CapOption option;
   option.Price = Price_rng.values;
   option.IntRt = IntRt_rng.values;
@@ -30,13 +29,13 @@ inline Answer XCAP(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDay
   option.r_carry = OptIntRt;
   option.N = Tsteps;
   option.OptType = OptType;
+  option.kept = kept;
   return xcap_greeks(option, RetType);
 }
 
-inline CollarOption collar_option(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng,
-                                  double SwapVol, double VolSpread, double OptExpDays, double Cap,
-                                  double Floor, double OptIntRt, int OptType) {
-  for (int i = 0; i < ExpDays_rng.count; ++i) ExpDays_rng.values[i] /= days_per_year;
+inline CollarOption collar_option(CollarKept* kept, Range Price_rng, Range IntRt_rng, Range Vol_rng,
+                                  DaysRange ExpDays_rng, double SwapVol, double VolSpread, double OptExpDays,
+                                  double Cap, double Floor, double OptIntRt, int OptType) {
   CollarOption option;
   option.Price = Price_rng.values;
   option.IntRt = IntRt_rng.values;
@@ -50,32 +49,33 @@ inline CollarOption collar_option(Range Price_rng, Range IntRt_rng, Range Vol_rn
   option.Floor = Floor;
   option.r = OptIntRt;
   option.OptType = OptType;
+  option.kept = kept;
   return option;
 }
 
 /// Tsteps is read and changes nothing: the premium is worked without a tree.
-inline Answer XCOL3(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng, double SwapVol,
-                    double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt,
-                    int /*Tsteps*/, int OptType, int RetType) {
-  return xcol_greeks(collar_option(Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays,
-                                   Cap, Floor, OptIntRt, OptType),
+inline Answer XCOL3(CollarKept* kept, Range Price_rng, Range IntRt_rng, Range Vol_rng, DaysRange ExpDays_rng,
+                    double SwapVol, double VolSpread, Years OptExpDays, double Cap, double Floor,
+                    double OptIntRt, int /*Tsteps*/, int OptType, int RetType) {
+  return xcol_greeks(collar_option(kept, Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread,
+                                   OptExpDays, Cap, Floor, OptIntRt, OptType),
                      RetType);
 }
 
 /// The call alone.
-inline Answer XCOL2(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng, double SwapVol,
-                    double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt, int Tsteps,
-                    int RetType) {
-  return XCOL3(Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap, Floor,
+inline Answer XCOL2(CollarKept* kept, Range Price_rng, Range IntRt_rng, Range Vol_rng, DaysRange ExpDays_rng,
+                    double SwapVol, double VolSpread, Years OptExpDays, double Cap, double Floor,
+                    double OptIntRt, int Tsteps, int RetType) {
+  return XCOL3(kept, Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap, Floor,
                OptIntRt, Tsteps, 1, RetType);
 }
 
 /// The call's premium alone.
-inline Answer XCOL(Range Price_rng, Range IntRt_rng, Range Vol_rng, Range ExpDays_rng, double SwapVol,
+inline Answer XCOL(Range Price_rng, Range IntRt_rng, Range Vol_rng, DaysRange ExpDays_rng, double SwapVol,
                    double VolSpread, Years OptExpDays, double Cap, double Floor, double OptIntRt,
                    int Tsteps) {
-  return XCOL3(Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap, Floor,
-               OptIntRt, Tsteps, 1, 0);
+  return XCOL3(nullptr, Price_rng, IntRt_rng, Vol_rng, ExpDays_rng, SwapVol, VolSpread, OptExpDays, Cap,
+               Floor, OptIntRt, Tsteps, 1, 0);
 }
 
 /// The result of a swaption of n periods that `model` puts into a record; those of one period are asked for

@@ -53,10 +53,10 @@ inline Answer asian_strip_result(const AsianStrip& strip, int RetType, int RetMo
   return asian_strip(strip, RetType, RetMonth);
 }
 
-inline AsianStrip asian_strip_terms(const double* Price, const double* Vol, const double* Next,
-                                    const double* End, const double* Settles, int months, int SetDays,
-                                    double Strike, double IntRt, double Correl, double SetPrice, double ToExp,
-                                    int Opttype) {
+inline AsianStrip asian_strip_terms(AsianStripKept* kept, const double* Price, const double* Vol,
+                                    const double* Next, const double* End, const double* Settles, int months,
+                                    int SetDays, double Strike, double IntRt, double Correl, double SetPrice,
+                                    double ToExp, int Opttype) {
   AsianStrip strip;
   strip.F = Price;
   strip.K = Strike;
@@ -71,44 +71,45 @@ inline AsianStrip asian_strip_terms(const double* Price, const double* Vol, cons
   strip.ToExp = ToExp;
   strip.OptType = Opttype;
   strip.L = months;
+  strip.kept = kept;
   return strip;
 }
 
 /// Times are in years. RetType outside 0..9, SetDays below 0, and a RetMonth that is no month of the strip
 /// where the result is one of a month, are #VALUE!.
-inline Answer ASTRIP(Range Price_rng, Range Vol_rng, Range Next_rng, Range End_rng, Range Settles_rng,
-                     int SetDays, double Strike, double IntRt, double Correl, double SetPrice, double ToExp,
-                     int Opttype, int RetType, int RetMonth) {
-  return asian_strip_result(
-      asian_strip_terms(Price_rng.values, Vol_rng.values, Next_rng.values, End_rng.values, Settles_rng.values,
-                        Settles_rng.count, SetDays, Strike, IntRt, Correl, SetPrice, ToExp, Opttype),
-      RetType, RetMonth);
+inline Answer ASTRIP(AsianStripKept* kept, Range Price_rng, Range Vol_rng, Range Next_rng, Range End_rng,
+                     Range Settles_rng, int SetDays, double Strike, double IntRt, double Correl,
+                     double SetPrice, double ToExp, int Opttype, int RetType, int RetMonth) {
+  return asian_strip_result(asian_strip_terms(kept, Price_rng.values, Vol_rng.values, Next_rng.values,
+                                              End_rng.values, Settles_rng.values, Settles_rng.count, SetDays,
+                                              Strike, IntRt, Correl, SetPrice, ToExp, Opttype),
+                            RetType, RetMonth);
 }
 
 /// As ASTRIP, each month with its daily volume.
-inline Answer ASTRIPMV(Range Price_rng, Range Vol_rng, Range Volume_rng, Range Next_rng, Range End_rng,
-                       Range Settles_rng, int SetDays, double Strike, double IntRt, double Correl,
-                       double SetPrice, double ToExp, int Opttype, int RetType, int RetMonth) {
-  AsianStrip strip =
-      asian_strip_terms(Price_rng.values, Vol_rng.values, Next_rng.values, End_rng.values, Settles_rng.values,
-                        Settles_rng.count, SetDays, Strike, IntRt, Correl, SetPrice, ToExp, Opttype);
+inline Answer ASTRIPMV(AsianStripKept* kept, Range Price_rng, Range Vol_rng, Range Volume_rng, Range Next_rng,
+                       Range End_rng, Range Settles_rng, int SetDays, double Strike, double IntRt,
+                       double Correl, double SetPrice, double ToExp, int Opttype, int RetType, int RetMonth) {
+  AsianStrip strip = asian_strip_terms(kept, Price_rng.values, Vol_rng.values, Next_rng.values,
+                                       End_rng.values, Settles_rng.values, Settles_rng.count, SetDays, Strike,
+                                       IntRt, Correl, SetPrice, ToExp, Opttype);
   strip.u = Volume_rng.values;
   strip.positive_prices = true;
   return asian_strip_result(strip, RetType, RetMonth);
 }
 
 /// ASTRIP of two months.
-inline Answer ASTRIP2m(double Price1, double Price2, double Vol1, double Vol2, double Next1, double Next2,
-                       double End1, double End2, double Settle1, double Settle2, int SetDays, double Strike,
-                       double IntRt, double Correl, double SetPrice, double ToExp, int Opttype, int RetType,
-                       int RetMonth) {
+inline Answer ASTRIP2m(AsianStripKept* kept, double Price1, double Price2, double Vol1, double Vol2,
+                       double Next1, double Next2, double End1, double End2, double Settle1, double Settle2,
+                       int SetDays, double Strike, double IntRt, double Correl, double SetPrice, double ToExp,
+                       int Opttype, int RetType, int RetMonth) {
   const double Price[] = {Price1, Price2};
   const double Vol[] = {Vol1, Vol2};
   const double Next[] = {Next1, Next2};
   const double End[] = {End1, End2};
   const double Settles[] = {Settle1, Settle2};
-  AsianStrip strip = asian_strip_terms(Price, Vol, Next, End, Settles, 2, SetDays, Strike, IntRt, Correl,
-                                       SetPrice, ToExp, Opttype);
+  AsianStrip strip = asian_strip_terms(kept, Price, Vol, Next, End, Settles, 2, SetDays, Strike, IntRt,
+                                       Correl, SetPrice, ToExp, Opttype);
   strip.positive_prices = true;
   return asian_strip_result(strip, RetType, RetMonth);
 }

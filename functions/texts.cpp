@@ -62,22 +62,39 @@ static const FunctionText& text_named(const Function& function) {
 
 namespace {
 
-// The text of each function of the catalogue, looked up once.
-struct TextsByPlace {
+constexpr int functions = 0
 #define FUNCTION(...) +1
-  const FunctionText* texts[0
 #include "functions/function_list.h"
-  ];
+    ;
+
+// The text of each function of the catalogue and the selectors of its results, looked up once.
+struct TextsByPlace {
+  const FunctionText* texts[functions];
+  int selectors[functions][most_results];
+
   TextsByPlace() {
-    for (int i = 0; i < catalogue_size; ++i) texts[i] = &text_named(catalogue[i]);
+    for (int i = 0; i < functions; ++i) {
+      texts[i] = &text_named(catalogue[i]);
+      for (int j = 0; j < texts[i]->results.count; ++j) selectors[i][j] = texts[i]->results[j].selector;
+    }
   }
 };
+
+const TextsByPlace& texts_by_place() {
+  static const TextsByPlace by_place;
+  return by_place;
+}
 
 }  // namespace
 
 const FunctionText& text_of(const Function& function) {
-  static const TextsByPlace by_place;
-  return *by_place.texts[&function - catalogue];
+  return *texts_by_place().texts[&function - catalogue];
+}
+
+List<int> selectors_of(const Function& function) {
+  const TextsByPlace& by_place = texts_by_place();
+  const auto place = &function - catalogue;
+  return {by_place.selectors[place], by_place.texts[place]->results.count};
 }
 
 std::vector<const Function*> functions_of(const FunctionText& text) {

@@ -17,6 +17,7 @@ struct List {
   constexpr List() = default;
   template <int size>
   constexpr List(const Item (&array)[size]) : items(array), count(size) {}
+  constexpr List(const Item* first, int size) : items(first), count(size) {}
   const Item* begin() const { return items; }
   const Item* end() const { return items + count; }
   const Item& operator[](int i) const { return items[i]; }
@@ -108,6 +109,11 @@ const FunctionText& text_of(const Function& function);
 
 /// The functions that a text belongs to, twins with an x in front last.
 std::vector<const Function*> functions_of(const FunctionText& text);
+
+/// The selectors of the results in the function's text, in its order, of which there are at most
+/// `most_results`.
+List<int> selectors_of(const Function& function);
+constexpr int most_results = 32;
 
 /// Which argument asks for the result, by its place; -1 when there is one result only.
 inline int result_argument(const Function& function) { return function.result_argument; }

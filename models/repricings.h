@@ -53,6 +53,25 @@ double kept_result(KeptResults<size>* kept, int i, const Work& work) {
   return kept->values[i];
 }
 
+/// Prices, after moves of the terms that several results of a call have in common, by numbers of the model's.
+template <int size>
+struct KeptPrices {
+  bool known[size] = {};
+  double values[size];
+};
+
+/// Price i, which is work(): kept, where `kept` is not null, for the call's other results.
+template <int size, class Work>
+double kept_price(KeptPrices<size>* kept, int i, const Work& work) {
+  if (kept == nullptr) return work();
+  if (!kept->known[i]) kept->values[i] = work();
+  kept->known[i] = true;
+  return kept->values[i];
+}
+
+/// What is kept by a function whose results have nothing in common but its arguments.
+struct NothingKept {};
+
 /// A function that gives work(): worked out here and now where `all` results are wanted, else when asked for.
 template <bool all, class Work>
 auto once(const Work& work) {

@@ -331,4 +331,33 @@ inline __m128d natural_log(__m128d x) {
   return elementary::log_of_scaled(elementary::scaled(x));
 }
 
+#if defined(__AVX2__)
+// The rare lanes go through the pairs' function, which is not compiled for AVX2.
+template <class OfPair>
+[[gnu::always_inline]] inline __m256d pair_by_pair(__m256d x, OfPair of_pair) {
+  const __m128d low = of_pair(_mm256_castpd256_pd128(x));
+  return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), of_pair(_mm256_extractf128_pd(x, 1)), 1);
+}
+
+[[gnu::always_inline]] inline __m256d exponential(__m256d x) {
+  const __m256d size = _mm256_andnot_pd(_mm256_set1_pd(-0.0), x);
+  const __m256d in_range =
+      _mm256_cmp_pd(size, _mm256_set1_pd(elementary::exponential_safe_limit), _CMP_LE_OQ);
+  if (__builtin_expect(_mm256_movemask_pd(in_range) != 15, 0))
+    return pair_by_pair(
+        x, [](__m128d pair) __attribute__((always_inline)) { return elementary::exponential_of_any(pair); });
+  return elementary::exponential_in_range<elementary::FourLanes>(x);
+}
+
+[[gnu::always_inline]] inline __m256d natural_log(__m256d x) {
+  const __m256d usual =
+      _mm256_and_pd(_mm256_cmp_pd(x, _mm256_set1_pd(elementary::smallest_normal), _CMP_GE_OQ),
+                    _mm256_cmp_pd(x, _mm256_set1_pd(elementary::largest_finite), _CMP_LE_OQ));
+  if (__builtin_expect(_mm256_movemask_pd(usual) != 15, 0))
+    return pair_by_pair(
+        x, [](__m128d pair) __attribute__((always_inline)) { return elementary::log_of_any(pair); });
+  return elementary::log_of_scaled(elementary::scaled(x));
+}
+#endif
+
 }  // namespace kestran

@@ -25,7 +25,14 @@ struct Strided {
 
 [[gnu::always_inline]] inline __m128d absolute(__m128d x) { return _mm_andnot_pd(_mm_set1_pd(-0.0), x); }
 [[gnu::always_inline]] inline __m128d square_root(__m128d x) { return _mm_sqrt_pd(x); }
+/// The greater of the two; the second where one is not a number.
+[[gnu::always_inline]] inline __m128d greater(__m128d a, __m128d b) { return _mm_max_pd(a, b); }
 [[gnu::always_inline]] inline void store(double* to, __m128d x) { _mm_storeu_pd(to, x); }
+[[gnu::always_inline]] inline double sum_of_lanes(__m128d x) {
+  return _mm_cvtsd_f64(x) + _mm_cvtsd_f64(_mm_unpackhi_pd(x, x));
+}
+/// sum + x, pair after pair: whatever the width, the sums of the even and of the odd numbers.
+[[gnu::always_inline]] inline __m128d sum_of_pairs(__m128d sum, __m128d x) { return sum + x; }
 /// Bit i stands for lane i.
 [[gnu::always_inline]] inline unsigned lanes_where(__m128d mask) {
   return static_cast<unsigned>(_mm_movemask_pd(mask));
@@ -34,6 +41,15 @@ struct Strided {
 /// Numbers k and on, one in each lane.
 template <class Width>
 typename Width::Real load(const Strided& from, std::size_t k);
+
+/// Numbers that stand one after the other.
+template <class Width>
+typename Width::Real load(const double* from);
+
+template <>
+[[gnu::always_inline]] inline __m128d load<elementary::TwoLanes>(const double* from) {
+  return _mm_loadu_pd(from);
+}
 
 template <>
 [[gnu::always_inline]] inline __m128d load<elementary::TwoLanes>(const Strided& from, std::size_t k) {
@@ -46,9 +62,18 @@ template <>
   return _mm256_andnot_pd(_mm256_set1_pd(-0.0), x);
 }
 [[gnu::always_inline]] inline __m256d square_root(__m256d x) { return _mm256_sqrt_pd(x); }
+[[gnu::always_inline]] inline __m256d greater(__m256d a, __m256d b) { return _mm256_max_pd(a, b); }
 [[gnu::always_inline]] inline void store(double* to, __m256d x) { _mm256_storeu_pd(to, x); }
+[[gnu::always_inline]] inline __m128d sum_of_pairs(__m128d sum, __m256d x) {
+  return sum + _mm256_castpd256_pd128(x) + _mm256_extractf128_pd(x, 1);
+}
 [[gnu::always_inline]] inline unsigned lanes_where(__m256d mask) {
   return static_cast<unsigned>(_mm256_movemask_pd(mask));
+}
+
+template <>
+[[gnu::always_inline]] inline __m256d load<elementary::FourLanes>(const double* from) {
+  return _mm256_loadu_pd(from);
 }
 
 template <>

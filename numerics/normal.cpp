@@ -5,34 +5,6 @@
 #include "numerics/elementary.h"
 
 namespace kestran {
-namespace {
-
-// (1 - N(x)) e^(x^2 / 2) for x from 0 to 40, one value or two lanes.
-template <class Real>
-[[gnu::always_inline]] inline Real precise_tail_over_bell(Real x) {
-  const Real over =
-      (((((0.0352624965998911 * x + 0.700383064443688) * x + 6.37396220353165) * x + 33.912866078383) * x +
-        112.079291497871) *
-           x +
-       221.213596169931) *
-          x +
-      220.206867912376;
-  const Real under =
-      ((((((0.0883883476483184 * x + 1.75566716318264) * x + 16.064177579207) * x + 86.7807322029461) * x +
-         296.564248779674) *
-            x +
-        637.333633378831) *
-           x +
-       793.826512519948) *
-          x +
-      440.413735824752;
-  return over / under;
-}
-
-// Beyond, N(x) is 0 or 1 whatever the rational function.
-constexpr double precise_limit = 40.0;
-
-}  // namespace
 
 double cnorm(double x) {
   const double magnitude = std::fabs(x);
@@ -51,18 +23,12 @@ NormalPair cnorm_and_bell(__m128d x) {
 
 double cnorm_precise(double x) {
   const double size = std::fabs(x);
-  const double magnitude = size > precise_limit ? precise_limit : size;
-  const double tail = exponential(magnitude * magnitude * -0.5) * precise_tail_over_bell(magnitude);
+  const double magnitude = size > normal::precise_limit ? normal::precise_limit : size;
+  const double tail = exponential(magnitude * magnitude * -0.5) * normal::precise_tail_over_bell(magnitude);
   return x > 0.0 ? 1.0 - tail : tail;
 }
 
-__m128d cnorm_precise(__m128d x) {
-  const __m128d size = _mm_andnot_pd(_mm_set1_pd(-0.0), x);
-  const __m128d magnitude = _mm_min_pd(_mm_set1_pd(precise_limit), size);  // keeps a NaN in the second
-  const __m128d tail = exponential(magnitude * magnitude * -0.5) * precise_tail_over_bell(magnitude);
-  const __m128d upper = _mm_cmpgt_pd(x, _mm_setzero_pd());
-  return _mm_or_pd(_mm_and_pd(upper, 1.0 - tail), _mm_andnot_pd(upper, tail));
-}
+__m128d cnorm_precise(__m128d x) { return normal::cnorm_precise_inlined(x); }
 
 double ipow(double x, int n) {
   double product = 1.0;

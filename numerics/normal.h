@@ -70,6 +70,46 @@ template <class Real>
   return x >= 0.0 ? 1.0 - tail : tail;
 }
 
+// N(x) in each lane, worked in the midst of a loop's other arithmetic, which a call would hold up.
+template <class Width>
+[[gnu::always_inline]] inline typename Width::Real cnorm_inlined(typename Width::Real x) {
+  return cnorm_by_bell(x, elementary::exponential_in_range<Width>(x * x * -0.5));
+}
+
+// (1 - N(x)) e^(x^2 / 2) for x from 0 to 40, one value or two lanes.
+template <class Real>
+[[gnu::always_inline]] inline Real precise_tail_over_bell(Real x) {
+  const Real over =
+      (((((0.0352624965998911 * x + 0.700383064443688) * x + 6.37396220353165) * x + 33.912866078383) * x +
+        112.079291497871) *
+           x +
+       221.213596169931) *
+          x +
+      220.206867912376;
+  const Real under =
+      ((((((0.0883883476483184 * x + 1.75566716318264) * x + 16.064177579207) * x + 86.7807322029461) * x +
+         296.564248779674) *
+            x +
+        637.333633378831) *
+           x +
+       793.826512519948) *
+          x +
+      440.413735824752;
+  return over / under;
+}
+
+// Beyond, N(x) is 0 or 1 whatever the rational function.
+constexpr double precise_limit = 40.0;
+
+// cnorm_precise in each lane.
+template <class Real>
+[[gnu::always_inline]] inline Real cnorm_precise_inlined(Real x) {
+  const Real size = absolute(x);
+  const Real magnitude = size > precise_limit ? Real{} + precise_limit : size;
+  const Real tail = exponential(magnitude * magnitude * -0.5) * precise_tail_over_bell(magnitude);
+  return x > 0.0 ? 1.0 - tail : tail;
+}
+
 }  // namespace normal
 
 /// x multiplied by itself n times, starting from 1.0; 1.0 for n < 1.

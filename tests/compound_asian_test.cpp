@@ -4,9 +4,12 @@
 
 #include <climits>
 #include <cmath>
+#include <cstring>
 #include <functional>
+#include <random>
 #include <vector>
 
+#include "models/asian/compound_asian_nodes_kernel.h"
 #include "models/asian/fixings_ahead.h"
 #include "models/asian/fixings_before.h"
 #include "numerics/arrays.h"
@@ -176,6 +179,56 @@ TEST(FixingsBefore, SumIsThatOfTheBridge) {
   const double x = .2, s = std::sqrt(.0216);
   for (double z : {-1.7, 0.0, 2.0})
     EXPECT_NEAR(sum_given_expiry(fixings, x, z), 1 + std::exp(.4 * x + s * z) + std::exp(x), 1e-14) << z;
+}
+
+// Points side by side against one at a time.
+TEST(CompoundAsian, NodesHaveTheSameBitsInEveryNumberOfLanes) {
+  std::mt19937_64 random(5);
+  const auto between = [&](double low, double high) {
+    return low + (high - low) * std::generate_canonical<double, 53>(random);
+  };
+  const auto one_of = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+  const auto same = [](double a, double b) {
+    return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
+  };
+  constexpr int count = 36;
+  int differing = 0, finite = 0;
+  for (int deal = 0; deal < 1000; ++deal) {
+    const int before = one_of(8), ahead = one_of(10);
+    std::vector<double> time, level(32), covariance(32), loading(10);
+    for (int k = 0; k < before; ++k) time.push_back(k == 0 ? 0.0 : between(0.0, 1.0));
+    CompoundAsianPayoff payoff;
+    payoff.S0 = between(60, 140);
+    payoff.deviation = deal % 8 == 0 ? between(0.0, 20.0) : between(0.01, 0.8);
+    payoff.before = {before, payoff.deviation * payoff.deviation, time.data(), level.data(),
+                     covariance.data()};
+    payoff.ahead = fixings_ahead(ahead, one_of(4) == 0 ? 0.0 : between(0.0, 0.3),
+                                 one_of(4) == 0 ? 0.0 : between(0.0, 0.05), loading.data());
+    payoff.strike = 100.0 * between(-1.0, before + ahead + 1.0);
+    payoff.discount = between(0.5, 1.0) / (before + ahead + 1.0);
+    payoff.X = between(0.0, 20.0);
+    payoff.is_call_on = one_of(2) == 0;
+    payoff.is_call = one_of(2) == 0;
+    const double z = between(-2.0, 2.0);
+    double y[count], of_two[4][count], of_four[4][count];
+    for (double& point : y) point = one_of(50) == 0 ? between(-60.0, 60.0) : between(-8.0, 9.0);
+    y[one_of(100) % count] = NAN;
+    exercise_at_nodes_kernel<elementary::TwoLanes>(payoff, z,
+                                                   {count, y, of_two[0], of_two[1], of_two[2], of_two[3]});
+    const bool avx2 = __builtin_cpu_supports("avx2");
+    if (avx2) exercise_at_nodes_avx2(payoff, z, {count, y, of_four[0], of_four[1], of_four[2], of_four[3]});
+    for (int i = 0; i < count; ++i) {
+      const double log_growth = payoff.deviation * (y[i] - payoff.deviation / 2.0);
+      const double S = payoff.S0 * exponential(log_growth);
+      const double strike = payoff.strike - payoff.S0 * sum_given_expiry(payoff.before, log_growth, z);
+      const double alone[] = {S, strike, exercise_margin(payoff, S, strike), exponential(-y[i] * y[i] / 2.0)};
+      for (int what = 0; what < 4; ++what)
+        differing += !same(alone[what], of_two[what][i]) || (avx2 && !same(alone[what], of_four[what][i]));
+      finite += std::isfinite(alone[2]);
+    }
+  }
+  EXPECT_EQ(differing, 0);
+  EXPECT_GT(finite, 20000);
 }
 
 TEST(CompoundAsian, DegenerateInput) {

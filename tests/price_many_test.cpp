@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "functions/example.h"
+#include "functions/refused_number.h"
 #include "models/black_scholes/european_book.h"
 #include "models/calendar.h"
 #include "numerics/lanes.h"
@@ -40,9 +41,10 @@ std::string shown(const Answer& answer) {
          std::to_string(answer.argument);
 }
 
-// The ordinary number, moved a little, or, now and then, one that needs care.
+// The ordinary number, moved a little, or, now and then, one that needs care: an error value, for one.
 double disturbed(double number, std::uint64_t& state) {
-  constexpr double edges[] = {missing, infinity, -infinity, 0.0, -0.0, -1.0, 5e-324, 1e-310, 1e300, 0.5, 1e9};
+  static const double edges[] = {missing, infinity, -infinity, 0.0, -0.0, -1.0,
+                                 5e-324,  1e-310,   1e300,     0.5, 1e9,  refused_number(42)};
   if (next(state) % 16 == 0) return edges[next(state) % std::size(edges)];
   return next(state) % 4 == 0 ? number : number * (0.5 + uniform(state));
 }

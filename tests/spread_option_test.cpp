@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
+#include <random>
 
 #include "models/black_scholes/european.h"
 #include "models/exotics/spread_kernel.h"
+#include "models/exotics/spread_sums_kernel.h"
 
 namespace kestran {
 namespace {
@@ -117,6 +120,36 @@ TEST(SpreadOption, EveryResult) {
                 1e-5 + (i > 2 ? 1e-4 * std::fabs(put[i]) : 0.0))
         << i;
   }
+}
+
+TEST(SpreadKernel, SumsHaveTheSameBitsInTwoAndFourLanes) {
+  if (!__builtin_cpu_supports("avx2")) GTEST_SKIP();
+  std::mt19937_64 random(3);
+  const auto between = [&](double low, double high) {
+    constexpr double edges[] = {0.0, -0.0, 5e-324, 1e-310, 1e-100, -1.0, 30.0, 800.0, 1e300, HUGE_VAL, NAN};
+    if (random() % 64 == 0) return edges[random() % std::size(edges)];
+    return low + (high - low) * std::generate_canonical<double, 53>(random);
+  };
+  const auto same = [](double a, double b) {
+    return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
+  };
+  int differing = 0, finite = 0;
+  for (int deal = 0; deal < 2000; ++deal) {
+    SpreadNodes nodes;
+    for (double& z : nodes.z) z = between(-8.0, 8.0);
+    for (double& weight : nodes.weight) weight = between(0.0, 0.5);
+    if (deal % 2 == 0) nodes.z[random() % spread_slots] = between(-40.0, 40.0);
+    const SpreadIntegrand integrand = {between(60.0, 140.0), between(4.0, 5.0),         between(-1.0, 1.0),
+                                       between(60.0, 140.0), between(0.0, 1.0),         between(-60.0, 60.0),
+                                       between(0.0, 1.0),    deal % 3 == 0 ? -1.0 : 1.0};
+    const SpreadSums two = spread_sums_kernel<elementary::TwoLanes>(integrand, nodes);
+    const SpreadSums four = spread_sums_avx2(integrand, nodes);
+    differing += !same(two.value, four.value) || !same(two.in_optioned, four.in_optioned) ||
+                 !same(two.in_given, four.in_given);
+    finite += std::isfinite(two.value);
+  }
+  EXPECT_EQ(differing, 0);
+  EXPECT_GT(finite, 200);
 }
 
 TEST(SpreadOption, ExchangeExpiryAndSentinels) {

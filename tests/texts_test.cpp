@@ -56,6 +56,7 @@ TEST(Texts, StandForEveryArgumentAndResult) {
     EXPECT_TRUE(text.name == std::string(function.name) || "x" + std::string(text.name) == function.name)
         << function.name;
     ASSERT_EQ(text.arguments.count, function.argument_count) << function.name;
+    ASSERT_LE(text.results.count, most_results) << function.name;
     for (int i = 0; i < function.argument_count; ++i) expect_sensible(function, i);
     expect_whole(text.prices, function.name);
     expect_whole(text.headline, function.name);

@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <random>
 #include <vector>
 
 #include "models/black_scholes/european.h"
+#include "models/black_scholes/roll_back_kernel.h"
 #include "numerics/elementary.h"
 
 namespace kestran {
@@ -42,6 +44,29 @@ TreeValue whole_tree(const ForwardTree& tree) {
   const double slope_up = (now[2] - now[1]) / up_move, slope_down = (now[1] - now[0]) / down_move;
   const double width = up_move + down_move;
   return {now[1], (down_move * slope_up + up_move * slope_down) / width, 2 * (slope_up - slope_down) / width};
+}
+
+// Also beyond the last node, and where values are no numbers.
+TEST(TreeNodes, RolledBackAlikeInTwoAndFourLanes) {
+  if (!__builtin_cpu_supports("avx2")) GTEST_SKIP();
+  std::mt19937_64 bits(12);
+  constexpr int nodes = 24;
+  int differing = 0;
+  for (int level = 0; level < 2000; ++level) {
+    double ratio[nodes], two[nodes], four[nodes];
+    for (int j = 0; j < nodes; ++j) {
+      ratio[j] = std::exp(0.2 * (j - nodes / 2));
+      two[j] = four[j] = bits() % 50 == 0 ? NAN : static_cast<double>(bits() % 1000) / 7.0;
+    }
+    const RolledBack rolled = {0.5, 0.49, level % 2 == 0 ? 100.0 : -100.0, level % 2 == 0 ? 100.0 : -100.0,
+                               ratio};
+    const int first = static_cast<int>(bits() % 8), last = first - 1 + static_cast<int>(bits() % 12);
+    const int exercised = first - 1 + 2 * static_cast<int>(bits() % 4);
+    roll_back_level<elementary::TwoLanes>(rolled, first, exercised, last, two);
+    roll_back_avx2(rolled, first, exercised, last, four);
+    differing += std::memcmp(two, four, sizeof two) != 0;
+  }
+  EXPECT_EQ(differing, 0);
 }
 
 TEST(TreeNodes, WhatIsLeftOutMovesNoBit) {

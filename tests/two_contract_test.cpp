@@ -162,16 +162,16 @@ TEST(TwoContracts, OnTheWorksheet) {
   const double Price[] = {25, 25.5}, Vol[] = {.35, .33}, Next[] = {.02, .06}, End[] = {.05, .1},
                n[] = {14.9, 8};
   for (int RetType = 0; RetType <= 9; ++RetType)
-    EXPECT_EQ(
-        worksheet::ASTRIP2m(25, 25.5, .35, .33, .02, .06, .05, .1, 14.9, 8, 3, 25, .05, .98, 24, .1, 20,
-                            RetType, 2)
-            .number,
-        asian_strip(worksheet::asian_strip_terms(Price, Vol, Next, End, n, 2, 3, 25, .05, .98, 24, .1, 20),
-                    RetType, 2))
+    EXPECT_EQ(worksheet::ASTRIP2m(nullptr, 25, 25.5, .35, .33, .02, .06, .05, .1, 14.9, 8, 3, 25, .05, .98,
+                                  24, .1, 20, RetType, 2)
+                  .number,
+              asian_strip(worksheet::asian_strip_terms(nullptr, Price, Vol, Next, End, n, 2, 3, 25, .05, .98,
+                                                       24, .1, 20),
+                          RetType, 2))
         << RetType;
-  EXPECT_TRUE(std::isnan(
-      worksheet::ASTRIP2m(25, -5.5, .35, .33, .02, .06, .05, .1, 14, 8, 3, 9, .05, .98, 24, .1, 1, 0, 2)
-          .number));
+  EXPECT_TRUE(std::isnan(worksheet::ASTRIP2m(nullptr, 25, -5.5, .35, .33, .02, .06, .05, .1, 14, 8, 3, 9, .05,
+                                             .98, 24, .1, 1, 0, 2)
+                             .number));
   const auto refused = [](int Settle1, int SetDays, int RetType, int RetMonth) {
     return worksheet::xCrudeAPO(nullptr, 25, 25.5, .35, .33, .45, .4, .1, .2, Settle1, 8, SetDays, 25, .05,
                                 .98, 0, .2, 1, RetType, RetMonth)

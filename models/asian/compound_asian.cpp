@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "models/asian/compound_asian_payoff.h"
+#include "models/asian/compound_asian_nodes.h"
 #include "models/calendar.h"
 #include "numerics/arrays.h"
 #include "numerics/elementary.h"
@@ -101,7 +101,8 @@ double price_of(const CompoundAsian& option) {
   const int n = static_cast<int>(outstanding(option));
   const int before = expired ? 0 : fixings_until_expiry(option);
   const int ahead = n - before;
-  const int cells = 3 * before + ahead;
+  const int work = most_payoff_lanes * before;
+  const int cells = before + 2 * work + ahead;
   double* block = dvector(0, cells);
   if (!block) return not_a_number;
 
@@ -117,15 +118,16 @@ double price_of(const CompoundAsian& option) {
   payoff.discount =
       exponential((option.rc * until_expiry - option.r * positive_part(option.ExpDays)) * one_day) / total;
 
-  payoff.before = {before, payoff.deviation * payoff.deviation, block, block + before, block + 2 * before};
+  payoff.before = {before, payoff.deviation * payoff.deviation, block, block + before, block + before + work};
   for (int k = 0; k < before; ++k)
     payoff.before.time[k] = std::clamp((option.toNext + k * gap(option)) / until_expiry, 0.0, 1.0);
   const double first = positive_part(option.toNext + before * gap(option) - until_expiry);
   const double last = positive_part(option.ExpDays - until_expiry);
   const double sigma_until_first = option.m + before > 0 ? option.sigma2 : option.sigma1;
-  payoff.ahead = fixings_ahead(
-      ahead, sigma_until_first * sigma_until_first * first * one_day,
-      option.sigma2 * option.sigma2 * (last - first) / std::max(ahead - 1, 1) * one_day, block + 3 * before);
+  payoff.ahead =
+      fixings_ahead(ahead, sigma_until_first * sigma_until_first * first * one_day,
+                    option.sigma2 * option.sigma2 * (last - first) / std::max(ahead - 1, 1) * one_day,
+                    block + before + 2 * work);
 
   double price = 0.0;
   if (expired)

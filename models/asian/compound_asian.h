@@ -1,6 +1,8 @@
 // Options on average-price options.
 #pragma once
 
+#include <cstdint>
+
 #include "models/repricings.h"
 
 namespace kestran {
@@ -24,7 +26,9 @@ struct CompoundAsian {
   double X = 0.0;           // strike of the compound option
   double CmpExpDays = 0.0;  // days to the compound option's expiry
   double rc = 0.0;          // zero rate to CmpExpDays, continuous, per year
-  int CmpOptType = 0;       // odd: call on the average-price option, even: put; below 3: that is a call
+  // Odd: call on the average-price option, even: put; below 3: that is a call. As wide as its neighbours, so
+  // that no padding makes equal terms differ.
+  std::int64_t CmpOptType = 0;
   CompoundAsianRepricings* kept = nullptr;  // what other results worked out; null for nothing
 };
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "models/asian/compound_asian_nodes.h"
 #include "numerics/elementary.h"
 #include "numerics/gauss_legendre.h"
 #include "numerics/normal.h"
@@ -25,6 +26,15 @@ double price_at(const CompoundAsianPayoff& payoff, double y) {
 double strike_left(const CompoundAsianPayoff& payoff, double y, double z) {
   return payoff.strike - payoff.S0 * sum_given_expiry(payoff.before, log_growth(payoff, y), z);
 }
+
+// Points and what stands there; those that fill up the last lanes have nothing to say.
+template <int count>
+struct NodeBlock {
+  static constexpr int room = (count + most_payoff_lanes - 1) / most_payoff_lanes * most_payoff_lanes;
+  double y[room] = {}, price[room], strike[room], margin[room], bell[room];
+
+  CompoundAsianNodes nodes(int used = count) { return {used, y, price, strike, margin, bell}; }
+};
 
 // The range of y in cells. Within one no function here turns round, so sign changes tell its roots.
 constexpr int cells = 12;
@@ -69,13 +79,11 @@ Cuts cuts(const CompoundAsianPayoff& payoff, double z) {
   const auto left = [&](double y) { return strike_left(payoff, y, z); };
   const auto out_of_money = [&](double y) { return left(y) - payoff.ahead.count * price_at(payoff, y); };
   const auto margin = [&](double y) { return exercise_margin(payoff, price_at(payoff, y), left(y)); };
-  double strikes[cells + 1], forward_margins[cells + 1], margins[cells + 1];
-  for (int i = 0; i <= cells; ++i) {
-    const double S = price_at(payoff, grid.at(i));
-    strikes[i] = left(grid.at(i));
-    forward_margins[i] = strikes[i] - payoff.ahead.count * S;
-    margins[i] = exercise_margin(payoff, S, strikes[i]);
-  }
+  NodeBlock<cells + 1> ends;
+  for (int i = 0; i <= cells; ++i) ends.y[i] = grid.at(i);
+  exercise_at_nodes(payoff, z, ends.nodes());
+  double forward_margins[cells + 1];
+  for (int i = 0; i <= cells; ++i) forward_margins[i] = ends.strike[i] - payoff.ahead.count * ends.price[i];
 
   // The payoff is 0 at an exercise boundary: what this error moves is its square. Without fixings ahead a
   // bend is as sharp; other edges may lie anywhere near.
@@ -84,11 +92,11 @@ Cuts cuts(const CompoundAsianPayoff& payoff, double z) {
   Cuts cut;
   cut.edge[0] = grid.low;
   cut.edge[1] = grid.high;
-  cut.edges = 2 + sign_changes(grid, margins, margin, sharp, cut.edge + 2);
+  cut.edges = 2 + sign_changes(grid, ends.margin, margin, sharp, cut.edge + 2);
   // Near a strike of 0 the value is all but straight unless the fixings ahead are widely spread.
   constexpr double wide = 0.25;
   if (payoff.ahead.deviation > wide)
-    cut.edges += sign_changes(grid, strikes, left, rough, cut.edge + cut.edges);
+    cut.edges += sign_changes(grid, ends.strike, left, rough, cut.edge + cut.edges);
   double y[cells];
   cut.bends = sign_changes(grid, forward_margins, out_of_money, payoff.ahead.count > 0 ? rough : sharp, y);
   for (int i = 0; i < cut.bends; ++i) {
@@ -117,7 +125,9 @@ double mean_payoff(const CompoundAsianPayoff& payoff, double z) {
     return std::numeric_limits<double>::quiet_NaN();
   constexpr double most_panels = 64.0;  // more than any range needs
   constexpr double widest_panel = 4.5;  // in deviations of the density, or widths of the bend nearby
-  const QuadratureRule rule = gauss_legendre(18);
+  constexpr int panel_nodes = 18;
+  const QuadratureRule rule = gauss_legendre(panel_nodes);
+  NodeBlock<2 * panel_nodes> block;
   const auto margin = [&](double y) {
     return exercise_margin(payoff, price_at(payoff, y), strike_left(payoff, y, z));
   };
@@ -134,12 +144,16 @@ double mean_payoff(const CompoundAsianPayoff& payoff, double z) {
         widest = std::min(widest, widest_panel * cut.bend[k].width);
     const int panels = static_cast<int>(std::ceil(std::fmin((right - left) / widest, most_panels)));
     const double half = (right - left) / (2.0 * panels);
-    for (int panel = 0; panel < panels; ++panel)
-      for (int k = 0; k < rule.size; ++k) {
-        const double y = left + half * (2 * panel + 1 + rule.nodes[k].x);
-        mean += half * rule.nodes[k].weight * over_root_2_pi * exponential(-y * y / 2.0) *
-                positive_part(margin(y));
-      }
+    // Two panels at a time, which fill all lanes.
+    for (int first = 0; first < panels; first += 2) {
+      const int used = std::min(panels - first, 2) * panel_nodes;
+      for (int k = 0; k < used; ++k)
+        block.y[k] = left + half * (2 * (first + k / panel_nodes) + 1 + rule.nodes[k % panel_nodes].x);
+      exercise_at_nodes(payoff, z, block.nodes(used));
+      for (int k = 0; k < used; ++k)
+        mean += half * rule.nodes[k % panel_nodes].weight * over_root_2_pi * block.bell[k] *
+                positive_part(block.margin[k]);
+    }
   }
   return mean;
 }

@@ -5,12 +5,11 @@
 #include <cmath>
 
 #include "numerics/elementary.h"
+#include "numerics/lanes.h"
 #include "numerics/normal.h"
 
 namespace kestran {
 namespace {
-
-double sum_of_lanes(__m128d x) { return _mm_cvtsd_f64(x) + _mm_cvtsd_f64(_mm_unpackhi_pd(x, x)); }
 
 struct SumGivenAverage {
   double value;  // over the price
@@ -41,15 +40,12 @@ SumGivenAverage sum_given_average(const FixingsAhead& fixings, double z) {
 // point that convexity puts above the root. Without a root, where fixings without variance exceed the sum,
 // some z at which exercise is certain.
 double boundary(const FixingsAhead& fixings, double log_sum) {
-  constexpr double certain = -45.0;
-  // The square of what is left is what counts, for the payoff is 0 at the boundary.
-  constexpr double close_enough = 1e-4;
-  double z = (log_sum - natural_log(fixings.count) + fixings.mean_half_square) / fixings.mean_loading;
-  for (int i = 0; i < 50; ++i) {
+  double z = (log_sum - fixings.log_count + fixings.mean_half_square) / fixings.mean_loading;
+  for (int i = 0; i < sum_boundary_steps; ++i) {
     const SumGivenAverage sum = sum_given_average(fixings, z);
     const double step = (natural_log(sum.value) - log_sum) * sum.value / sum.slope;
     z -= step;
-    if (!(std::fabs(step) > close_enough) || z < certain) break;
+    if (!(std::fabs(step) > sum_boundary_close_enough) || z < certain_sum_boundary) break;
   }
   return z;
 }
@@ -61,6 +57,7 @@ FixingsAhead fixings_ahead(int count, double before, double step, double* loadin
   if (count < 1) return fixings;
   const double n = count;
   fixings.count = count;
+  fixings.log_count = natural_log(n);
   fixings.loading = loading;
   fixings.deviation = std::sqrt(before + step * (n - 1.0) * (2.0 * n - 1.0) / (6.0 * n));
   if (fixings.deviation == 0.0) return fixings;

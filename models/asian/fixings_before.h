@@ -4,7 +4,8 @@
 namespace kestran {
 
 /// Fixings of a driftless lognormal price between now and an expiry. Times are shares of the way there.
-/// The arrays hold `count` numbers each; the last two are work space.
+/// The arrays hold `count` numbers each; the last two are work space, with room for as many prices at expiry
+/// as are worked on side by side.
 struct FixingsBefore {
   int count = 0;
   double variance = 0.0;  // of the price's logarithm over the whole way

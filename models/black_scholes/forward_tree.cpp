@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "models/black_scholes/european.h"
+#include "models/black_scholes/roll_back_kernel.h"
 #include "models/black_scholes/tree_nodes.h"
 #include "numerics/arrays.h"
 #include "numerics/elementary.h"
@@ -66,22 +67,12 @@ void fill_last_level(const ForwardTree& tree, const TreePrices& prices, double* 
   }
 }
 
-// Rolls nodes first .. last of a level back from the level after it, in pairs. `inwards` and `outwards` are
-// the discounted probabilities of moves into and out of the money.
-template <bool exercise>
-void roll_back(int first, int last, const LevelPrices& level, double sign, double K, double inwards,
-               double outwards, double* V) {
-  const __m128d in = _mm_set1_pd(inwards);
-  const __m128d out = _mm_set1_pd(outwards);
-  const __m128d centre = _mm_set1_pd(sign * level.centre);
-  const __m128d strike = _mm_set1_pd(sign * K);
-  const double* const ratio = level.ratio;
-  for (int j = first; j <= last; j += 2) {
-    __m128d value = out * _mm_loadu_pd(V + j + 1) + in * _mm_loadu_pd(V + j);
-    // The value comes second, so that NaN stays.
-    if (exercise) value = _mm_max_pd(centre * _mm_loadu_pd(ratio + j) - strike, value);
-    _mm_storeu_pd(V + j, value);
-  }
+void roll_back([[maybe_unused]] bool four_lanes, const RolledBack& level, int first, int last_exercised,
+               int last, double* V) {
+#if !defined(__wasm__)
+  if (four_lanes) return roll_back_avx2(level, first, last_exercised, last, V);
+#endif
+  roll_back_level<elementary::TwoLanes>(level, first, last_exercised, last, V);
 }
 
 // Results from the five nodes of the first level.
@@ -125,12 +116,15 @@ TreeValue forward_tree_value(const ForwardTree& tree) {
   const double discount = exponential(-tree.r * tree.dt);
   const double inwards = discount / (1.0 + exponential(sign * prices.h));
   const double outwards = discount / (1.0 + exponential(-sign * prices.h));
+  const bool four_lanes = lanes() == 4;
+  RolledBack rolled_back = {inwards, outwards, 0.0, sign * tree.K, nullptr};
   WorkedNodes nodes(tree, prices.level(tree.levels - 1), V);
   for (int i = tree.levels - 2; i >= 0; --i) {
     const LevelPrices level = prices.level(i);
     nodes.step_back(i, level);
-    roll_back<true>(nodes.first, nodes.first_kept - 1, level, sign, tree.K, inwards, outwards, V);
-    roll_back<false>(nodes.first_kept, nodes.last, level, sign, tree.K, inwards, outwards, V);
+    rolled_back.centre = sign * level.centre;
+    rolled_back.ratio = level.ratio;
+    roll_back(four_lanes, rolled_back, nodes.first, nodes.first_kept - 1, nodes.last, V);
     nodes.leave_out_settled();
   }
   nodes.complete();

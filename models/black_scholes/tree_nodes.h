@@ -66,8 +66,8 @@ struct WorkedNodes {
     // Where both nodes that follow a node are exercised and it stays so, which is linear in the price, the
     // node is. Said to be likely, so that the processor goes on before it has the prices.
     exercised = exercise ? std::max(-1, exercised - 1) : -1;
-    const bool all_stay = exercised < 0 || (stays_exercised(level(exercised)) && stays_exercised(level(0)));
-    if (__builtin_expect(!all_stay, 0)) exercised = -1;
+    if (__builtin_expect(exercised >= 0 && !stays_exercised(level(0)), 0)) exercised = -1;
+    while (__builtin_expect(exercised >= 0 && !stays_exercised(level(exercised)), 0)) --exercised;
 
     // Up to the strike exercise gives worth to nodes whose followers have none.
     const int strike = exercise ? reach.strike(i) + 1 : -1;

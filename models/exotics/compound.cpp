@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "models/bumps.h"
 #include "models/calendar.h"
@@ -171,7 +172,7 @@ double compound_critical_price(double target, double X, double days, double r, d
 
 double compound_price(const CompoundOption& option) { return value(compound(option), option.S); }
 
-double compound_greek(const CompoundOption& terms, int RetType) {
+double compound_greek(const CompoundOption& terms, int RetType, CompoundKept* kept) {
   const double S = terms.S;
   const auto changed = [&](double days_less, double rate_factor, double volatility_factor) {
     CompoundOption moved = terms;
@@ -183,17 +184,22 @@ double compound_greek(const CompoundOption& terms, int RetType) {
     moved.sigma *= volatility_factor;
     return compound(moved);
   };
-  const Compound option = changed(0.0, 1.0, 1.0);
-  const double base = value(option, S);
+  std::optional<Compound> unmoved;
+  const auto value_at = [&](double price) {
+    if (!unmoved) unmoved = compound(terms);
+    return value(*unmoved, price);
+  };
+  const double base = kept_price(kept, 0, [&] { return value_at(S); });
+  const auto above = [&] { return kept_price(kept, 1, [&] { return value_at(S * bump_up); }); };
   const double h = S * bump;
 
   switch (static_cast<CompoundResult>(RetType)) {
     case CompoundResult::premium:
       return base;
     case CompoundResult::delta:
-      return (value(option, S * bump_up) - base) / h;
+      return (above() - base) / h;
     case CompoundResult::gamma:
-      return (value(option, S * bump_up) + value(option, S * bump_down) - 2.0 * base) / (h * h);
+      return (above() + value_at(S * bump_down) - 2.0 * base) / (h * h);
     case CompoundResult::vega:
       return (value(changed(0.0, 1.0, bump_up), S) - base) / (terms.sigma * bump);
     case CompoundResult::rho:

@@ -1,7 +1,12 @@
 // Options on options.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
+
+/// Premiums that several results need: as the terms are, and with the price up.
+using CompoundKept = KeptPrices<2>;
 
 /// Results of an option on an option, by their number on the worksheet.
 enum class CompoundResult : int {
@@ -61,6 +66,8 @@ double compound_price(const CompoundOption& option);
 ///   5 theta per year, change of value as time passes: over 0.001 days, or 1e-6 when days1 <= 0.001
 ///
 /// Another RetType is not a number.
-double compound_greek(const CompoundOption& option, int RetType);
+///
+/// kept: what other results of the same call worked out, null for nothing.
+double compound_greek(const CompoundOption& option, int RetType, CompoundKept* kept = nullptr);
 
 }  // namespace kestran

@@ -6,16 +6,15 @@
 #include <cmath>
 #include <utility>
 
+#include "models/exotics/spread_sums_kernel.h"
 #include "numerics/elementary.h"
 #include "numerics/gauss_legendre.h"
-#include "numerics/normal.h"
 #include "numerics/root_bracketed.h"
 
 namespace kestran {
 namespace {
 
 constexpr int points = 55;
-constexpr int slots = points + 1;  // an even number, for pairs; the last has no weight
 
 // A standard normal variable z carries the given price, given exp(v z - v^2 / 2), and all that the optioned
 // price has in common with it: the forward of the optioned price given z is optioned exp(m z - m^2 / 2).
@@ -62,7 +61,7 @@ int exercise_boundaries(const Conditional& c, double boundary[2]) {
 
 // Nodes and weights over all z that matters, in panels between the boundaries: the integrand bends there,
 // sharply when little is left to chance given z.
-void place_nodes(const Conditional& c, double z[slots], double weight[slots]) {
+void place_nodes(const Conditional& c, double z[spread_slots], double weight[spread_slots]) {
   constexpr double reach = 6.5;  // leaves out 4e-11 of the mass at either end
   constexpr int panel_points[3][3] = {{55}, {27, 28}, {18, 19, 18}};
   double boundary[2];
@@ -80,40 +79,30 @@ void place_nodes(const Conditional& c, double z[slots], double weight[slots]) {
     }
     left = right;
   }
+  static_assert(points + 1 == spread_slots);
   z[points] = z[points - 1];
   weight[points] = 0.0;
 }
 
-double sum_of_lanes(__m128d x) { return _mm_cvtsd_f64(x) + _mm_cvtsd_f64(_mm_unpackhi_pd(x, x)); }
+SpreadSums spread_sums(const SpreadIntegrand& integrand, const SpreadNodes& nodes) {
+#if !defined(__wasm__)
+  if (lanes() == 4) return spread_sums_avx2(integrand, nodes);
+#endif
+  return spread_sums_kernel<elementary::TwoLanes>(integrand, nodes);
+}
 
 // Undiscounted value and derivatives in the two forwards of a call (sign 1) or put (-1) on optioned - given -
 // strike, s the deviation of the optioned price given z.
 void integrate(const Conditional& c, double s, double sign, double out[3]) {
-  alignas(16) double nodes[slots], weights[slots];
-  place_nodes(c, nodes, weights);
-  const double log_optioned = natural_log(c.optioned);
-  const double per_deviation = 1.0 / s;
-  __m128d value = _mm_setzero_pd(), in_optioned = value, in_given = value;
-  for (int i = 0; i < slots; i += 2) {
-    const __m128d z = _mm_load_pd(nodes + i);
-    const __m128d density = _mm_load_pd(weights + i) * exponential(-z * z / 2.0);
-    const __m128d log_growth = c.m * (z - c.m / 2.0);
-    const __m128d growth = exponential(log_growth);
-    const __m128d given_growth = exponential(c.v * (z - c.v / 2.0));
-    const __m128d strike = c.given * given_growth + c.strike;
-    // Nothing or less to pay is certain exercise, which d1 = infinity gives.
-    const __m128d log_strike = natural_log(_mm_max_pd(strike, _mm_setzero_pd()));
-    const __m128d d1 = (log_optioned + log_growth - log_strike) * per_deviation + s / 2.0;
-    const __m128d n1 = density * cnorm_inlined(sign * d1);
-    const __m128d n2 = density * cnorm_inlined(sign * (d1 - s));
-    value += c.optioned * growth * n1 - strike * n2;
-    in_optioned += growth * n1;
-    in_given += given_growth * n2;
-  }
+  SpreadNodes nodes;
+  place_nodes(c, nodes.z, nodes.weight);
+  const SpreadIntegrand integrand = {c.optioned, natural_log(c.optioned), c.m, c.given, c.v, c.strike, s,
+                                     sign};
+  const SpreadSums sums = spread_sums(integrand, nodes);
   const double scale = sign / std::sqrt(6.283185307179586);
-  out[0] = scale * sum_of_lanes(value);
-  out[1] = scale * sum_of_lanes(in_optioned);
-  out[2] = -scale * sum_of_lanes(in_given);
+  out[0] = scale * sums.value;
+  out[1] = scale * sums.in_optioned;
+  out[2] = -scale * sums.in_given;
 }
 
 }  // namespace

@@ -11,16 +11,23 @@
 
 namespace kestran {
 
-double warrant_value(const Warrant& warrant, int RetType) {
+namespace {
+
+// The results first to last, which are numbers of results, into `out`.
+void work_out(const Warrant& warrant, int first, int last, double* out) {
   const double S = warrant.S, K = warrant.K, r = warrant.r, q = warrant.q, tv = warrant.tv, T = warrant.T;
   const double Nwar = warrant.Nwar, Nshr = warrant.Nshr;
   const int WarType = warrant.WarType;
-  if (RetType < 0 || RetType > 5) return 99.0;
+  const auto fill = [&](double result) { std::fill_n(out, last - first + 1, result); };
   const double sign = WarType == 0 ? -1.0 : 1.0;
   const double m = Nwar / Nshr;
   const double g = 1.0 + sign * m;
-  if (S <= 0.0 || K <= 0.0 || Nshr <= 0.0 || Nwar < 0.0 || g <= 0.0) return -99.0;
-  if (!(T > 0.0)) return RetType == 0 ? positive_part(sign * (S - K)) : 0.0;
+  if (S <= 0.0 || K <= 0.0 || Nshr <= 0.0 || Nwar < 0.0 || g <= 0.0) return fill(-99.0);
+  if (!(T > 0.0)) {
+    fill(0.0);
+    if (first == 0) *out = positive_part(sign * (S - K));
+    return;
+  }
   const double sigma = floored_volatility(warrant.sigma);
 
   // One method for all prices: between a tree and a formula, a small step in the rate would drown in their
@@ -46,7 +53,7 @@ double warrant_value(const Warrant& warrant, int RetType) {
       x = S + m * W;
       option = bermudan(x, r, q, sigma);
       const double excess = g * W - option.price;
-      if (std::isnan(excess)) return excess;
+      if (std::isnan(excess)) return fill(excess);
       const double newton = W - excess / (g - m * option.delta);
       if (std::fabs(excess) <= 1e-9 * K) {
         W = newton;
@@ -60,22 +67,36 @@ double warrant_value(const Warrant& warrant, int RetType) {
 
   const double d = g - m * option.delta;
   const double h = rate_step(r);
-  switch (static_cast<EuropeanResult>(RetType)) {
-    case EuropeanResult::premium:
-      return W;
-    case EuropeanResult::delta:
-      return option.delta / d;
-    case EuropeanResult::gamma:
-      return option.gamma * (g / d) * (g / d) / d;
-    case EuropeanResult::vega:
-      return (bermudan(x, r, q, bump_up * sigma).price - option.price) / (bump * sigma) / d;
-    case EuropeanResult::carry_rho:
-      return (bermudan(x, r + h, q + h, sigma).price - option.price) / h / d;
-    case EuropeanResult::theta:
-      return option.theta / d;
-    default:
-      return 99.0;
-  }
+  const auto result = [&](int which) -> double {
+    switch (static_cast<EuropeanResult>(which)) {
+      case EuropeanResult::premium:
+        return W;
+      case EuropeanResult::delta:
+        return option.delta / d;
+      case EuropeanResult::gamma:
+        return option.gamma * (g / d) * (g / d) / d;
+      case EuropeanResult::vega:
+        return (bermudan(x, r, q, bump_up * sigma).price - option.price) / (bump * sigma) / d;
+      case EuropeanResult::carry_rho:
+        return (bermudan(x, r + h, q + h, sigma).price - option.price) / h / d;
+      default:
+        return option.theta / d;
+    }
+  };
+  for (int i = first; i <= last; ++i) out[i - first] = result(i);
+}
+
+}  // namespace
+
+double warrant_value(const Warrant& warrant, int RetType) {
+  if (RetType < 0 || RetType >= warrant_results) return 99.0;
+  double result;
+  work_out(warrant, RetType, RetType, &result);
+  return result;
+}
+
+void warrant_values(const Warrant& warrant, double results[warrant_results]) {
+  work_out(warrant, 0, warrant_results - 1, results);
 }
 
 }  // namespace kestran

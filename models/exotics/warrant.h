@@ -36,4 +36,8 @@ struct Warrant {
 /// sigma <= 0 is taken as 1e-5. Other bad input and a lack of memory give not a number.
 double warrant_value(const Warrant& warrant, int RetType);
 
+/// Every result of warrant_value for one warrant: results[RetType], with its bits.
+constexpr int warrant_results = 6;
+void warrant_values(const Warrant& warrant, double results[warrant_results]);
+
 }  // namespace kestran

@@ -77,10 +77,14 @@ double mean_payoff(const CapOption& option, const LastLevel& level) {
   return binomial_mean(level.payoff, level.weight, 0, level.likeliest, N);
 }
 
+double unmoved_price(const CapOption& option) {
+  return kept_price(option.kept, 0, [&] { return xcap_tree(option); });
+}
+
 // Results 1, 2, 5 and 11 + k with the move h. `input` has room for the strip.
 double bumped_array_result(const CapOption& option, CapResult result, int period, double h, double* input) {
   const int n = option.n;
-  const double P0 = xcap_tree(option);
+  const double P0 = unmoved_price(option);
   CapOption moved = option;
   if (result == CapResult::theta) {
     for (int i = 0; i < n; ++i) input[i] = option.ExpDays[i] - h;
@@ -95,7 +99,7 @@ double bumped_array_result(const CapOption& option, CapResult result, int period
     return (xcap_tree(moved) - P0) / (option.Price[period] * bump);
   }
   for (int i = 0; i < n; ++i) input[i] = option.Price[i] + h;
-  const double P1 = xcap_tree(moved);
+  const double P1 = kept_price(option.kept, 1, [&] { return xcap_tree(moved); });
   if (result == CapResult::delta) return (P1 - P0) / h;
   for (int i = 0; i < n; ++i) input[i] = option.Price[i] - h;
   return (P1 + xcap_tree(moved) - 2.0 * P0) / (h * h);
@@ -150,15 +154,15 @@ double xcap_greeks(const CapOption& option, int RetType) {
   double h = 0.0;
   switch (result) {
     case CapResult::premium:
-      return xcap_tree(option);
+      return unmoved_price(option);
     case CapResult::vega:
       moved.StripVol *= bump_up;
-      return (xcap_tree(moved) - xcap_tree(option)) / (option.StripVol * bump);
+      return (xcap_tree(moved) - unmoved_price(option)) / (option.StripVol * bump);
     case CapResult::rho:
       if (option.r == 0.0) return 0.0;
       moved.r *= bump_up;
       moved.r_carry *= bump_up;
-      return (xcap_tree(moved) - xcap_tree(option)) / (option.r * bump);
+      return (xcap_tree(moved) - unmoved_price(option)) / (option.r * bump);
     case CapResult::delta:
     case CapResult::gamma:
       for (int i = 0; i < option.n; ++i) h += bump * option.Price[i];

@@ -1,7 +1,12 @@
 // Options on caps and floors over a strip of forward prices that one common factor moves.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
+
+/// Premiums that several results need: as the terms are, and with all prices up.
+using CapKept = KeptPrices<2>;
 
 /// The terms of a European option on a cap or floor, period 1 at index 0 of each array.
 struct CapOption {
@@ -19,6 +24,7 @@ struct CapOption {
   double r_carry = 0.0;             // carry of the factor: r for a factor without drift
   int N = 0;                        // tree steps, 1 .. xcap_most_steps
   int OptType = 0;                  // lowest bit set: call, else put; below 3: on a cap, else on a floor
+  CapKept* kept = nullptr;          // what other results of the same call worked out; null for nothing
 };
 
 constexpr int xcap_most_steps = 10000;

@@ -111,32 +111,41 @@ double exercised_part(double P, double K, double s, double v, double boundary, d
   return sign * (P * probability[0] - K * probability[1]);
 }
 
+double unmoved_price(const CollarOption& option) {
+  return kept_price(option.kept, 0, [&] { return xcol_price(option); });
+}
+
 // The change of premium per unit of `step` when one of the option's own terms has moved by it.
 double change(const CollarOption& option, const CollarOption& moved, double step) {
-  return (xcol_price(moved) - xcol_price(option)) / step;
+  return (xcol_price(moved) - unmoved_price(option)) / step;
 }
 
 // The change of premium when h is added to each of the n inputs; `moved` reads them from `input`.
 double change_of_all(const CollarOption& option, const CollarOption& moved, const double* unmoved, double h,
                      double* input) {
   for (int i = 0; i < option.n; ++i) input[i] = unmoved[i] + h;
-  return xcol_price(moved) - xcol_price(option);
+  return xcol_price(moved) - unmoved_price(option);
 }
 
 // Results that move an array. `input` has room for the strip.
 double array_result(const CollarOption& option, int RetType, double* input) {
   CollarOption moved = option;
   double h = 0.0001;
+  const double bump_of_prices = bump * mean_price(option);
+  const auto change_up = [&] {
+    return kept_price(option.kept, 1, [&] {
+      moved.Price = input;
+      return change_of_all(option, moved, option.Price, bump_of_prices, input);
+    });
+  };
   switch (static_cast<CollarResult>(RetType)) {
     case CollarResult::delta:
-      moved.Price = input;
-      h = bump * mean_price(option);
-      return change_of_all(option, moved, option.Price, h, input) / h;
+      return change_up() / bump_of_prices;
     case CollarResult::gamma: {
+      const double up = change_up();
       moved.Price = input;
-      h = bump * mean_price(option);
-      const double up = change_of_all(option, moved, option.Price, h, input);
-      return (up + change_of_all(option, moved, option.Price, -h, input)) / (h * h);
+      const double down = change_of_all(option, moved, option.Price, -bump_of_prices, input);
+      return (up + down) / (bump_of_prices * bump_of_prices);
     }
     case CollarResult::rho:
       moved.IntRt = input;
@@ -199,7 +208,7 @@ double xcol_greeks(const CollarOption& option, int RetType) {
   CollarOption moved = option;
   switch (static_cast<CollarResult>(RetType)) {
     case CollarResult::premium:
-      return xcol_price(option);
+      return unmoved_price(option);
     case CollarResult::vega:
       moved.SwapVol *= bump_up;
       return change(option, moved, bump * option.SwapVol);

@@ -1,7 +1,12 @@
 // Options on collars over a strip of forward prices that one common factor moves.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
+
+/// What several results need: the premium, and its change with all prices up.
+using CollarKept = KeptPrices<2>;
 
 /// The terms of a European option on a collar, long a cap and short a floor on the same periods of equal
 /// quantity, period 1 at index 0 of each array. A call is the right to enter the collar as the cap's buyer, a
@@ -19,6 +24,7 @@ struct CollarOption {
   double Floor = 0.0;               // strike of the floor
   double r = 0.0;                   // zero rate to option expiry, continuous, per year
   int OptType = 0;                  // lowest bit set: call, else put
+  CollarKept* kept = nullptr;       // what other results of the same call worked out; null for nothing
 };
 
 /// Value per unit of quantity, at option expiry, of the collar when every forward price is multiplied by m >

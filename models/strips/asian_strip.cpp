@@ -161,6 +161,14 @@ double price_one_day_on(const AsianStrip& strip, bool with_fixing, double* Next,
   return asian_strip_price(moved);
 }
 
+// What moved, where several results need the premium after it.
+enum class Moved : int { nothing, price_of_month, volatility_of_month, all_prices, something_else };
+
+double price_after(Moved moved, const AsianStrip& strip) {
+  if (moved == Moved::something_else) return asian_strip_price(strip);
+  return kept_price(strip.kept, static_cast<int>(moved), [&] { return asian_strip_price(strip); });
+}
+
 bool is_per_month(Result result) {
   return result == Result::delta || result == Result::gamma || result == Result::vega ||
          result == Result::by_volume || result == Result::vega_by_price;
@@ -181,23 +189,26 @@ void month_sensitivities(const AsianStrip& strip, Result result, int first_month
   for (int i = 0; i < strip.L; ++i) price_sum += F[i];
   const double h = 0.0001 * (price_sum / strip.L);
 
-  const auto sensitivity = [&](int i, double base_price) {
+  const auto sensitivity = [&](int i, double base_price, Moved what) {
     double& input = to_price ? F[i] : other[i];
     const double unmoved = input;
     input = to_price ? unmoved + h : unmoved * 1.0001;
-    const double change = asian_strip_price(moved) - base_price;
+    const double change = price_after(what, moved) - base_price;
     input = unmoved;
     return change / (to_price ? h : unmoved * 0.0001);
   };
 
-  double base_price = asian_strip_price(moved);
-  for (int i = first_month; i <= last_month; ++i) out[i - first_month] = sensitivity(i - 1, base_price);
+  const Moved own = to_price    ? Moved::price_of_month
+                    : to_volume ? Moved::something_else
+                                : Moved::volatility_of_month;
+  double base_price = price_after(Moved::nothing, moved);
+  for (int i = first_month; i <= last_month; ++i) out[i - first_month] = sensitivity(i - 1, base_price, own);
   if (result != Result::gamma && result != Result::vega_by_price) return;
   for (int i = 0; i < strip.L; ++i) F[i] += h;
-  base_price = asian_strip_price(moved);
+  base_price = price_after(Moved::all_prices, moved);
   for (int i = first_month; i <= last_month; ++i) {
     double& sensitivity_before = out[i - first_month];
-    sensitivity_before = (sensitivity(i - 1, base_price) - sensitivity_before) / h;
+    sensitivity_before = (sensitivity(i - 1, base_price, Moved::something_else) - sensitivity_before) / h;
   }
 }
 
@@ -254,15 +265,15 @@ void asian_strip_sens(const AsianStrip& strip, int RetType, int first_month, int
   AsianStrip moved = strip;
   switch (result) {
     case Result::premium:
-      out[0] = asian_strip_price(strip);
+      out[0] = price_after(Moved::nothing, strip);
       return;
     case Result::rho:
       moved.r += 0.0001;
-      out[0] = (asian_strip_price(moved) - asian_strip_price(strip)) / 0.0001;
+      out[0] = (asian_strip_price(moved) - price_after(Moved::nothing, strip)) / 0.0001;
       return;
     case Result::by_correlation:
       moved.rho += 0.0001;
-      out[0] = (asian_strip_price(moved) - asian_strip_price(strip)) / 0.0001;
+      out[0] = (asian_strip_price(moved) - price_after(Moved::nothing, strip)) / 0.0001;
       return;
     case Result::by_volume:
       if (strip.u) break;
@@ -279,7 +290,7 @@ void asian_strip_sens(const AsianStrip& strip, int RetType, int first_month, int
     month_sensitivities(strip, result, first_month, last_month, first_copy, second_copy, out);
   else
     out[0] = (price_one_day_on(strip, result == Result::theta_with_fixing, first_copy, second_copy) -
-              asian_strip_price(strip)) /
+              price_after(Moved::nothing, strip)) /
              one_day;
 }
 

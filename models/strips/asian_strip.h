@@ -1,27 +1,33 @@
 // Average-price options whose fixings run across a strip of delivery months.
 #pragma once
 
+#include "models/repricings.h"
+
 namespace kestran {
+
+/// Premiums that several results need, those of one month of the same.
+using AsianStripKept = KeptPrices<4>;
 
 /// The terms of an average-price option on a strip, month 1 at index 0 of each array. The fixings run through
 /// the months in order. In the average a fixing counts by its month's daily volume, or all fixings the same
 /// where no volumes are given.
 struct AsianStrip {
-  const double* F = nullptr;      // futures price of each month
-  double K = 0.0;                 // strike of the average
-  double r = 0.0;                 // interest rate, continuous, per year
-  const double* sigma = nullptr;  // volatility of each month, per year
-  double rho = 0.0;               // correlation between months
-  double A = 0.0;                 // average of the fixings made, weighted by volume
-  const double* n = nullptr;      // number of fixings of each month, made or not: whole numbers
-  double m = 0.0;                 // number of fixings made over the whole strip: a whole number
-  const double* Next = nullptr;   // years to each month's next outstanding fixing
-  const double* End = nullptr;    // years to each month's last fixing
-  double ToExp = 0.0;             // years to payment
-  int OptType = 0;                // 0 put, any other value call
-  int L = 0;                      // number of months
-  const double* u = nullptr;      // daily volume of each month, in any unit; null: all the same
-  bool positive_prices = false;   // whether a negative price that counts makes the option not a number
+  const double* F = nullptr;       // futures price of each month
+  double K = 0.0;                  // strike of the average
+  double r = 0.0;                  // interest rate, continuous, per year
+  const double* sigma = nullptr;   // volatility of each month, per year
+  double rho = 0.0;                // correlation between months
+  double A = 0.0;                  // average of the fixings made, weighted by volume
+  const double* n = nullptr;       // number of fixings of each month, made or not: whole numbers
+  double m = 0.0;                  // number of fixings made over the whole strip: a whole number
+  const double* Next = nullptr;    // years to each month's next outstanding fixing
+  const double* End = nullptr;     // years to each month's last fixing
+  double ToExp = 0.0;              // years to payment
+  int OptType = 0;                 // 0 put, any other value call
+  int L = 0;                       // number of months
+  const double* u = nullptr;       // daily volume of each month, in any unit; null: all the same
+  bool positive_prices = false;    // whether a negative price that counts makes the option not a number
+  AsianStripKept* kept = nullptr;  // what other results of one call worked out; null where months differ
 };
 
 /// Premium of the option. The average of the outstanding fixings is taken as one lognormal variable, its
