@@ -32,6 +32,7 @@ export function drawHeat(page) {
   const xs = pointsOf(across, low < high ? low : across.low, low < high ? high : across.high, columns), ys = pointsOf(up, up.low, up.high, rows);
   const table = tableOver(api, entry, values, across, up, xs, ys, chosen.selector);
   const numbers = table.flat().filter((value) => value !== null);
+  if (numbers.length === 0) { byId('heat-note').textContent = 'There is no number here.'; byId('heat-figure').hidden = true; return; }
   page.heat = { across, up, xs, ys, table, chosen, low: Math.min(...numbers), high: Math.max(...numbers), at: nearest(xs, ys, across, up) };
   box.setAttribute('aria-label', `${chosen.label} over ${across.label} from ${brief(xs[0])} to ${brief(xs.at(-1))} and ${up.label} from ${brief(ys[0])} to ${brief(ys.at(-1))}, between ${brief(page.heat.low)} and ${brief(page.heat.high)}. Arrow keys read single numbers; the table below has them.`);
   const tiny = 1e-6 * Math.max(Math.abs(page.heat.low), Math.abs(page.heat.high));
