@@ -16,14 +16,13 @@ constexpr ArgumentText correlation_matrix =
     driver({"Correl_Matrix", "correlations, a row and a column for each asset, with ones on the diagonal",
             Unit::correlation, -1, 1});
 
-constexpr ArgumentText price_1{"Price1", "forward price of the first asset", Unit::price, 50, 150};
+constexpr ArgumentText price_1 = driver({"Price1", "forward price of the first asset", Unit::price, 50, 150});
 constexpr ArgumentText price_2{"Price2", "forward price of the second asset", Unit::price, 50, 150};
 constexpr ArgumentText vol_1{"Vol1", "volatility of the first asset", Unit::volatility, 0.05, 1};
 constexpr ArgumentText vol_2{"Vol2", "volatility of the second asset", Unit::volatility, 0.05, 1};
 constexpr ArgumentText drift_1{"Drift1", "drift of the first price; 0 for forwards", Unit::rate, -0.1, 0.1};
 constexpr ArgumentText drift_2{"Drift2", "drift of the second price; 0 for forwards", Unit::rate, -0.1, 0.1};
 constexpr ArgumentText weight_1{"Weight1", "weight of the first asset", Unit::weight, 0, 1};
-constexpr ArgumentText correlation_of_two = driver(correl);
 constexpr ArgumentText weight_2{"Weight2", "weight of the second asset", Unit::weight, 0, 1};
 
 constexpr ArgumentText fwd_rng{"Fwd_rng", "forward price of each component, as expected at its fixing",
@@ -106,9 +105,8 @@ constexpr ArgumentText b_flag{"Bflag",  "what basket B is made of", Unit::select
 
 constexpr const ArgumentText* basvol_arguments[] = {&forwards,           &vols,   &drifts, &weights,
                                                     &correlation_matrix, &horizon};
-constexpr const ArgumentText* basvol2d_arguments[] = {
-    &price_1, &price_2, &vol_1, &vol_2, &drift_1, &drift_2, &weight_1, &weight_2, &correlation_of_two,
-    &horizon};
+constexpr const ArgumentText* basvol2d_arguments[] = {&price_1, &price_2,  &vol_1,    &vol_2,  &drift_1,
+                                                      &drift_2, &weight_1, &weight_2, &correl, &horizon};
 constexpr const ArgumentText* basvolt_arguments[] = {&fwd_rng,    &vol_rng, &weight_rng,         &tset_rng,
                                                      &correl_rng, &horizon, &volatility_or_value};
 constexpr const ArgumentText* bascorr_arguments[] = {&fwd_rng_1,      &fwd_rng_2,    &vol_rng_1,  &vol_rng_2,

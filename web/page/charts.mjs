@@ -39,6 +39,7 @@ export function drawCharts(page) {
   const axes = axesOf(entry, values);
   const axis = chooseAxis(byId('x'), axes, page.view.x, firstAxis(axes));
   const { limits: [low, high], note } = drawable(entry, values, axis, ...limitsOf(page, axis, page.view.from, page.view.to));
+  for (const id of ['from', 'to']) byId(id).setAttribute('aria-invalid', String(page.view[id].trim() !== '' && !Number.isFinite(page.number(page.view[id]))));
   byId('from').placeholder = brief(axis.low);
   byId('to').placeholder = brief(axis.high);
   if (!(low < high)) { byId('chart-note').textContent = 'These limits leave nothing to draw.'; return; }

@@ -81,7 +81,9 @@ export function fitMatrices(entry, texts) {
     const old = texts[argument.name];
     if (argument.kind === 'square' && old.length !== size)
       texts[argument.name] = Array.from({ length: size }, (_, i) => Array.from({ length: size }, (_, j) => old[i]?.[j] ?? (i === j ? '1' : '0')));
-    if (argument.kind === 'triangle' && old.length !== size * (size - 1) / 2)
-      texts[argument.name] = Array.from({ length: size * (size - 1) / 2 }, (_, k) => old[k] ?? '0');
+    // One component has no correlation; some number is wanted all the same.
+    const pairs = Math.max(1, size * (size - 1) / 2);
+    if (argument.kind === 'triangle' && old.length !== pairs)
+      texts[argument.name] = Array.from({ length: pairs }, (_, k) => old[k] ?? '0');
   }
 }

@@ -39,8 +39,13 @@ export function drawLines(box, options) {
     width: canvas.clientWidth, height: big ? 320 : 170, legend: { show: false },
     cursor: { sync: { key: 'x', setSeries: false }, drag: { x: false, y: false }, y: false, points: { size: 7 } },
     scales: { x: { time: false, range: [points[0], points.at(-1)] }, y: { range: (_, low, high) => spread(low, high) } },
-    series: [{}, ...lines.map((line, k) => ({ label: line.label, stroke: colour(strokes[k]), width: k === 0 ? 2.25 : 1.75, dash: dashes[k], points: { show: false }, gaps: wideGaps }))],
-    axes: [{ ...axisStyle(), size: 30, values: ticks, ...(big ? { label: axis.label, labelSize: 20, labelFont: font } : {}) }, { ...axisStyle(), size: 62, values: ticks }],
+    series: [{}, ...lines.map((line, k) => ({
+      label: line.label, stroke: colour(strokes[k]), width: k === 0 ? 2.25 : 1.75, dash: dashes[k], points: { show: false }, gaps: wideGaps,
+    }))],
+    axes: [
+      { ...axisStyle(), size: 30, values: ticks, ...(big ? { label: axis.label, labelSize: 20, labelFont: font } : {}) },
+      { ...axisStyle(), size: 62, values: ticks },
+    ],
     hooks: {
       draw: [(u) => mark(u, axis.centre)],
       setCursor: [(u) => onHover?.(u.cursor.idx ?? null)],
@@ -81,12 +86,16 @@ export function drawMonths(box, { title, unit, values, curve }) {
   const numbers = values.map((value) => (Number.isFinite(value) ? value : null));
   const { made, canvas } = figure(title, unit, [], `${title} by month: ${numbers.map((value) => brief(value ?? NaN)).join(', ')}.`, false);
   box.append(made);
+  const every = Math.ceil(months.length / 14);
   const series = curve ? { stroke: colour('--line2'), width: 2, points: { show: true, size: 6, fill: colour('--line2') } }
     : { stroke: colour('--line1'), fill: colour('--bar'), width: 1, points: { show: false }, paths: uPlot.paths.bars({ size: [0.6, 60] }) };
   return new uPlot({
     width: canvas.clientWidth, height: 170, legend: { show: false }, cursor: { show: false },
-    scales: { x: { time: false, range: [0.4, months.length + 0.6] }, y: { range: (_, low, high) => (curve ? spread(low, high) : spread(Math.min(0, low), Math.max(0, high))) } },
+    scales: {
+      x: { time: false, range: [0.4, months.length + 0.6] },
+      y: { range: (_, low, high) => (curve ? spread(low, high) : spread(Math.min(0, low), Math.max(0, high))) },
+    },
     series: [{}, series],
-    axes: [{ ...axisStyle(), size: 30, splits: () => (months.length > 14 ? months.filter((m) => m % Math.ceil(months.length / 12) === 0) : months) }, { ...axisStyle(), size: 62, values: ticks }],
+    axes: [{ ...axisStyle(), size: 30, splits: () => months.filter((month) => month % every === 0) }, { ...axisStyle(), size: 62, values: ticks }],
   }, [months, numbers], canvas);
 }

@@ -68,6 +68,10 @@ function list(page, argument, write) {
   return made;
 }
 
+// The fields of one cell of a range, or of all of them.
+const cellsOf = (page, argument, cell) => [...page.fields]
+  .filter(([key]) => key === `${argument}.${cell}` || (cell === null && key.startsWith(`${argument}.`))).map(([, field]) => field);
+
 /**
  * Puts what is wrong or odd beside the fields it is about: `wrong` and `odd` are lists of { argument, cell, text }. Returns
  * what belongs to no field.
@@ -87,15 +91,15 @@ export function markFields(page, wrong, odd, understood) {
   for (const [list, kind] of [[odd, 'odd'], [wrong, 'wrong']])
     for (const { argument, cell, text } of list) {
       const field = page.fields.get(argument);
-      const cells = field ? [field] : [...page.fields].filter(([key]) => key === `${argument}.${cell}` || (cell === null && key.startsWith(`${argument}.`))).map(([, one]) => one);
-      for (const { control } of cells) {
+      for (const { control } of field ? [field] : cellsOf(page, argument, cell)) {
         if (kind === 'wrong') control.setAttribute('aria-invalid', 'true');
         else control.classList.add('odd');
       }
       if (field?.remark) {
         field.remark.className = `remark ${kind}`;
         field.remark.textContent = text.startsWith(argument + ' ') ? text.slice(argument.length + 1) : text;
-      } else homeless.push({ kind, text: text.startsWith(argument ?? '\0') ? text : `${argument ?? ''} ${cell === null || cell === undefined ? '' : `cell ${cell + 1}: `}${text}`.trim() });
+      } else if (argument === null || text.startsWith(argument)) homeless.push({ kind, text });
+      else homeless.push({ kind, text: `${argument}${cell === null ? '' : `, cell ${cell + 1}`}: ${text}` });
     }
   return homeless;
 }

@@ -28,15 +28,19 @@ export function rangeGrid(page) {
       });
       return element('td', {}, input);
     })));
-  const resize = (change) => () => { change(); page.rebuilt(); };
-  const more = element('button', { type: 'button', textContent: 'Add a row', onclick: resize(() => ranges.forEach(({ name }) => page.texts[name].push(page.texts[name].at(-1) ?? ''))) });
-  const less = element('button', { type: 'button', textContent: 'Remove the last', disabled: rows < 2, onclick: resize(() => ranges.forEach(({ name }) => page.texts[name].splice(rows - 1))) });
+  const resize = (change) => () => {
+    for (const { name } of ranges) change(page.texts[name]);
+    page.rebuilt();
+  };
+  const more = element('button', { type: 'button', textContent: 'Add a row', onclick: resize((cells) => cells.push(cells.at(-1) ?? '')) });
+  const less = element('button', { type: 'button', textContent: 'Remove the last', disabled: rows < 2, onclick: resize((cells) => cells.splice(rows - 1)) });
   return element('div', { className: 'wide' },
     element('div', { className: 'scroll', tabIndex: 0, role: 'group', 'aria-label': 'Ranges' }, element('table', { className: 'grid' },
       element('caption', { textContent: 'Ranges. Cells of a sheet can be pasted into any field.' }),
       element('thead', {}, head), element('tbody', {}, ...body))),
     element('p', { className: 'buttons' }, more, less),
-    element('dl', { className: 'meanings' }, ...ranges.flatMap((argument) => [element('dt', { textContent: argument.name }), element('dd', { textContent: argument.meaning })])));
+    element('dl', { className: 'meanings' },
+      ...ranges.flatMap(({ name, meaning }) => [element('dt', { textContent: name }), element('dd', { textContent: meaning })])));
 }
 
 /** A square of correlations, mirrored as it is typed; or the triangle below its diagonal. */
@@ -56,7 +60,8 @@ export function matrixGrid(page, argument) {
   for (let i = square ? 0 : 1; i < size; ++i) {
     const row = element('tr', {}, element('th', { scope: 'row', textContent: i + 1 }));
     for (let j = 0; j < (square ? size : i); ++j) {
-      const input = page.cellInput(argument, place(i, j), `${argument.name}, row ${i + 1}, column ${j + 1}`, square ? cells[i][j] : cells[place(i, j)], (text) => write(i, j, text));
+      const label = `${argument.name}, row ${i + 1}, column ${j + 1}`;
+      const input = page.cellInput(argument, place(i, j), label, square ? cells[i][j] : cells[place(i, j)], (text) => write(i, j, text));
       inputs.set(place(i, j), input);
       input.onpaste = (event) => paste(event, page, (r, c, text) => {
         const [to, from] = [i + r, j + c];

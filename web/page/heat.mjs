@@ -28,12 +28,17 @@ export function drawHeat(page) {
   if (across.place === up.place) { byId('heat-note').textContent = 'Two different arguments are wanted.'; byId('heat-figure').hidden = true; return; }
 
   const [columns, rows] = sizes.find(([x, y]) => x * y * page.cost < timeForMap) ?? sizes.at(-1);
-  const [low, high] = view.x === across.key || (view.x === '' && across === firstAxis(axes)) ? limitsOf(page, across, view.from, view.to) : [across.low, across.high];
+  // The limits that were set for the charts hold here, too, where the axis is the same.
+  const shared = view.x === across.key || (view.x === '' && across === firstAxis(axes));
+  const [low, high] = shared ? limitsOf(page, across, view.from, view.to) : [across.low, across.high];
   const xs = pointsOf(across, low < high ? low : across.low, low < high ? high : across.high, columns), ys = pointsOf(up, up.low, up.high, rows);
   const table = tableOver(api, entry, values, across, up, xs, ys, chosen.selector);
   const numbers = table.flat().filter((value) => value !== null);
+  if (numbers.length === 0) { byId('heat-note').textContent = 'There is no number here.'; byId('heat-figure').hidden = true; return; }
   page.heat = { across, up, xs, ys, table, chosen, low: Math.min(...numbers), high: Math.max(...numbers), at: nearest(xs, ys, across, up) };
-  box.setAttribute('aria-label', `${chosen.label} over ${across.label} from ${brief(xs[0])} to ${brief(xs.at(-1))} and ${up.label} from ${brief(ys[0])} to ${brief(ys.at(-1))}, between ${brief(page.heat.low)} and ${brief(page.heat.high)}. Arrow keys read single numbers; the table below has them.`);
+  const reach = (axis, list) => `${axis.label} from ${brief(list[0])} to ${brief(list.at(-1))}`;
+  box.setAttribute('aria-label', `${chosen.label} over ${reach(across, xs)} and ${reach(up, ys)}, between ${brief(page.heat.low)} and `
+    + `${brief(page.heat.high)}. Arrow keys read single numbers; the table below has them.`);
   const tiny = 1e-6 * Math.max(Math.abs(page.heat.low), Math.abs(page.heat.high));
   byId('heat-low').textContent = brief(Math.abs(page.heat.low) < tiny ? 0 : page.heat.low, 4);
   byId('heat-high').textContent = brief(page.heat.high, 4);
@@ -75,10 +80,13 @@ function paint(heat, canvas) {
   c.fillStyle = colour('--dim');
   c.font = '12px system-ui, sans-serif';
   c.textAlign = 'center';
-  for (const tick of ticksOf(xs[0], xs.at(-1), width < 500 ? 4 : 8)) c.fillText(brief(tick), margin.left + (0.5 + (xs.length - 1) * (tick - xs[0]) / (xs.at(-1) - xs[0])) * cellWidth, height - margin.bottom + 16);
+  // A value stands in the middle of its cell.
+  const along = (list, tick) => 0.5 + (list.length - 1) * (tick - list[0]) / (list.at(-1) - list[0]);
+  for (const tick of ticksOf(xs[0], xs.at(-1), width < 500 ? 4 : 8))
+    c.fillText(brief(tick), margin.left + along(xs, tick) * cellWidth, height - margin.bottom + 16);
   c.fillText(heat.across.label, margin.left + wide / 2, height - 6);
   c.textAlign = 'right';
-  for (const tick of ticksOf(ys[0], ys.at(-1), 6)) c.fillText(brief(tick), margin.left - 6, margin.top + tall - (0.5 + (ys.length - 1) * (tick - ys[0]) / (ys.at(-1) - ys[0])) * cellHeight + 4);
+  for (const tick of ticksOf(ys[0], ys.at(-1), 6)) c.fillText(brief(tick), margin.left - 6, margin.top + tall - along(ys, tick) * cellHeight + 4);
   c.save();
   c.translate(11, margin.top + tall / 2);
   c.rotate(-Math.PI / 2);

@@ -54,7 +54,8 @@ function show() {
   first = hits[0]?.href ?? null;
   // On the index the cards tell which functions were found.
   const listed = cards.length > 0 ? hits.filter((hit) => hit.name === '') : hits;
-  list.replaceChildren(...listed.slice(0, 12).map((hit) => element('li', {}, element('a', { href: hit.href }, element('b', { textContent: hit.title }), ' ', element('span', { textContent: hit.why })))));
+  const linkTo = (hit) => element('a', { href: hit.href }, element('b', { textContent: hit.title }), ' ', element('span', { textContent: hit.why }));
+  list.replaceChildren(...listed.slice(0, 12).map((hit) => element('li', {}, linkTo(hit))));
   if (hits.length === 0) list.append(element('li', { className: 'none', textContent: 'Nothing found.' }));
   list.hidden = box.value.trim() === '' || (listed.length === 0 && hits.length > 0);
   filterCards(hits);

@@ -2,6 +2,7 @@
 import { byId, copy, download, element } from './elements.mjs';
 import { shown } from './numbers.mjs';
 
+const titleOf = (title) => (typeof title === 'number' ? shown(title) : title);
 const everyOf = (count, about) => (about === undefined ? 1 : Math.max(1, Math.round(count / about)));
 
 /**
@@ -13,7 +14,7 @@ export function showNumbers(id, { name, caption, titles, rows, about, columnsAbo
   const columns = titles.map((_, i) => i).filter((i) => i === 0 || (i - 1) % everyOf(titles.length - 1, columnsAbout) === 0);
   byId(`${id}-numbers`).replaceChildren(
     element('caption', { textContent: caption }),
-    element('thead', {}, element('tr', {}, ...columns.map((i) => element('th', { scope: 'col', textContent: typeof titles[i] === 'number' ? shown(titles[i]) : titles[i] })))),
+    element('thead', {}, element('tr', {}, ...columns.map((i) => element('th', { scope: 'col', textContent: titleOf(titles[i]) })))),
     element('tbody', {}, ...kept.map((row) => element('tr', {}, ...columns.map((i) => (i === 0
       ? element('th', { scope: 'row', textContent: shown(row[0]) }) : element('td', { className: 'number', textContent: shown(row[i]) })))))));
   byId(`${id}-csv`).onclick = () => download(`${name}.csv`, separated([titles, ...rows], ',', '\r\n'));
