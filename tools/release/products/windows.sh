@@ -14,7 +14,8 @@ make_product() {
       cp "build/win$bits/bin/$addin.xll.map" "$maps/$addin-$bits-bit.map"
     done
   done
-  for page in install try-in-excel; do tools/release/page "docs/$page.md" >"$root/$page.html"; done
+  tools/release/page docs/install-in-excel.md >"$root/install.html"
+  tools/release/page docs/try-in-excel.md >"$root/try-in-excel.html"
   cp CHANGELOG.md "$root/CHANGELOG.txt"
   cp THIRD-PARTY-NOTICES "$root/THIRD-PARTY-NOTICES.txt"
   (cd "$root" && sha256sums >SHA256SUMS)
