@@ -55,6 +55,7 @@ def check_windows(folder, version):
     for bits, machine in ('32', 0x14C), ('64', 0x8664):
         for addin in 'KESTRAN', 'KESTRAN12':
             path = os.path.join(folder, f'{bits}-bit', addin + '.xll')
+            assert os.path.exists(path.replace('.xll', '.intellisense.xml')), path
             content = read(path)
             head = struct.unpack_from('<I', content, 0x3C)[0]
             kind, _, time, _, symbols = struct.unpack_from('<HHIII', content, head + 4)
@@ -68,7 +69,7 @@ def check_windows(folder, version):
             page = read(folder, name).decode()
             assert '<svg' in page or 'install' not in name
             for link in re.findall('(?:href|src)="([^"#]*)', page):
-                assert not link or os.path.exists(os.path.join(folder, os.path.dirname(name), link)), (name, link)
+                assert not link or link.startswith('https:') or os.path.exists(os.path.join(folder, os.path.dirname(name), link)), (name, link)
 
 
 def check_linux(folder):

@@ -20,6 +20,7 @@ run_suite() {
   step 'release: command' timeout 900 tests/release/command.sh "$out" build/release-test/formulas
   step 'release: Python' timeout 400 tests/release/python.sh "$out"
   step 'release: PostgreSQL' timeout 400 tests/release/postgres.sh "$out"
+  step 'release: Gnumeric' timeout 400 tests/release/gnumeric.sh "$out"
   if ! once 'wine: set up' set_up_wine || ! hold_wine; then
     echo '** WINE COULD NOT BE SET UP: THE ZIP FILE WAS NOT TRIED **'
     return 1

@@ -5,17 +5,19 @@ packages='zip g++-mingw-w64-i686-win32=i686-w64-mingw32-g++-win32 g++-mingw-w64-
 [ -z "${KESTRAN_SIGNING_CERTIFICATE-}" ] || packages+=' osslsigncode'
 
 make_product() {
-  local root=$stage/root bits addin
+  local root=$stage/root bits addin page
+  built linux make_intellisense
   for bits in 32 64; do
     built win$bits kestran_addin kestran_addin12
     mkdir -p "$root/$bits-bit"
     for addin in KESTRAN KESTRAN12; do
       signed "build/win$bits/bin/$addin.xll" "$root/$bits-bit/$addin.xll"
       cp "build/win$bits/bin/$addin.xll.map" "$maps/$addin-$bits-bit.map"
+      build/linux/bin/make_intellisense "$root/$bits-bit/$addin.intellisense.xml"
     done
   done
   tools/release/page docs/install-in-excel.md >"$root/install.html"
-  tools/release/page docs/try-in-excel.md >"$root/try-in-excel.html"
+  for page in excel-help try-in-excel; do tools/release/page "docs/$page.md" >"$root/$page.html"; done
   cp CHANGELOG.md "$root/CHANGELOG.txt"
   cp THIRD-PARTY-NOTICES "$root/THIRD-PARTY-NOTICES.txt"
   (cd "$root" && sha256sums >SHA256SUMS)
