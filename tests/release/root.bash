@@ -46,15 +46,16 @@ fresh_root() {
   inside true || { echo 'chroot does not work here: the packages were not installed anywhere'; return 1; }
 }
 
-# inside COMMAND...: runs in the root, for two minutes at most.
+# inside COMMAND...: runs in the root, for `limit` seconds at most.
+limit=120
 inside() {
-  timeout --kill-after=10 120 env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
+  timeout --kill-after=10 "$limit" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
     DEBIAN_FRONTEND=noninteractive chroot "$root" "$@"
 }
 
 # install FILE.deb|PACKAGE...: with what they depend on.
 install() {
-  local file names=() archives=$root/var/cache/apt/archives
+  local limit=600 file names=() archives=$root/var/cache/apt/archives
   for file in "$@"; do
     case $file in
       *.deb) cp "$file" "$root/tmp/" && names+=("/tmp/${file##*/}") ;;
