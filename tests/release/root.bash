@@ -62,7 +62,8 @@ install() {
       *) names+=("$file") ;;
     esac
   done
-  find "$cache/packages" -name '*.deb' -exec cp -t "$archives" {} +
+  find "$cache/packages" -name '*.deb' -exec cp --link -t "$archives" {} + 2>/dev/null ||
+    find "$cache/packages" -name '*.deb' -exec cp -t "$archives" {} +
   set -- inside apt-get -q -o DPkg::Options::=--force-unsafe-io install --no-install-recommends -y "${names[@]}"
   # Lists that have become old name files that are gone.
   "$@" >"$root/install.log" 2>&1 || { inside apt-get -q update && "$@"; } >"$root/install.log" 2>&1 || {
