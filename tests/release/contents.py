@@ -11,7 +11,8 @@ import zipfile
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 SYSTEM = {'KERNEL32.dll', 'USER32.dll', 'msvcrt.dll',
-          'libc.so.6', 'libm.so.6', 'libstdc++.so.6', 'libgcc_s.so.1', 'libedit.so.2', 'ld-linux-x86-64.so.2'}
+          'libc.so.6', 'libm.so.6', 'libstdc++.so.6', 'libgcc_s.so.1', 'libedit.so.2',
+          'libuno_sal.so.3', 'libuno_cppu.so.3', 'libuno_cppuhelpergcc3.so.3', 'ld-linux-x86-64.so.2'}
 
 
 def read(*path):
@@ -26,7 +27,7 @@ def lines_of(*command):
 def unpack(out, folder):
     for name in os.listdir(out):
         target = os.path.join(folder, name)
-        if name.endswith('.zip'):
+        if name.endswith(('.zip', '.oxt')):
             zipfile.ZipFile(os.path.join(out, name)).extractall(target)
         elif name.endswith('.deb'):
             subprocess.run(['dpkg-deb', '-R', os.path.join(out, name), target], check=True, timeout=60)
@@ -95,6 +96,7 @@ def check_versions(out, folder, version):
     assert os.path.exists(os.path.join(command, 'lib/libkestran.so.' + version))
     assert f'default_version = \'{version}\'' in read(folder, f'postgresql-15-kestran_{version}_amd64.deb',
                                                       'usr/share/postgresql/15/extension/kestran.control').decode()
+    assert f'<version value="{version}"/>' in read(folder, 'KESTRAN.oxt', 'description.xml').decode()
     python = os.path.join(folder, f'python3-kestran_{version}_amd64.deb', 'usr/lib/python3/dist-packages')
     program = 'import importlib.metadata, kestran; print(importlib.metadata.version("kestran"), kestran.__version__)'
     environment = dict(os.environ, PYTHONPATH=python, PYTHONDONTWRITEBYTECODE='1')
