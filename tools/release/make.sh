@@ -31,6 +31,7 @@ for product in "${products[@]}"; do
   )
 done
 cp CHANGELOG.md "$out/"
-tools/release/bill-of-materials "$out" "$version" >"$work/bill.json"
+mapfile -t needed < <(release_packages | sed 's/=.*//')
+tools/release/bill-of-materials "$out" "$version" "${needed[@]}" >"$work/bill.json"
 mv "$work/bill.json" "$out/KESTRAN-$version.spdx.json"
 (cd "$out" && sha256sums >"$work/SHA256SUMS" && mv "$work/SHA256SUMS" .)
