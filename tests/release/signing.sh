@@ -1,16 +1,18 @@
 #!/bin/bash
-# signing.sh OUT: with a certificate, here one made for the test, the add-ins of the zip file are signed, and without the
-# signature they are those of the release in OUT.
+# signing.sh OUT: a release signs its add-ins where there is a certificate, here one made for the test; but for the signature
+# they are those of the release in OUT.
 set -euo pipefail
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 openssl req -x509 -newkey rsa:2048 -nodes -subj '/CN=KESTRAN test' -days 2 -addext extendedKeyUsage=codeSigning \
   -keyout "$work/key.pem" -out "$work/certificate.pem" 2>"$work/log" || { cat "$work/log"; exit 1; }
-KESTRAN_SIGNING_CERTIFICATE=$work/certificate.pem KESTRAN_SIGNING_KEY=$work/key.pem tools/release/make.sh "$work/out" windows
-unzip -q "$work"/out/*-windows.zip -d "$work/signed"
 unzip -q "$1"/*-windows.zip -d "$work/unsigned"
+mkdir -p "$work"/signed/{32,64}-bit
+. tools/release/products/windows.sh
+export KESTRAN_SIGNING_CERTIFICATE=$work/certificate.pem KESTRAN_SIGNING_KEY=$work/key.pem
 for addin in 32-bit/KESTRAN.xll 32-bit/KESTRAN12.xll 64-bit/KESTRAN.xll 64-bit/KESTRAN12.xll; do
   signed=$work/signed/$addin unsigned=$work/unsigned/$addin
+  signed "$unsigned" "$signed"
   osslsigncode verify -CAfile "$work/certificate.pem" -in "$signed" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
   # A signature changes the file's sum, and where in its head it says that the signature begins.
   [ "$(cmp -l -n "$(stat -c %s "$unsigned")" "$signed" "$unsigned" | wc -l)" -le 12 ]

@@ -60,7 +60,7 @@ zipped() {
 # tarred FOLDER FILE.tar.gz
 tarred() {
   dated "$1"
-  tar -C "$1" --sort=name --owner=0 --group=0 --numeric-owner -c . | gzip -9 -n >"$2"
+  (cd "$1" && tar --sort=name --owner=0 --group=0 --numeric-owner -c -- *) | gzip -9 -n >"$2"
 }
 
 # packaged PACKAGE SECTION DEPENDS DESCRIPTION: Debian's package of what stands in $stage/root, with the scripts in
