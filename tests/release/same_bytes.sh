@@ -5,5 +5,5 @@ out=$1
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 umask 077
-CXXFLAGS=-g TZ=Pacific/Auckland LC_ALL=C XZ_OPT=-0 GZIP=-1 tools/release/make.sh "$work/again"
+TZ=Pacific/Auckland LC_ALL=C XZ_OPT=-0 GZIP=-1 tools/release/make.sh "$work/again"
 diff -r "$out" "$work/again"

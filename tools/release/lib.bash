@@ -67,13 +67,14 @@ tarred() {
 # $stage/scripts. The libraries it depends on are found out; DEPENDS are others. The description's first line is its
 # headline.
 packaged() {
-  local package=$1 root=$stage/root control=$stage/root/DEBIAN libraries
+  local package=$1 root=$stage/root control=$stage/root/DEBIAN libraries size
   mkdir -p "$control" "$stage/debian" "$root/usr/share/doc/$package"
   cp THIRD-PARTY-NOTICES CHANGELOG.md "$root/usr/share/doc/$package/"
   printf 'Source: kestran\n\nPackage: %s\nArchitecture: amd64\n' "$package" >"$stage/debian/control"
   libraries=$(cd "$stage" && find root -type f \( -name '*.so*' -o -perm -100 \) ! -path '*/DEBIAN/*' -print0 |
     xargs -0 dpkg-shlibdeps --ignore-missing-info -O -xkestran 2>"$work/$package.log") || { cat "$work/$package.log"; return 1; }
   libraries=${libraries#shlibs:Depends=}
+  size=$(find "$root/usr" -type f -printf '%s\n' | awk '{ total += int(($1 + 1023) / 1024) } END { print total }')
   cat >"$control/control" <<CONTROL
 Package: $package
 Version: $version
@@ -81,7 +82,7 @@ Architecture: amd64
 Section: $2
 Priority: optional
 Maintainer: KESTRAN developers
-Installed-Size: $(du --apparent-size -k -s "$root/usr" | cut -f1)
+Installed-Size: $size
 Depends: $libraries${3:+, $3}
 Description: $(sed '2,$s/^/ /' <<<"$4")
 CONTROL
