@@ -53,6 +53,7 @@ def check_named_in_the_page(out, version):
 
 
 def check_windows(folder, version):
+    assert zipfile.ZipFile(os.path.join(folder, 'KESTRAN.xlsx')).testzip() is None
     for bits, machine in ('32', 0x14C), ('64', 0x8664):
         for addin in 'KESTRAN', 'KESTRAN12':
             path = os.path.join(folder, f'{bits}-bit', addin + '.xll')

@@ -1,12 +1,13 @@
 # shellcheck shell=bash
-# KESTRAN-VERSION-windows.zip: both add-ins for both kinds of Excel, and what goes with them.
+# KESTRAN-VERSION-windows.zip: both add-ins for both kinds of Excel, the workbook, and what goes with them.
 packages='zip g++-mingw-w64-i686-win32=i686-w64-mingw32-g++-win32 g++-mingw-w64-x86-64-win32=x86_64-w64-mingw32-g++-win32
+  python3-xlsxwriter=/usr/lib/python3/dist-packages/xlsxwriter
   python3-markdown=/usr/lib/python3/dist-packages/markdown/__init__.py'
 [ -z "${KESTRAN_SIGNING_CERTIFICATE-}" ] || packages+=' osslsigncode'
 
 make_product() {
   local root=$stage/root bits addin page
-  built linux make_intellisense
+  built linux kestran make_intellisense
   for bits in 32 64; do
     built win$bits kestran_addin kestran_addin12
     mkdir -p "$root/$bits-bit"
@@ -16,6 +17,7 @@ make_product() {
       build/linux/bin/make_intellisense "$root/$bits-bit/$addin.intellisense.xml"
     done
   done
+  tools/make-workbook "$root/KESTRAN.xlsx"
   tools/release/page docs/install-in-excel.md >"$root/install.html"
   for page in excel-help try-in-excel; do tools/release/page "docs/$page.md" >"$root/$page.html"; done
   cp CHANGELOG.md "$root/CHANGELOG.txt"
