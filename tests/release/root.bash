@@ -25,6 +25,7 @@ base_root() {
   env ${proxy:+"http_proxy=$proxy"} timeout 600 debootstrap --variant=minbase bookworm "$roots/base" "$mirror" \
     >"$cache/debootstrap.log" 2>&1 || { tail -n 20 "$cache/debootstrap.log"; return 1; }
   [ -z "$proxy" ] || echo "Acquire::http::Proxy \"$proxy\";" >"$roots/base/etc/apt/apt.conf.d/proxy"
+  find "$roots/base/var/cache/apt/archives" -name '*.deb' -delete
   tar -C "$roots/base" -c . >"$cache/base.tar.new"
   mv "$cache/base.tar.new" "$cache/base.tar"
   rm -rf "$roots/base"
@@ -62,7 +63,7 @@ install() {
       *) names+=("$file") ;;
     esac
   done
-  find "$cache/packages" -name '*.deb' -exec cp --link -t "$archives" {} + 2>/dev/null ||
+  find "$cache/packages" -name '*.deb' -exec cp --link --force -t "$archives" {} + 2>/dev/null ||
     find "$cache/packages" -name '*.deb' -exec cp -t "$archives" {} +
   set -- inside apt-get -q -o DPkg::Options::=--force-unsafe-io install --no-install-recommends -y "${names[@]}"
   # Lists that have become old name files that are gone.
@@ -70,7 +71,7 @@ install() {
     tail -n 20 "$root/install.log"
     return 1
   }
-  find "$archives" -maxdepth 1 -name '*.deb' -exec cp -n -t "$cache/packages" {} +
+  find "$archives" -maxdepth 1 -name '*.deb' -links 1 -exec cp -n -t "$cache/packages" {} +
 }
 
 # removed PACKAGE: nothing of it stays.
