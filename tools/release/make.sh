@@ -14,7 +14,7 @@ cd "$(dirname "$(readlink -f "$0")")/../.."
 # What of the caller's settings would change the files.
 umask 022
 unset CC CXX CFLAGS CXXFLAGS CPPFLAGS LDFLAGS CPATH LIBRARY_PATH CMAKE_BUILD_TYPE CMAKE_GENERATOR
-unset GZIP XZ_DEFAULTS XZ_OPT ZIPOPT TAR_OPTIONS
+unset CCACHE_BASEDIR GZIP XZ_DEFAULTS XZ_OPT ZIPOPT TAR_OPTIONS
 export LC_ALL=C.UTF-8 TZ=UTC SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:?the time that files get}"
 
 version=$(project_version)
