@@ -7,6 +7,7 @@ import re
 import struct
 import subprocess
 import sys
+import tarfile
 import zipfile
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
@@ -29,6 +30,8 @@ def unpack(out, folder):
         target = os.path.join(folder, name)
         if name.endswith(('.zip', '.oxt')):
             zipfile.ZipFile(os.path.join(out, name)).extractall(target)
+        elif name.endswith('.tgz'):
+            tarfile.open(os.path.join(out, name)).extractall(target)
         elif name.endswith('.deb'):
             subprocess.run(['dpkg-deb', '-R', os.path.join(out, name), target], check=True, timeout=60)
 
@@ -66,8 +69,10 @@ def check_windows(folder, version):
             assert '%d.%d.%d' % (numbers[1], numbers[0], numbers[3]) == version, path
             used = {line.split()[-1] for line in lines_of('objdump', '-p', path) if 'DLL Name' in line}
             assert used and used <= SYSTEM, (path, used)
+    assert read(folder, 'KESTRAN-reference.pdf')[:5] == b'%PDF-'
+    assert os.path.exists(os.path.join(folder, 'reference', 'EURO.html'))
     for name in files_below(folder):
-        if name.endswith('.html'):
+        if name.endswith('.html') and os.path.dirname(name) == '':
             page = read(folder, name).decode()
             assert '<svg' in page or 'install' not in name
             for link in re.findall('(?:href|src)="([^"#]*)', page):
@@ -98,6 +103,7 @@ def check_versions(out, folder, version):
     assert f'default_version = \'{version}\'' in read(folder, f'postgresql-15-kestran_{version}_amd64.deb',
                                                       'usr/share/postgresql/15/extension/kestran.control').decode()
     assert f'<version value="{version}"/>' in read(folder, 'KESTRAN.oxt', 'description.xml').decode()
+    assert json.loads(read(folder, f'kestran-{version}.tgz', 'package/package.json'))['version'] == version
     python = os.path.join(folder, f'python3-kestran_{version}_amd64.deb', 'usr/lib/python3/dist-packages')
     program = 'import importlib.metadata, kestran; print(importlib.metadata.version("kestran"), kestran.__version__)'
     environment = dict(os.environ, PYTHONPATH=python, PYTHONDONTWRITEBYTECODE='1')

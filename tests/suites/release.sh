@@ -11,6 +11,7 @@ run_suite() {
   once 'linux: command' build linux kestran &&
     once 'linux: KESTRAN12' build linux kestran_addin12 &&
     once 'python: build' build python kestran_python kestran kestran_addin &&
+    once 'wasm: build' build wasm &&
     step 'release: programs for Wine' release_programs || return
   export SOURCE_DATE_EPOCH=1700000000
   step 'release: made' timeout 900 tools/release/make.sh "$out" || return
@@ -21,6 +22,7 @@ run_suite() {
   step 'release: Python' timeout 400 tests/release/python.sh "$out"
   step 'release: PostgreSQL' timeout 400 tests/release/postgres.sh "$out"
   step 'release: Gnumeric' timeout 400 tests/release/gnumeric.sh "$out"
+  step 'release: npm' timeout 120 tests/release/npm.sh "$out"
   if ! once 'wine: set up' set_up_wine || ! hold_wine; then
     echo '** WINE COULD NOT BE SET UP: THE ZIP FILE WAS NOT TRIED **'
     return 1

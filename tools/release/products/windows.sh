@@ -1,8 +1,9 @@
 # shellcheck shell=bash
-# KESTRAN-VERSION-windows.zip: both add-ins for both kinds of Excel, the workbook, and what goes with them.
-packages='zip g++-mingw-w64-i686-win32=i686-w64-mingw32-g++-win32 g++-mingw-w64-x86-64-win32=x86_64-w64-mingw32-g++-win32
+# KESTRAN-VERSION-windows.zip: both add-ins for both kinds of Excel, the workbook, the reference, and what goes with them.
+packages="$wasm_packages npm chromium zip
+  g++-mingw-w64-i686-win32=i686-w64-mingw32-g++-win32 g++-mingw-w64-x86-64-win32=x86_64-w64-mingw32-g++-win32
   python3-xlsxwriter=/usr/lib/python3/dist-packages/xlsxwriter
-  python3-markdown=/usr/lib/python3/dist-packages/markdown/__init__.py'
+  python3-markdown=/usr/lib/python3/dist-packages/markdown/__init__.py"
 [ -z "${KESTRAN_SIGNING_CERTIFICATE-}" ] || packages+=' osslsigncode'
 
 make_product() {
@@ -20,6 +21,8 @@ make_product() {
   tools/make-workbook "$root/KESTRAN.xlsx"
   tools/release/page docs/install-in-excel.md >"$root/install.html"
   for page in excel-help try-in-excel; do tools/release/page "docs/$page.md" >"$root/$page.html"; done
+  web/build --pdf "$root/reference" >"$work/web.log"
+  mv "$root/reference/KESTRAN-reference.pdf" "$root/"
   cp CHANGELOG.md "$root/CHANGELOG.txt"
   cp THIRD-PARTY-NOTICES "$root/THIRD-PARTY-NOTICES.txt"
   (cd "$root" && sha256sums >SHA256SUMS)
