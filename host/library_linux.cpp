@@ -1,5 +1,6 @@
 #include <dlfcn.h>
 #include <stdlib.h>
+#include <sys/auxv.h>
 #include <unistd.h>
 
 #include <climits>
@@ -40,8 +41,9 @@ std::string full_path(const std::string& path) {
 std::string program_folder() {
   char path[PATH_MAX];
   const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-  if (length <= 0) return "";
-  const std::string program(path, static_cast<std::size_t>(length));
+  // Without /proc, what the program was started as.
+  const std::string program = length > 0 ? std::string(path, static_cast<std::size_t>(length))
+                                         : reinterpret_cast<const char*>(getauxval(AT_EXECFN));
   return program.substr(0, program.rfind('/') + 1);
 }
 

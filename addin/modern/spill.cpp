@@ -10,12 +10,12 @@
 
 #include "addin/modern/excel12_call.h"
 #include "functions/price_many.h"
+#include "functions/texts.h"
 
 namespace kestran {
 namespace {
 
 constexpr int answers_at_once = 64;
-constexpr int most_results = 32;  // of a deal that are worked out in one pass
 constexpr std::chrono::milliseconds patience(100);
 
 using Block = Xloper12Reader::Block;

@@ -4,7 +4,7 @@ import { join } from 'node:path';
 import { markdown, slug } from './markdown.mjs';
 import { places, shell } from './shell.mjs';
 
-const forDevelopers = ['architecture.md', 'testing.md', 'functions.md'];
+const forDevelopers = ['architecture.md', 'testing.md', 'release.md', 'functions.md'];
 const installSections = ['Which file for whom', 'Install in Excel', 'What a cell shows', 'The command'];
 
 const titleOf = (text) => text.match(/^# (.*)$/m)[1];

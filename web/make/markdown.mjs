@@ -13,6 +13,10 @@ export function markdown(text, links, entries) {
     heading: (inner, level, raw) => `<h${level} id="${slug(raw.replace(/[`*]/g, ''))}">${inner}</h${level}>\n`,
     table: (header, body) => `<div class="scroll" tabindex="0" role="group" aria-label="Table"><table><thead>${header.replace(/<th>\s*<\/th>/g, '<td></td>')}</thead><tbody>${body}</tbody></table></div>\n`,
     code: (code) => `<pre tabindex="0" role="group" aria-label="Example"><code>${escaped(code)}\n</code></pre>\n`,
+    image: (href, title, text) => {
+      const drawing = readFileSync(new URL(`../../docs/${href}`, import.meta.url)).toString('base64');
+      return `<img style="max-width: 100%" src="data:image/svg+xml;base64,${drawing}" alt="${escaped(text)}">`;
+    },
     link: (href, title, inner) => {
       const target = links(href);
       return target === null ? inner : `<a href="${escaped(target)}">${inner}</a>`;
