@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 
 #include "functions/example.h"
@@ -57,6 +58,10 @@ class Choices {
   template <class Item, std::size_t count>
   const Item& of(const Item (&items)[count]) {
     return items[below(static_cast<int>(count))];
+  }
+  template <class Item>
+  Item of(std::initializer_list<Item> items) {
+    return items.begin()[below(static_cast<int>(items.size()))];
   }
 
  private:
