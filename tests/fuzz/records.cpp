@@ -465,7 +465,7 @@ bool same_record(const Record& a, const Record& b) {
 // Excel gives results back when it pleases, and not always the last one first.
 void take_result([[maybe_unused]] Record* result, [[maybe_unused]] Choices& choices) {
 #if defined(KESTRAN_FUZZ_XLOPER12)
-  static std::deque<Record*> kept;
+  static auto& kept = *new std::deque<Record*>;  // which outlives the search for leaks
   if ((result->type & xlbitDLLFree) == 0) return;
   kept.push_back(result);
   while (kept.size() > 80 || (!kept.empty() && !choices.one_in(3))) {
