@@ -103,7 +103,7 @@ XLOPER* EXCEL_STDCALL xlAutoRegister(XLOPER* name) {
   static XLOPER registered;
   registered.type = xltypeErr;
   registered.value.error = xlerrValue;
-  if (name->type != xltypeStr) return &registered;
+  if (name->type != xltypeStr || name->value.text == nullptr) return &registered;
   const auto length = static_cast<unsigned char>(name->value.text[0]);
   for (const auto& row : function_table) {
     const char* procedure = row[procedure_name];

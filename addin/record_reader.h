@@ -31,7 +31,10 @@ struct RecordReader {
     }
   }
   static double number(const Record* given) { return given->value.number; }
-  static int error(const Record* given) { return given->value.error; }
+  static int error(const Record* given) { return error_code(given->value.error); }
+
+  // Negative codes mean something else to the intake, and none is wider than 16 bits.
+  static int error_code(int code) { return code >= 0 && code <= 65535 ? code : value_code; }
 
   // The array that Excel makes of a reference, freed when it goes out of scope. Cells that are not calculated
   // yet are as little ready as those that cannot be read for another reason.
@@ -39,15 +42,14 @@ struct RecordReader {
    public:
     explicit Block(Record* reference) {
       cells.type = xltypeNil;
-      made =
-          Interface::to_array(reference, cells) && cells.type == xltypeMulti && rows() > 0 && columns() > 0;
-      if (made) elements = cells.value.array.elements;
+      if (Interface::to_array(reference, cells) && cells.type == xltypeMulti && rows() > 0 && columns() > 0)
+        elements = cells.value.array.elements;
     }
     ~Block() { Interface::release(cells); }
     Block(const Block&) = delete;
     Block& operator=(const Block&) = delete;
 
-    bool ready() const { return made; }
+    bool ready() const { return elements != nullptr; }
     int rows() const { return cells.value.array.rows; }
     int columns() const { return cells.value.array.columns; }
     Holds holds(int i) const {
@@ -63,14 +65,13 @@ struct RecordReader {
       }
     }
     double number(int i) const { return element(i).value.number; }
-    int error(int i) const { return element(i).value.error; }
+    int error(int i) const { return error_code(element(i).value.error); }
 
    private:
     const Record& element(int i) const { return elements[i]; }
 
     Record cells;
     const Record* elements = nullptr;  // stays in a register while the numbers are copied
-    bool made;
   };
 };
 

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <sstream>
 #include <utility>
@@ -189,11 +190,18 @@ TEST_F(Addin12, LaysBlocksOverEachOtherAsExcelDoes) {
 TEST_F(Addin12, RefusesMoreCellsThanAColumnHasAndUnreadableOnes) {
   XLOPER12 sheet;
   sheet.type = xltypeSRef;
+  XLOPER12 impossible = sheet, code = sheet;
+  constexpr int least = std::numeric_limits<int>::min(), most = std::numeric_limits<int>::max();
   sheet.value.sheet_reference = {1, {0, 1048575, 0, 1}};
-  XLOPER12* refused = price_with(0, sheet);
-  EXPECT_EQ(refused->type, xltypeErr | xlbitDLLFree);
-  EXPECT_EQ(refused->value.error, xlerrValue);
-  give_back(refused);
+  impossible.value.sheet_reference = {1, {least, most, least, most}};
+  code.type = xltypeErr;
+  code.value.error = -1;
+  for (const XLOPER12& value : {sheet, impossible, code}) {
+    XLOPER12* refused = price_with(0, value);
+    EXPECT_EQ(refused->type, xltypeErr | xlbitDLLFree);
+    EXPECT_EQ(refused->value.error, xlerrValue);
+    give_back(refused);
+  }
   standin().next_coerce_code = xlretFailed;
   EXPECT_EQ(answer("EURO({100,101},95,5%,2%,25%,90,1,0)"), "#VALUE!");
 }

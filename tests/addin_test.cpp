@@ -197,9 +197,9 @@ TEST_F(Addin, RegistersOneFunctionByName) {
   EXPECT_EQ(register_one(&name)->type, xltypeNum);
   ASSERT_EQ(standin().registrations.size(), 1u);
   EXPECT_EQ(registered_text(standin().registrations[0], 9), "Heat Option");
-  for (char* text : {part, unknown}) {
+  for (char* text : {part, unknown, static_cast<char*>(nullptr)}) {
     name.value.text = text;
-    EXPECT_EQ(register_one(&name)->type, xltypeErr) << text + 1;
+    EXPECT_EQ(register_one(&name)->type, xltypeErr);
     EXPECT_EQ(register_one(&name)->value.error, xlerrValue);
   }
   XLOPER missing = of_type(xltypeMissing);

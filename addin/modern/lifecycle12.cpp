@@ -16,7 +16,7 @@ struct LibraryName {
   }
   ~LibraryName() { Excel12(xlFree, nullptr, &record); }
   std::u16string text() const {
-    if (record.type != xltypeStr) return u"";
+    if (record.type != xltypeStr || record.value.text == nullptr) return u"";
     const char16_t* const characters = record.value.text;
     return {characters + 1, characters[0]};
   }

@@ -259,7 +259,8 @@ bool wants_array(const Function& function, XLOPER12* const* given) {
 
 XLOPER12* spill(const Function& function, XLOPER12* const* given) {
   const Shape shape = shape_of_answers(function, given);
-  if (shape.rows * shape.columns > most_answers)
+  // Either alone may be 2^32 where a reference makes no sense.
+  if (shape.rows > most_answers || shape.columns > most_answers / shape.rows)
     return give(Answer::failure(value_code, Reason::too_many_cells));
   Spill call(function, given, shape);
   if (!call.ready()) return give(Answer::failure(value_code, Reason::unreadable));

@@ -114,7 +114,7 @@ size_t kestran_refusal(const kestran_function* function, const kestran_operand* 
 size_t kestran_price_many(const kestran_function* function, const kestran_operand* given, size_t deals,
                           const int* selectors, int count, double* results, int* codes, int threads) {
   constexpr size_t deals_at_once = 4096;
-  const auto each = static_cast<size_t>(selectors == nullptr ? 1 : count);
+  const auto each = static_cast<size_t>(selectors == nullptr ? 1 : std::max(count, 0));
   try {
     std::vector<Answer> answers(
         std::min(deals, deals_at_once * static_cast<size_t>(std::max(threads, 1))) * each, Answer(0.0));

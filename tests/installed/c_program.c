@@ -28,6 +28,7 @@ int main(void) {
   book[1].values = strikes;
   book[1].stride = 1;
   if (kestran_price_many(euro, book, 4, selectors, 2, results, codes, 2) != 0) return 4;
+  if (kestran_price_many(euro, book, 4, selectors, -1, results, codes, 2) != 0) return 6;
   printf("book %.17g %.17g %.17g\n", results[2], results[3], results[6]);
   book[7].values = &strikes[0];
   printf("code %d", kestran_price(euro, book, &value));
