@@ -3,6 +3,7 @@
 
 #include "functions/answer.h"
 #include "functions/parameters.h"
+#include "functions/still_wanted.h"
 #include "models/black_scholes/american_baw.h"
 #include "models/black_scholes/american_tree.h"
 #include "models/black_scholes/boston.h"
@@ -103,7 +104,7 @@ inline Answer EIMPVOL(Selector<0, 6> CallPutStr, double Premium, double Price, d
 inline Answer IMPVOLAB(double Premium, double Price, double Strike, double IntRt, double Yield, double MaxVol,
                        Years ExpDays, Selector<0, 6> OptType, Selector<1> Nsteps, double Accuracy) {
   return implied_vol_american(Premium, Price, Strike, ExpDays, IntRt, Yield, MaxVol, OptType, Nsteps,
-                              Accuracy);
+                              Accuracy, still_wanted);
 }
 
 inline Answer DIGITAL(KeptResults<digital_results>* kept, double Cash, Positive Price, Positive Strike,

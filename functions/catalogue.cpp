@@ -224,6 +224,8 @@ const Function catalogue[] = {
 #include "functions/function_list.h"
 };
 
+StillWanted still_wanted = nullptr;
+
 const int catalogue_size = static_cast<int>(std::size(catalogue));
 
 const Function* find_in_catalogue(const char* name) {

@@ -206,6 +206,19 @@ TEST_F(Addin12, RefusesMoreCellsThanAColumnHasAndUnreadableOnes) {
   EXPECT_EQ(answer("EURO({100,101},95,5%,2%,25%,90,1,0)"), "#VALUE!");
 }
 
+TEST_F(Addin12, LongCallsCanBeBrokenOff) {
+  const auto implied = [](const char* steps) {
+    return answer("IMPVOLAB(9.569667,100,100,5%,5%,2,365.25,0," + std::string(steps) + ",1E-6)");
+  };
+  const std::string usual = implied("1000");
+  EXPECT_EQ(usual.substr(0, 4), "0.24");
+  standin().user_breaks = true;
+  EXPECT_EQ(implied("1000"), "nan");
+  EXPECT_EQ(implied("200"), "0.24999999519677849");
+  standin().user_breaks = false;
+  EXPECT_EQ(implied("1000"), usual);
+}
+
 TEST_F(Addin12, LongArraysCanBeBrokenOff) {
   std::string prices = "{100";
   for (int i = 0; i < 600; ++i) prices += ",100";

@@ -1,16 +1,29 @@
 #include "addin/modern/excel12_call.h"
 
 #include "addin/modern/system12.h"
+#include "functions/still_wanted.h"
 
 namespace kestran {
 
 // Written while the library is loaded, then only read.
 static Excel12Function excel12 = nullptr;
 
-void find_excel12() { excel12 = host_entry_point(); }
+static bool not_broken_off() { return !broken_off(); }
+
+void find_excel12() {
+  excel12 = host_entry_point();
+  still_wanted = not_broken_off;
+}
 
 int call_excel12(int function, XLOPER12* result, int count, XLOPER12** operands) {
   return excel12 == nullptr ? xlretFailed : excel12(function, count, operands, result);
+}
+
+bool broken_off() {
+  XLOPER12 keep = boolean_record(true);
+  XLOPER12 answer = boolean_record(false);
+  return Excel12(xlAbort, &answer, &keep) == xlretSuccess && answer.type == xltypeBool &&
+         answer.value.boolean != 0;
 }
 
 XLOPER12 number_record(double number) {

@@ -6,7 +6,8 @@
 
 namespace kestran {
 
-/// Looks up Excel's entry point, once, while the library is loaded and no other thread can be here.
+/// Looks up Excel's entry point, once, while the library is loaded and no other thread can be here. From then
+/// on long calls can be broken off.
 void find_excel12();
 
 /// Calls an Excel function with an array of operands and gives Excel's return code; 32 (failed) when there is
@@ -19,6 +20,9 @@ int Excel12(int function, XLOPER12* result, Operand*... operand) {
   XLOPER12* operands[sizeof...(operand) + 1] = {operand..., nullptr};
   return call_excel12(function, result, static_cast<int>(sizeof...(operand)), operands);
 }
+
+/// Whether the user pressed Escape. The break stays for Excel to see.
+bool broken_off();
 
 XLOPER12 number_record(double number);
 XLOPER12 integer_record(int integer);

@@ -135,14 +135,6 @@ class Spill {
   }
 
  private:
-  // Looks only; the break stays for Excel to see.
-  static bool broken_off() {
-    XLOPER12 keep = boolean_record(true);
-    XLOPER12 answer = boolean_record(false);
-    return Excel12(xlAbort, &answer, &keep) == xlretSuccess && answer.type == xltypeBool &&
-           answer.value.boolean != 0;
-  }
-
   // Where in the block of argument i its cell for an answer is; -1 outside.
   int place(int i, int answer) const {
     const Block& block = *blocks[i];

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 #include "models/black_scholes/american_tree.h"
@@ -14,6 +15,7 @@ namespace kestran {
 namespace {
 
 constexpr double no_answer = -99.0;
+constexpr int long_tree = 1000;  // steps; 150 smaller trees take a few milliseconds
 
 bool searchable(double Premium, double S, double K, double T, double MaxVol) {
   return T > 0.0 && S > 0.0 && K > 0.0 && MaxVol > least_volatility && !std::isnan(Premium);
@@ -64,11 +66,13 @@ double implied_vol_european(int CallPutStr, double Premium, double S, double K, 
 }
 
 double implied_vol_american(double Premium, double S, double K, double T, double r, double q, double MaxVol,
-                            int OptType, int Nsteps, double Accuracy) {
+                            int OptType, int Nsteps, double Accuracy, StillWanted still_wanted) {
   if (!searchable(Premium, S, K, T, MaxVol)) return no_answer;
   if (!(Accuracy > 0.0)) Accuracy = 1e-8;
 
+  const bool is_long = Nsteps >= long_tree && still_wanted != nullptr;
   const auto premium = [&](double sigma) {
+    if (is_long && !still_wanted()) return std::numeric_limits<double>::quiet_NaN();
     return american_tree(S, K, T, 0.0, r, q, sigma, OptType, Nsteps).price;
   };
   const double highest_vol = std::min(MaxVol, 30.0 / std::sqrt(T));

@@ -18,12 +18,15 @@ namespace kestran {
 double implied_vol_european(int CallPutStr, double Premium, double S, double K, double T, double r, double q,
                             double MaxVol, double Accuracy, int Maxiter);
 
+/// Asked between the trees of a long search: false ends it.
+using StillWanted = bool (*)();
+
 /// Volatility (per year) at which american_tree with Nsteps steps gives the Premium of an American option.
 /// OptType 0 put, any other value call; the search ends at 30 / sqrt(T); other arguments and answers as
 /// above. A premium equal to the exercise value of an option that should be exercised gives 0.0: every small
 /// volatility fits there. Usually 10 trees, at most 150 (0.01 to 0.08 s at 5000 steps). Nsteps < 1 is taken
-/// as 1; a lack of memory gives not a number.
+/// as 1; a lack of memory gives not a number, and so does a search that `still_wanted` ends (null: never).
 double implied_vol_american(double Premium, double S, double K, double T, double r, double q, double MaxVol,
-                            int OptType, int Nsteps, double Accuracy);
+                            int OptType, int Nsteps, double Accuracy, StillWanted still_wanted = nullptr);
 
 }  // namespace kestran
