@@ -60,7 +60,8 @@ def check_windows(folder, version):
     for bits, machine in ('32', 0x14C), ('64', 0x8664):
         for addin in 'KESTRAN', 'KESTRAN12':
             path = os.path.join(folder, f'{bits}-bit', addin + '.xll')
-            assert os.path.exists(path.replace('.xll', '.intellisense.xml')), path
+            for end in ('.intellisense.xml', '.xll.intellisense.xml'):
+                assert os.path.exists(path.removesuffix('.xll') + end), path
             content = read(path)
             head = struct.unpack_from('<I', content, 0x3C)[0]
             kind, _, time, _, symbols = struct.unpack_from('<HHIII', content, head + 4)

@@ -15,7 +15,9 @@ make_product() {
     for addin in KESTRAN KESTRAN12; do
       signed "build/win$bits/bin/$addin.xll" "$root/$bits-bit/$addin.xll"
       cp "build/win$bits/bin/$addin.xll.map" "$maps/$addin-$bits-bit.map"
+      # The help while a formula is typed, by both names under which add-ins have it.
       build/linux/bin/make_intellisense "$root/$bits-bit/$addin.intellisense.xml"
+      cp "$root/$bits-bit/$addin.intellisense.xml" "$root/$bits-bit/$addin.xll.intellisense.xml"
     done
   done
   tools/make-workbook "$root/KESTRAN.xlsx"
