@@ -21,7 +21,7 @@ make_product() {
   tools/make-workbook "$root/KESTRAN.xlsx"
   tools/release/page docs/install-in-excel.md >"$root/install.html"
   for page in excel-help try-in-excel; do tools/release/page "docs/$page.md" >"$root/$page.html"; done
-  web/build --pdf "$root/reference" >"$work/web.log"
+  web/build --pdf "$root/reference" >"$work/web.log" 2>&1 || { tail -n 40 "$work/web.log"; return 1; }
   mv "$root/reference/KESTRAN-reference.pdf" "$root/"
   cp CHANGELOG.md "$root/CHANGELOG.txt"
   cp THIRD-PARTY-NOTICES "$root/THIRD-PARTY-NOTICES.txt"
