@@ -8,6 +8,7 @@ openssl req -x509 -newkey rsa:2048 -nodes -subj '/CN=KESTRAN test' -days 2 -adde
   -keyout "$work/key.pem" -out "$work/certificate.pem" 2>"$work/log" || { cat "$work/log"; exit 1; }
 unzip -q "$1"/*-windows.zip -d "$work/unsigned"
 mkdir -p "$work"/signed/{32,64}-bit
+. tools/release/lib.bash
 . tools/release/products/windows.sh
 export KESTRAN_SIGNING_CERTIFICATE=$work/certificate.pem KESTRAN_SIGNING_KEY=$work/key.pem
 for addin in 32-bit/KESTRAN.xll 32-bit/KESTRAN12.xll 64-bit/KESTRAN.xll 64-bit/KESTRAN12.xll; do
