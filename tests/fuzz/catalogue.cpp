@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "functions/black_scholes.h"
-#include "functions/describe.h"
 #include "functions/price_many.h"
 #include "functions/refused_number.h"
 #include "models/black_scholes/european_book.h"
@@ -154,7 +153,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace kestran;
   using namespace kestran::fuzz;
   Choices choices(data, size);
-  const Function& function = catalogue[choices.below(catalogue_size)];
+  const Function& function = catalogue[any_place(choices)];
   const std::vector<GivenArgument> given = realistic_call(function, choices);
   switch (choices.below(8)) {
     case 0:

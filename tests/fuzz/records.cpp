@@ -213,8 +213,6 @@ class Host {
 
 Host host;
 
-double any_number(Choices& choices) { return odd_number(choices); }
-
 Record number_record(double number) {
   Record record{};
   record.type = xltypeNum;
@@ -229,7 +227,7 @@ Record odd_record(Choices& choices) {
   record.type = choices.of(types);
   if (is_cells(record)) record.type = xltypeErr;
   if (record.type == xltypeNum) {
-    record.value.number = any_number(choices);
+    record.value.number = odd_number(choices);
   } else if (record.type == xltypeErr) {
     record.value.error = static_cast<decltype(record.value.error)>(
         choices.one_in(8) ? static_cast<int>(choices.bits()) : choices.of({0, 7, 15, 23, 29, 36, 42, 43}));
@@ -351,7 +349,7 @@ void give_arguments(const Function& function, Choices& choices) {
       const int columns = 1 + choices.below(4);
       std::vector<double> numbers;
       for (int i = 0; i < rows * columns; ++i)
-        numbers.push_back(choices.one_in(4) ? any_number(choices) : realistic.values[0]);
+        numbers.push_back(choices.one_in(4) ? odd_number(choices) : realistic.values[0]);
       give_cells(argument, rows, columns, numbers, choices);
     } else if (realistic.rows > 0) {
       give_cells(argument, realistic.rows, realistic.columns, realistic.values, choices);
@@ -492,7 +490,7 @@ Record* call(int place) {
 }
 
 void call_function(Choices& choices) {
-  const int place = choices.below(catalogue_size);
+  const int place = any_place(choices);
   const Function& function = catalogue[place];
   give_arguments(function, choices);
   host.moods = nullptr;
