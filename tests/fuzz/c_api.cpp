@@ -126,7 +126,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace kestran::fuzz;
   Choices choices(data, size);
   if (choices.one_in(16)) look_up(choices);
-  const int place = choices.below(kestran_count());
+  const int place = any_place(choices);
   const kestran_function* const function = kestran_at(place);
   Deals deals = deals_of(kestran::catalogue[place], choices);
   explain(function, deals, choices);

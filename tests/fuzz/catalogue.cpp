@@ -5,12 +5,10 @@
 #include <limits>
 #include <vector>
 
-#include "functions/black_scholes.h"
-#include "functions/describe.h"
 #include "functions/price_many.h"
 #include "functions/refused_number.h"
-#include "models/black_scholes/european_book.h"
 #include "tests/fuzz/fuzzer.h"
+#include "tests/fuzz/lanes.h"
 #include "tests/fuzz/refusals.h"
 #include "tests/fuzz/relations.h"
 
@@ -73,36 +71,6 @@ void price_several(const Function& function, const Arguments& given, Choices& ch
   }
 }
 
-// Two and four lanes of a book against one, whatever the processor would take.
-void price_in_lanes(const Function& function, const Arguments& given, Choices& choices) {
-  constexpr std::size_t deals = 13;
-  const EuropeanForm& form = *function.european;
-  double terms[most_arguments][deals];
-  for (std::size_t i = 0; i < given.size(); ++i)
-    for (double& term : terms[i])
-      term = choices.one_in(24) ? odd_number(choices) : given[i].values[0] * choices.between(0.7, 1.4);
-  const auto column = [&](int i) { return Strided{terms[i], 1}; };
-  const EuropeanBook book = {column(form.at.S),      column(form.at.K), column(form.at.days),
-                             column(form.at.r),      column(form.at.q), column(form.at.sigma),
-                             column(form.at.OptType)};
-  const int selector = choices.below(form.results);
-  const auto result = static_cast<std::size_t>(form.result[selector]);
-  for (const int lanes : {2, 4}) {
-    if (lanes == 4 && !__builtin_cpu_supports("avx2")) continue;
-    double values[european_results * deals];
-    bool left[deals];
-    count_call();
-    european_book(book, 0, deals, european_results, values, left, lanes);
-    for (std::size_t k = 0; k < deals; ++k) {
-      if (left[k]) continue;
-      Arguments deal = asking_for(function, given, selector);
-      for (std::size_t i = 0; i < deal.size(); ++i)
-        if (static_cast<int>(i) != function.result_argument) deal[i].values[0] = terms[i][k];
-      agree(function, deal, values[result * deals + k], "side by side");
-    }
-  }
-}
-
 void price_twins(const Function& function, const Arguments& given) {
   for (int place = 0; place < catalogue_size; ++place) {
     const Function& twin = catalogue[place];
@@ -150,11 +118,16 @@ void refuse(const Function& function, Arguments given, Choices& choices) {
 }  // namespace
 }  // namespace kestran::fuzz
 
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  kestran::fuzz::start_other_lanes();
+  return 0;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace kestran;
   using namespace kestran::fuzz;
   Choices choices(data, size);
-  const Function& function = catalogue[choices.below(catalogue_size)];
+  const Function& function = catalogue[any_place(choices)];
   const std::vector<GivenArgument> given = realistic_call(function, choices);
   switch (choices.below(8)) {
     case 0:
@@ -164,7 +137,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       price_several(function, given, choices);
       break;
     case 2:
-      function.european != nullptr ? price_in_lanes(function, given, choices) : price_twins(function, given);
+      choices.one_in(2) ? compare_lanes(data, size) : price_twins(function, given);
       break;
     case 3:
     case 4:

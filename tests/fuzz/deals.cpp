@@ -107,8 +107,9 @@ void check_priced(std::string_view input, const std::string& output, char delimi
 // Half of the files have the columns of a function, so that their rows are priced and not only read.
 std::string input_of(Choices& choices, PriceOptions& options, char delimiter, std::string_view text) {
   if (choices.one_in(2)) return std::string(text);
-  const Function& function = catalogue[choices.below(catalogue_size)];
+  const Function& function = catalogue[any_place(choices)];
   const bool named = choices.one_in(3);
+  const char* const quote = delimiter == ';' || delimiter == '|' ? "\"" : "";  // around what parts cells
   std::string input = named ? std::string("Function") + delimiter : "";
   if (!named) options.function = function.name;
   for (int i = 0; i < function.argument_count; ++i)
@@ -119,13 +120,13 @@ std::string input_of(Choices& choices, PriceOptions& options, char delimiter, st
     const std::vector<GivenArgument> call = realistic_call(function, choices);
     for (std::size_t i = 0; i < call.size(); ++i) {
       if (i > 0) input += delimiter;
-      if (delimiter == ';' || delimiter == '|') input += '"';
-      for (std::size_t k = 0; k < call[i].values.size(); ++k)
-        input += (k == 0                                                            ? ""
-                  : k % static_cast<std::size_t>(std::max(call[i].columns, 1)) == 0 ? "|"
-                                                                                    : ";") +
-                 std::to_string(call[i].values[k]);
-      if (delimiter == ';' || delimiter == '|') input += '"';
+      input += quote;
+      const auto columns = static_cast<std::size_t>(std::max(call[i].columns, 1));
+      for (std::size_t k = 0; k < call[i].values.size(); ++k) {
+        if (k > 0) input += k % columns == 0 ? '|' : ';';
+        input += std::to_string(call[i].values[k]);
+      }
+      input += quote;
     }
     input += choices.one_in(4) ? "\r\n" : "\n";
   }
@@ -138,8 +139,7 @@ std::string input_of(Choices& choices, PriceOptions& options, char delimiter, st
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace kestran;
   using namespace kestran::fuzz;
-  // The options are drawn by the first line, which is a comment to the fuzzer: the file is what stands below
-  // it.
+  // The first line draws the options; the file is what stands below it.
   const std::string_view whole(reinterpret_cast<const char*>(data), size);
   const std::string_view first_line = whole.substr(0, whole.find('\n'));
   Choices choices(data, first_line.size());

@@ -10,7 +10,7 @@
 #include <limits>
 #include <map>
 
-#include "functions/describe.h"
+#include "functions/number_text.h"
 #include "functions/refused_number.h"
 
 namespace kestran::fuzz {
@@ -63,6 +63,14 @@ double odd_number(Choices& choices) {
     default:
       return choices.of(numbers);
   }
+}
+
+int any_place(Choices& choices) {
+  const int place = choices.below(catalogue_size);
+  for (const char* slow : {"OSTRIPSPRD", "OSTRIP2", "WARRANT", "CMPASN", "XCAP"})
+    if (std::strcmp(catalogue[place].computed_by, slow) == 0 && !choices.one_in(16))
+      return any_place(choices);
+  return place;
 }
 
 // A number of this unit near `example`. Counts stay small, since many functions take time by them.

@@ -88,6 +88,10 @@ bool same_answer(const Answer& a, const Answer& b);
 /// Numbers that hosts are known to hand over, sensible and not.
 double odd_number(Choices& choices);
 
+/// The place of a function in the catalogue. Those that take a thousand times as long as the others come
+/// rarely.
+int any_place(Choices& choices);
+
 /// The arguments of the function's example, with most numbers moved within what its kind makes sense for.
 std::vector<GivenArgument> realistic_call(const Function& function, Choices& choices);
 

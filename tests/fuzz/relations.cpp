@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include "functions/describe.h"
+#include "functions/number_text.h"
 
 namespace kestran::fuzz {
 

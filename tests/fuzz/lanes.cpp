@@ -1,0 +1,103 @@
+#include "tests/fuzz/lanes.h"
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <vector>
+
+#include "functions/price_many.h"
+#include "tests/fuzz/fuzzer.h"
+
+namespace kestran::fuzz {
+namespace {
+
+int other_processes[2];
+
+struct Result {
+  double number;
+  std::int64_t error;
+};
+
+// Every result of one deal, and one of several that differ from it.
+std::vector<Result> results_of(const std::uint8_t* data, std::size_t size) {
+  constexpr std::size_t deals = 13;
+  Choices choices(data, size);
+  const Function& function = catalogue[any_place(choices)];
+  const std::vector<GivenArgument> given = realistic_call(function, choices);
+  std::vector<std::vector<double>> memory;
+  std::vector<Column> columns;
+  for (const GivenArgument& one : given) {
+    std::vector<double>& values = memory.emplace_back(one.values);
+    const bool own = memory.size() != static_cast<std::size_t>(function.result_argument + 1);
+    for (std::size_t k = 1; own && k < deals; ++k)
+      for (const double value : one.values)
+        values.push_back(choices.one_in(24) ? odd_number(choices) : value * choices.between(0.8, 1.2));
+    columns.push_back(
+        {values.data(), own ? static_cast<std::ptrdiff_t>(one.values.size()) : 0, one.rows, one.columns});
+  }
+  std::vector<Answer> answers(deals + static_cast<std::size_t>(text_of(function).results.count), Answer(0.0));
+  count_call();
+  price_many(function, columns.data(), deals, nullptr, 1, answers.data());
+  price_all(function, operands(given).data(), answers.data() + deals);
+  std::vector<Result> results;
+  for (const Answer& answer : answers) results.push_back({answer.number, answer.error});
+  return results;
+}
+
+bool receive(int from, void* data, std::size_t size) {
+  return size == 0 || recv(from, data, size, MSG_WAITALL) == static_cast<ssize_t>(size);
+}
+
+void pass(int to, const void* data, std::size_t size) {
+  require(send(to, data, size, MSG_NOSIGNAL) == static_cast<ssize_t>(size),
+          "a process beside this one has ended");
+}
+
+// Answers until the fuzzer ends.
+[[noreturn]] void serve(int fuzzer) {
+  for (std::size_t size = 0; receive(fuzzer, &size, sizeof size);) {
+    std::vector<std::uint8_t> data(size);
+    if (!receive(fuzzer, data.data(), size)) break;
+    const std::vector<Result> results = results_of(data.data(), size);
+    pass(fuzzer, results.data(), results.size() * sizeof(Result));
+  }
+  _exit(0);
+}
+
+}  // namespace
+
+void start_other_lanes() {
+  const char* lanes = "1";
+  for (int& process : other_processes) {
+    int ends[2];
+    require(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0, "no sockets");
+    const pid_t child = fork();
+    require(child >= 0, "no process beside this one");
+    if (child == 0) {
+      setenv("KESTRAN_LANES", lanes, 1);
+      unsetenv("KESTRAN_FUZZ_CALLS");
+      close(ends[0]);
+      serve(ends[1]);
+    }
+    close(ends[1]);
+    process = ends[0];
+    lanes = "2";
+  }
+}
+
+void compare_lanes(const std::uint8_t* data, std::size_t size) {
+  const std::vector<Result> wanted = results_of(data, size);
+  for (const int process : other_processes) {
+    std::vector<Result> found(wanted.size());
+    pass(process, &size, sizeof size);
+    if (size > 0) pass(process, data, size);
+    require(receive(process, found.data(), found.size() * sizeof(Result)),
+            "a process beside this one has ended");
+    for (std::size_t i = 0; i < found.size(); ++i)
+      require(found[i].error == wanted[i].error && same_number(found[i].number, wanted[i].number),
+              "another number of lanes, other bits");
+  }
+}
+
+}  // namespace kestran::fuzz

@@ -1,0 +1,16 @@
+// The same deals priced by kernels of other widths. How many lanes they use is decided once in a process, so
+// that a process beside this one has two, and another none for books of European options.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace kestran::fuzz {
+
+/// Starts the processes. To be called before anything is priced.
+void start_other_lanes();
+
+/// Has them price the deals that this input makes; all must answer with the same bits.
+void compare_lanes(const std::uint8_t* data, std::size_t size);
+
+}  // namespace kestran::fuzz
