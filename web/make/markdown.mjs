@@ -13,15 +13,16 @@ export function markdown(text, links, entries) {
     heading: (inner, level, raw) => `<h${level} id="${slug(raw.replace(/[`*]/g, ''))}">${inner}</h${level}>\n`,
     table: (header, body) => `<div class="scroll" tabindex="0" role="group" aria-label="Table"><table><thead>${header.replace(/<th>\s*<\/th>/g, '<td></td>')}</thead><tbody>${body}</tbody></table></div>\n`,
     code: (code) => `<pre tabindex="0" role="group" aria-label="Example"><code>${escaped(code)}\n</code></pre>\n`,
+    // Drawings of the functions take the page's colours; those of Excel's windows have their own.
     image: (href, title, text) => {
-      const drawing = readFileSync(new URL(`../../docs/${href}`, import.meta.url)).toString('base64');
-      return `<img style="max-width: 100%" src="data:image/svg+xml;base64,${drawing}" alt="${escaped(text)}">`;
+      const drawing = readFileSync(new URL(`../../docs/${href.replace(/^docs\//, '')}`, import.meta.url), 'utf8');
+      if (href.includes('pictures/')) return `<span class="shown">${drawing}</span>`;
+      return `<img style="max-width: 100%" src="data:image/svg+xml;base64,${Buffer.from(drawing).toString('base64')}" alt="${escaped(text)}">`;
     },
     link: (href, title, inner) => {
       const target = links(href);
       return target === null ? inner : `<a href="${escaped(target)}">${inner}</a>`;
     },
-    image: (href) => `<span class="shown">${readFileSync(new URL(`../../docs/pictures/${href.split('/').pop()}`, import.meta.url), 'utf8')}</span>`,
     codespan: (code) => {
       const formula = code.replace(/&lt;/g, '<').replace(/&gt;/g, '>').replace(/&quot;/g, '"').replace(/&#39;/g, "'").replace(/&amp;/g, '&');
       const target = pageOfFormula(formula, entries);
