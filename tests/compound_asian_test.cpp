@@ -51,6 +51,18 @@ TEST(CompoundAsian, AgainstSimulatedPaths) {
           << row.option.CmpExpDays << " days, type " << type;
 }
 
+// The same deal a day later, with the fixing of today's price in the average, priced by itself.
+TEST(CompoundAsian, ThetaTakesInAFixingOnItsWay) {
+  CompoundAsian later = weekly;
+  later.A = (weekly.A + weekly.S0) / 2.0;
+  later.m = 2;
+  later.toNext = 7.5;
+  later.ExpDays = 31.5;
+  later.CmpExpDays = 16.0;
+  const double change = compound_asian_price(later) - compound_asian_price(weekly);
+  EXPECT_NEAR(compound_asian_greek(weekly, 5), change * 365.25, 1e-9);
+}
+
 struct Axis {
   const char* name;
   double from, to;
