@@ -9,6 +9,6 @@ run_suite() {
   once 'python: build' build python kestran_python kestran kestran_addin || return
   step 'hosts: build' build linux kestran_postgres make_sql kestran_duckdb example_calls || return
   mkdir -p build/sql
-  step 'hosts: install DuckDB' quietly build/sql/install.log tests/sql/install-duckdb.sh || return
+  step 'hosts: install DuckDB' quietly build/sql/install.log tools/install-npm.sh tests/sql build/sql || return
   step 'hosts: same bits' timeout 280 tests/hosts/same_bits.sh
 }

@@ -8,6 +8,6 @@ run_suite() {
   step 'sql: build' build linux kestran_postgres make_sql kestran_duckdb example_calls || return
   step 'sql: PostgreSQL' timeout 280 tests/sql/postgres.sh linux
   mkdir -p build/sql
-  step 'sql: install DuckDB' quietly build/sql/install.log tests/sql/install-duckdb.sh &&
+  step 'sql: install DuckDB' quietly build/sql/install.log tools/install-npm.sh tests/sql build/sql &&
     step 'sql: DuckDB' timeout 280 node tests/sql/duckdb.mjs linux
 }

@@ -17,6 +17,6 @@ run_suite() {
   step 'wasm: exact numbers' exact_numbers
   step 'wasm: pictures' tests/web/pictures.sh
   mkdir -p build/web
-  once 'web: install' quietly build/web/install.log tests/web/install.sh &&
+  once 'web: install' quietly build/web/install.log tools/install-npm.sh tests/web build/web &&
     step 'wasm: package' timeout 240 tests/web/package.sh
 }

@@ -6,7 +6,7 @@ run_suite() {
   once 'linux: command' build linux kestran || return
   once 'wasm: build' build wasm || return
   mkdir -p build/web
-  once 'web: install' quietly build/web/install.log tests/web/install.sh || return
+  once 'web: install' quietly build/web/install.log tools/install-npm.sh tests/web build/web || return
   step 'web: module' timeout --kill-after=20 280 node tests/web/module.mjs
   step 'web: site' site || return
   step 'web: formulas' node tests/web/reference.mjs
