@@ -2,7 +2,6 @@
 // over. What a pointer promises is kept: the interface cannot know how much memory stands behind one.
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <vector>
 
 #include "bindings/c/kestran.h"
@@ -18,46 +17,42 @@ struct Deals {
   std::size_t count;
 };
 
-Deals deals_of(const Function& function, Choices& choices) {
-  Deals deals;
-  deals.count = static_cast<std::size_t>(choices.below(choices.one_in(8) ? 300 : 12));
-  const std::vector<GivenArgument> call = realistic_call(function, choices);
-  const bool odd = choices.one_in(3);
-  for (const GivenArgument& argument : call) {
-    int rows = argument.rows, columns = argument.columns;
-    std::vector<double> values = argument.values;
-    if (odd && choices.one_in(6)) {
-      rows = choices.below(5) - 1;
-      columns = choices.below(5) - 1;
-      values.resize(16, 1.0);
-    }
-    const bool shared = choices.one_in(2);
-    const std::size_t cells = values.size();
-    for (std::size_t k = 1; !shared && k < deals.count; ++k)
-      for (std::size_t i = 0; i < cells; ++i) values.push_back(values[i] * choices.between(0.9, 1.1));
-    if (odd && choices.one_in(4))
-      values[static_cast<std::size_t>(choices.below(
-          static_cast<int>(std::min<std::size_t>(values.size(), 65536))))] = odd_number(choices);
-    deals.memory.push_back(std::move(values));
-    deals.given.push_back(
-        {deals.memory.back().data(), rows, columns, shared ? 0 : static_cast<ptrdiff_t>(cells)});
+void draw_values(const Function& function, std::size_t i, bool odd, Choices& choices, Deals& deals) {
+  static GivenArgument argument;
+  draw_argument(function, static_cast<int>(i), choices, argument);
+  int rows = argument.rows, columns = argument.columns;
+  std::vector<double>& values = deals.memory[i];
+  values = argument.values;
+  if (odd && choices.one_in(4)) {
+    rows = choices.below(5) - 1;
+    columns = choices.below(5) - 1;
+    values.resize(16, 1.0);
   }
-  return deals;
+  const bool shared = choices.one_in(2);
+  const std::size_t cells = values.size();
+  for (std::size_t k = 1; !shared && k < deals.count; ++k)
+    for (std::size_t at = 0; at < cells; ++at) values.push_back(values[at] * choices.between(0.9, 1.1));
+  if (odd && choices.one_in(2))
+    values[static_cast<std::size_t>(
+        choices.below(static_cast<int>(std::min<std::size_t>(values.size(), 65536))))] = odd_number(choices);
+  deals.given[i] = {values.data(), rows, columns, shared ? 0 : static_cast<ptrdiff_t>(cells)};
 }
 
 // The price of deal k with one selector, the way of a single call.
 int single(const kestran_function* function, const Deals& deals, std::size_t k, const int* selector,
            double& result) {
-  std::vector<kestran_operand> given = deals.given;
-  for (kestran_operand& one : given) one.values += static_cast<ptrdiff_t>(k) * one.stride;
+  kestran_operand given[most_arguments];
+  std::copy(deals.given.begin(), deals.given.end(), given);
+  for (std::size_t i = 0; i < deals.given.size(); ++i)
+    given[i].values += static_cast<ptrdiff_t>(k) * given[i].stride;
   double asked = 0.0;
   const int asks_at = kestran_result_argument(function);
   if (selector != nullptr && asks_at >= 0) {
     asked = *selector;
-    given[static_cast<std::size_t>(asks_at)] = {&asked, 0, 0, 0};
+    given[asks_at] = {&asked, 0, 0, 0};
   }
-  count_call();
-  return kestran_price(function, given.data(), &result);
+  count_calls();
+  return kestran_price(function, given, &result);
 }
 
 void price_deals(const kestran_function* function, const Deals& deals, Choices& choices) {
@@ -68,8 +63,8 @@ void price_deals(const kestran_function* function, const Deals& deals, Choices& 
   const auto each = static_cast<std::size_t>(selected ? std::max(wanted, 0) : 1);
   std::vector<double> results(deals.count * each);
   std::vector<int> codes(deals.count * each);
-  const int threads = choices.one_in(16) ? choices.below(5) - 1 : 1;
-  count_call();
+  const int threads = choices.one_in(2048) ? choices.below(5) - 1 : 1;
+  count_calls();
   const std::size_t refused =
       kestran_price_many(function, deals.given.data(), deals.count, selected ? selectors : nullptr, wanted,
                          results.data(), choices.one_in(8) ? nullptr : codes.data(), threads);
@@ -120,16 +115,22 @@ void look_up(Choices& choices) {
 }
 
 }  // namespace
-}  // namespace kestran::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace kestran::fuzz;
-  Choices choices(data, size);
+void make_case(Choices& choices) {
   if (choices.one_in(16)) look_up(choices);
   const int place = any_place(choices);
-  const kestran_function* const function = kestran_at(place);
-  Deals deals = deals_of(kestran::catalogue[place], choices);
-  explain(function, deals, choices);
-  price_deals(function, deals, choices);
-  return 0;
+  const Function& function = catalogue[place];
+  Deals deals;
+  deals.count = static_cast<std::size_t>(choices.below(choices.one_in(64) ? 300 : 6));
+  deals.memory.resize(static_cast<std::size_t>(function.argument_count));
+  deals.given.resize(deals.memory.size());
+  for (std::size_t i = 0; i < deals.given.size(); ++i) draw_values(function, i, false, choices, deals);
+  for (int turns = 0; turns < 8; ++turns) {
+    explain(kestran_at(place), deals, choices);
+    price_deals(kestran_at(place), deals, choices);
+    const int i = choices.below(function.argument_count);
+    draw_values(function, static_cast<std::size_t>(i), choices.one_in(2), choices, deals);
+  }
 }
+
+}  // namespace kestran::fuzz

@@ -18,7 +18,7 @@ namespace {
 using Arguments = std::vector<GivenArgument>;
 
 Answer answer(const Function& function, const Arguments& given) {
-  count_call();
+  count_calls();
   return price(function, operands(given).data());
 }
 
@@ -37,7 +37,7 @@ Arguments asking_for(const Function& function, Arguments given, int selector) {
 void price_every_result(const Function& function, const Arguments& given) {
   const List<ResultText>& results = text_of(function).results;
   std::vector<Answer> answers(static_cast<std::size_t>(results.count), Answer(0.0));
-  count_call();
+  count_calls();
   price_all(function, operands(given).data(), answers.data());
   for (int j = 0; j < results.count; ++j)
     agree(function, asking_for(function, given, results[j].selector), answers[static_cast<std::size_t>(j)],
@@ -46,7 +46,8 @@ void price_every_result(const Function& function, const Arguments& given) {
 
 // Deals that differ from the first in some arguments.
 void price_several(const Function& function, const Arguments& given, Choices& choices) {
-  const auto deals = static_cast<std::size_t>(1 + choices.below(function.european != nullptr ? 40 : 5));
+  const auto deals =
+      static_cast<std::size_t>(1 + choices.below(function.european != nullptr && choices.one_in(8) ? 40 : 5));
   std::vector<std::vector<double>> memory;
   std::vector<Column> columns;
   for (const GivenArgument& one : given) {
@@ -60,7 +61,7 @@ void price_several(const Function& function, const Arguments& given, Choices& ch
                        one.rows, one.columns});
   }
   std::vector<Answer> answers(deals, Answer(0.0));
-  count_call();
+  count_calls();
   price_many(function, columns.data(), deals, nullptr, 1, answers.data());
   for (std::size_t k = 0; k < deals; ++k) {
     Arguments deal = given;
@@ -102,33 +103,27 @@ GivenArgument odd_argument(Choices& choices, const GivenArgument& realistic) {
   return odd;
 }
 
-void refuse(const Function& function, Arguments given, Choices& choices) {
-  for (int times = 1 + choices.below(3); times > 0; --times) {
-    GivenArgument& one = given[static_cast<std::size_t>(choices.below(static_cast<int>(given.size())))];
-    one = odd_argument(choices, one);
+// Calls with ever more arguments that are odd, and realistic ones in between.
+void refuse(const Function& function, const Arguments& realistic, Choices& choices) {
+  Arguments given = realistic;
+  for (int calls = 0; calls < 16; ++calls) {
+    const auto i = static_cast<std::size_t>(choices.below(static_cast<int>(given.size())));
+    given[i] = choices.one_in(3) ? realistic[i] : odd_argument(choices, realistic[i]);
+    const std::vector<Operand> call = operands(given);
+    const int wanted = refusal_by_the_rules(function, call.data());
+    const Answer found = answer(function, given);
+    const bool by_the_model = found.is_number() || found.error == value_code || found.error == missing_code;
+    if (wanted >= 0 ? found.error != wanted : !by_the_model)
+      fault(shown(function, call.data()) + " is " + shown(found) + ", by the rules " +
+            std::to_string(wanted));
   }
-  const std::vector<Operand> call = operands(given);
-  const int wanted = refusal_by_the_rules(function, call.data());
-  const Answer found = answer(function, given);
-  const bool by_the_model = found.is_number() || found.error == value_code || found.error == missing_code;
-  if (wanted >= 0 ? found.error != wanted : !by_the_model)
-    fault(shown(function, call.data()) + " is " + shown(found) + ", by the rules " + std::to_string(wanted));
 }
 
 }  // namespace
-}  // namespace kestran::fuzz
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  kestran::fuzz::start_other_lanes();
-  return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace kestran;
-  using namespace kestran::fuzz;
-  Choices choices(data, size);
+void make_case(Choices& choices) {
   const Function& function = catalogue[any_place(choices)];
-  const std::vector<GivenArgument> given = realistic_call(function, choices);
+  const Arguments given = realistic_call(function, choices);
   switch (choices.below(8)) {
     case 0:
       price_every_result(function, given);
@@ -137,7 +132,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       price_several(function, given, choices);
       break;
     case 2:
-      choices.one_in(2) ? compare_lanes(data, size) : price_twins(function, given);
+      choices.one_in(16) ? compare_lanes(choices.bits()) : price_twins(function, given);
       break;
     case 3:
     case 4:
@@ -146,5 +141,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     default:
       check_relations(Deal(function, asking_for(function, given, text_of(function).results[0].selector)));
   }
+}
+
+}  // namespace kestran::fuzz
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  kestran::fuzz::start_other_lanes();
   return 0;
 }

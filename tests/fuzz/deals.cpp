@@ -59,7 +59,7 @@ Priced priced(const PriceOptions& options) {
   }();
   require(apart && ftruncate(output.descriptor, 0) == 0 && lseek(output.descriptor, 0, SEEK_SET) == 0,
           "no standard output");
-  count_call();
+  count_calls();
   const int status = price_book(options);
   return {status, output.read()};
 }

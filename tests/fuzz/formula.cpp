@@ -19,7 +19,7 @@ static void start() {
 }
 
 static Evaluation answer(const std::string& line) {
-  count_call();
+  count_calls();
   Evaluation answered = evaluate_line(line);
   const Standin& excel = standin();
   if (!excel.faults.empty()) fault(excel.faults.front());

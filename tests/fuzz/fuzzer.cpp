@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
-#include <map>
+#include <vector>
 
 #include "functions/number_text.h"
 #include "functions/refused_number.h"
@@ -28,9 +28,9 @@ static std::uint64_t* calls_in_file() {
   return static_cast<std::uint64_t*>(mapped);
 }
 
-void count_call() {
+void count_calls(std::uint64_t made) {
   static std::uint64_t* const calls = calls_in_file();
-  ++*calls;
+  *calls += made;
 }
 
 void fault(const std::string& what) {
@@ -66,11 +66,25 @@ double odd_number(Choices& choices) {
 }
 
 int any_place(Choices& choices) {
-  const int place = choices.below(catalogue_size);
-  for (const char* slow : {"OSTRIPSPRD", "OSTRIP2", "WARRANT", "CMPASN", "XCAP"})
-    if (std::strcmp(catalogue[place].computed_by, slow) == 0 && !choices.one_in(16))
-      return any_place(choices);
-  return place;
+  static const struct {
+    const char* name;
+    int one_in;
+  } slow[] = {{"OSTRIPSPRD", 2048}, {"WARRANT", 512}, {"CMPASN", 512},   {"IMPVOLAB", 128}, {"AMERB", 32},
+              {"OSTRIP2", 64},      {"XCOL", 16},     {"XCOL2", 32},     {"XCOL3", 32},     {"YRSTRIP", 16},
+              {"ASNSPRD2", 16},     {"ASNSPRD", 8},   {"PPLUS", 8},      {"XCAP", 8},       {"OSTRIP", 8},
+              {"SPRDOPT", 4},       {"CMPDV", 4},     {"AdjASTRIP2m", 8}};
+  static const std::vector<int> one_in_of_place = [] {
+    std::vector<int> list(static_cast<std::size_t>(catalogue_size), 1);
+    for (int place = 0; place < catalogue_size; ++place)
+      for (const auto& function : slow)
+        if (std::strcmp(catalogue[place].computed_by, function.name) == 0)
+          list[static_cast<std::size_t>(place)] = function.one_in;
+    return list;
+  }();
+  for (;;) {
+    const int place = choices.below(catalogue_size);
+    if (choices.one_in(one_in_of_place[static_cast<std::size_t>(place)])) return place;
+  }
 }
 
 // A number of this unit near `example`. Counts stay small, since many functions take time by them.
@@ -104,28 +118,31 @@ static double near(double example, Unit unit, Choices& choices) {
   }
 }
 
-std::vector<GivenArgument> realistic_call(const Function& function, Choices& choices) {
+void draw_argument(const Function& function, int i, Choices& choices, GivenArgument& given) {
+  static const std::vector<std::vector<GivenArgument>> examples = [] {
+    std::vector<std::vector<GivenArgument>> list;
+    for (int place = 0; place < catalogue_size; ++place)
+      list.push_back(example_arguments(text_of(catalogue[place])));
+    return list;
+  }();
+  given = examples[static_cast<std::size_t>(&function - catalogue)][static_cast<std::size_t>(i)];
   const FunctionText& text = text_of(function);
-  static std::map<const FunctionText*, std::vector<GivenArgument>> examples;
-  std::vector<GivenArgument>& example = examples[&text];
-  if (example.empty()) example = example_arguments(text);
-  std::vector<GivenArgument> given = example;
-  for (int i = 0; i < function.argument_count; ++i) {
-    const ArgumentText& argument = *text.arguments[i];
-    if (argument.unit == Unit::selector) {
-      const int count = argument.choices.count;
-      if (count > 0)
-        given[static_cast<std::size_t>(i)].values = {double(argument.choices[choices.below(count)].value)};
-      if (i == function.result_argument)
-        given[static_cast<std::size_t>(i)].values = {
-            double(text.results[choices.below(text.results.count)].selector)};
-      continue;
-    }
-    // A matrix stays one of correlations.
-    if (function.arguments[i].kind == ParameterKind::square) continue;
-    for (double& value : given[static_cast<std::size_t>(i)].values)
+  const ArgumentText& argument = *text.arguments[i];
+  if (i == function.result_argument) {
+    given.values = {double(text.results[choices.below(text.results.count)].selector)};
+  } else if (argument.unit == Unit::selector) {
+    if (const int count = argument.choices.count; count > 0)
+      given.values = {double(argument.choices[choices.below(count)].value)};
+  } else if (function.arguments[i].kind != ParameterKind::square) {  // a matrix stays one of correlations
+    for (double& value : given.values)
       if (!choices.one_in(4)) value = near(value, argument.unit, choices);
   }
+}
+
+std::vector<GivenArgument> realistic_call(const Function& function, Choices& choices) {
+  std::vector<GivenArgument> given(static_cast<std::size_t>(function.argument_count));
+  for (int i = 0; i < function.argument_count; ++i)
+    draw_argument(function, i, choices, given[static_cast<std::size_t>(i)]);
   return given;
 }
 

@@ -41,7 +41,7 @@ class Choices {
     } else {
       taken = bits() >> 48;
     }
-    return static_cast<int>(taken % static_cast<std::uint64_t>(limit));
+    return static_cast<int>(taken * static_cast<std::uint64_t>(limit) >> 16);
   }
   bool one_in(int times) { return below(times) == times - 1; }
   /// Evenly from low to high.
@@ -70,9 +70,13 @@ class Choices {
   std::uint64_t state = 0xCBF29CE484222325u;
 };
 
-/// Counts one call into what is tested. The count survives the program in the file KESTRAN_FUZZ_CALLS, if
-/// that is set.
-void count_call();
+/// Makes one case of an input that is a row of choices: some calls that have much in common. Of the programs
+/// that are linked with draws.cpp, which has an input make many.
+void make_case(Choices& choices);
+
+/// Counts calls into what is tested. The count survives the program in the file KESTRAN_FUZZ_CALLS, if that
+/// is set.
+void count_calls(std::uint64_t made = 1);
 
 /// Says what is wrong and ends the program, upon which its input is kept.
 [[noreturn]] void fault(const std::string& what);
@@ -88,11 +92,13 @@ bool same_answer(const Answer& a, const Answer& b);
 /// Numbers that hosts are known to hand over, sensible and not.
 double odd_number(Choices& choices);
 
-/// The place of a function in the catalogue. Those that take a thousand times as long as the others come
-/// rarely.
+/// The place of a function in the catalogue. The longer one takes than the others, the more rarely it comes.
 int any_place(Choices& choices);
 
-/// The arguments of the function's example, with most numbers moved within what its kind makes sense for.
+/// Argument i of the function's example, with most numbers moved within what its kind makes sense for.
+void draw_argument(const Function& function, int i, Choices& choices, GivenArgument& given);
+
+/// All of them.
 std::vector<GivenArgument> realistic_call(const Function& function, Choices& choices);
 
 /// "NAME(argument,...)", for the message of a fault.

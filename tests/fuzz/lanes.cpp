@@ -20,9 +20,8 @@ struct Result {
 };
 
 // Every result of one deal, and one of several that differ from it.
-std::vector<Result> results_of(const std::uint8_t* data, std::size_t size) {
+void price_deals(Choices& choices, std::vector<Result>& results) {
   constexpr std::size_t deals = 13;
-  Choices choices(data, size);
   const Function& function = catalogue[any_place(choices)];
   const std::vector<GivenArgument> given = realistic_call(function, choices);
   std::vector<std::vector<double>> memory;
@@ -37,16 +36,23 @@ std::vector<Result> results_of(const std::uint8_t* data, std::size_t size) {
         {values.data(), own ? static_cast<std::ptrdiff_t>(one.values.size()) : 0, one.rows, one.columns});
   }
   std::vector<Answer> answers(deals + static_cast<std::size_t>(text_of(function).results.count), Answer(0.0));
-  count_call();
+  count_calls(2);
   price_many(function, columns.data(), deals, nullptr, 1, answers.data());
   price_all(function, operands(given).data(), answers.data() + deals);
-  std::vector<Result> results;
   for (const Answer& answer : answers) results.push_back({answer.number, answer.error});
+}
+
+std::vector<Result> results_of(std::uint64_t seed) {
+  std::uint8_t bytes[sizeof seed];
+  std::memcpy(bytes, &seed, sizeof seed);
+  Choices choices(bytes, sizeof bytes);
+  std::vector<Result> results;
+  for (int functions = 0; functions < 32; ++functions) price_deals(choices, results);
   return results;
 }
 
 bool receive(int from, void* data, std::size_t size) {
-  return size == 0 || recv(from, data, size, MSG_WAITALL) == static_cast<ssize_t>(size);
+  return recv(from, data, size, MSG_WAITALL) == static_cast<ssize_t>(size);
 }
 
 void pass(int to, const void* data, std::size_t size) {
@@ -56,10 +62,8 @@ void pass(int to, const void* data, std::size_t size) {
 
 // Answers until the fuzzer ends.
 [[noreturn]] void serve(int fuzzer) {
-  for (std::size_t size = 0; receive(fuzzer, &size, sizeof size);) {
-    std::vector<std::uint8_t> data(size);
-    if (!receive(fuzzer, data.data(), size)) break;
-    const std::vector<Result> results = results_of(data.data(), size);
+  for (std::uint64_t seed = 0; receive(fuzzer, &seed, sizeof seed);) {
+    const std::vector<Result> results = results_of(seed);
     pass(fuzzer, results.data(), results.size() * sizeof(Result));
   }
   _exit(0);
@@ -86,12 +90,11 @@ void start_other_lanes() {
   }
 }
 
-void compare_lanes(const std::uint8_t* data, std::size_t size) {
-  const std::vector<Result> wanted = results_of(data, size);
+void compare_lanes(std::uint64_t seed) {
+  for (const int process : other_processes) pass(process, &seed, sizeof seed);
+  const std::vector<Result> wanted = results_of(seed);
   for (const int process : other_processes) {
     std::vector<Result> found(wanted.size());
-    pass(process, &size, sizeof size);
-    if (size > 0) pass(process, data, size);
     require(receive(process, found.data(), found.size() * sizeof(Result)),
             "a process beside this one has ended");
     for (std::size_t i = 0; i < found.size(); ++i)

@@ -2,7 +2,6 @@
 // that a process beside this one has two, and another none for books of European options.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 namespace kestran::fuzz {
@@ -10,7 +9,7 @@ namespace kestran::fuzz {
 /// Starts the processes. To be called before anything is priced.
 void start_other_lanes();
 
-/// Has them price the deals that this input makes; all must answer with the same bits.
-void compare_lanes(const std::uint8_t* data, std::size_t size);
+/// Has them price deals that are drawn from this seed; all must answer with the same bits.
+void compare_lanes(std::uint64_t seed);
 
 }  // namespace kestran::fuzz

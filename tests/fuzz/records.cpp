@@ -10,10 +10,9 @@
 // asked for as a number.
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <deque>
 #include <limits>
-#include <map>
-#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -96,7 +95,20 @@ struct Argument {
   int code = xlretSuccess;
   int rows = 0, columns = 0;  // of the answer
   bool lying = false;         // what the record says of its size is not what comes
+  // The same as the catalogue takes it, and whether it has a word for it.
+  std::vector<double> values;
+  bool known = true;
 
+  void clear() {
+    cells.clear();
+    values.clear();
+    record = {};
+    answered = xltypeMulti;
+    code = xlretSuccess;
+    rows = columns = 0;
+    lying = false;
+    known = true;
+  }
   bool readable() const {
     return code == xlretSuccess && answered == xltypeMulti && rows > 0 && columns > 0 && !cells.empty();
   }
@@ -106,8 +118,9 @@ struct Argument {
 // when.
 class Host {
  public:
-  std::deque<Argument> arguments;  // whose records the add-in gets
-  Choices* moods = nullptr;        // of a host that answers as it likes; null where it is to repeat itself
+  Argument arguments[most_arguments];  // whose records the add-in gets
+  int argument_count = 0;
+  Choices* moods = nullptr;  // of a host that answers as it likes; null where it is to repeat itself
   bool user_breaks = false;
 
   int answer(int function, Record* result, int count, Record** operands) {
@@ -136,20 +149,24 @@ class Host {
   void end_call() const { require(lent.empty(), "the add-in kept cells or a text of the host's"); }
 
  private:
-  static const void* memory_of(const Record& record) {
+  static void* memory_of(const Record& record) {
     const auto type = static_cast<Type>(record.type & 0x0FFF);
     if (type == xltypeMulti) return record.value.array.elements;
-    return type == xltypeStr ? static_cast<const void*>(record.value.text) : nullptr;
+    return type == xltypeStr ? static_cast<void*>(record.value.text) : nullptr;
   }
 
   void take_back(const Record& record) {
     const void* const memory = memory_of(record);
-    if (memory != nullptr) require(lent.erase(memory) == 1, "freed twice, or what was not the host's");
+    if (memory == nullptr) return;
+    const auto found = std::find(lent.begin(), lent.end(), memory);
+    require(found != lent.end(), "freed twice, or what was not the host's");
+    std::free(*found);
+    lent.erase(found);
   }
 
   const Argument* argument_of(const Record& given) const {
-    for (const Argument& one : arguments)
-      if (&one.record == &given) return &one;
+    for (int i = 0; i < argument_count; ++i)
+      if (&arguments[i].record == &given) return &arguments[i];
     return nullptr;
   }
 
@@ -172,9 +189,8 @@ class Host {
 
   template <class Item>
   Item* lend(std::size_t count) {
-    std::shared_ptr<Item[]> memory(new Item[count]());
-    lent[memory.get()] = memory;
-    return memory.get();
+    lent.push_back(std::calloc(count, sizeof(Item)));
+    return static_cast<Item*>(lent.back());
   }
 
   int failure() { return 1 << moods->below(8); }
@@ -208,7 +224,7 @@ class Host {
     return xlretSuccess;
   }
 
-  std::map<const void*, std::shared_ptr<void>> lent;
+  std::vector<void*> lent;
 };
 
 Host host;
@@ -305,12 +321,13 @@ void spoil(Argument& argument, Choices& choices) {
       if (areas == nullptr) break;
       if (choices.one_in(4) && record.type == xltypeRef) record.value.reference.areas = nullptr;
       if (choices.one_in(4)) areas->count = static_cast<std::uint16_t>(choices.below(4));
-      constexpr int ends[] = {0, 1, 2, 5, 255, -1, least, most, 70000};
+      constexpr int ends[] = {0, 1, 2, 5, -1, least, most}, far_ends[] = {255, 70000};
+      const auto end_of = [&] { return choices.one_in(256) ? choices.of(far_ends) : choices.of(ends); };
       auto& area = areas->area;
-      area.first_row = static_cast<decltype(area.first_row)>(choices.of(ends));
-      area.last_row = static_cast<decltype(area.last_row)>(choices.of(ends));
-      area.first_column = static_cast<decltype(area.first_column)>(choices.of(ends));
-      area.last_column = static_cast<decltype(area.last_column)>(choices.of(ends));
+      area.first_row = static_cast<decltype(area.first_row)>(end_of());
+      area.last_row = static_cast<decltype(area.last_row)>(end_of());
+      area.first_column = static_cast<decltype(area.first_column)>(end_of());
+      area.last_column = static_cast<decltype(area.last_column)>(end_of());
       break;
     }
     default:  // arrays in arrays, without an end
@@ -323,49 +340,17 @@ void spoil(Argument& argument, Choices& choices) {
   }
 }
 
-void give_cells(Argument& argument, int rows, int columns, const std::vector<double>& numbers,
+void give_cells(Argument& argument, int rows, int columns, const std::vector<double>& numbers, bool hostile,
                 Choices& choices) {
   argument.rows = rows;
   argument.columns = columns;
   for (const double number : numbers) argument.cells.push_back(number_record(number));
-  const bool odd = choices.one_in(3);
+  const bool odd = hostile && choices.one_in(2);
   for (Record& cell : argument.cells)
     if (odd && choices.one_in(6)) cell = odd_record(choices);
   place_cells(argument, choices);
-  if (choices.one_in(6)) spoil(argument, choices);
+  if (hostile && choices.one_in(2)) spoil(argument, choices);
 }
-
-// A realistic call of which some arguments are not what they should be.
-void give_arguments(const Function& function, Choices& choices) {
-  host.arguments.clear();
-  const bool as_it_should = choices.one_in(8);
-  for (const GivenArgument& realistic : realistic_call(function, choices)) {
-    Argument& argument = host.arguments.emplace_back();
-    const bool replaced = !as_it_should && choices.one_in(6);
-    if (replaced && choices.one_in(2)) {
-      argument.record = odd_record(choices);
-    } else if (replaced) {
-      const int rows = choices.one_in(64) ? choices.of({1, 257, 300}) : 1 + choices.below(4);
-      const int columns = 1 + choices.below(4);
-      std::vector<double> numbers;
-      for (int i = 0; i < rows * columns; ++i)
-        numbers.push_back(choices.one_in(4) ? odd_number(choices) : realistic.values[0]);
-      give_cells(argument, rows, columns, numbers, choices);
-    } else if (realistic.rows > 0) {
-      give_cells(argument, realistic.rows, realistic.columns, realistic.values, choices);
-    } else {
-      argument.record = number_record(realistic.values[0]);
-    }
-  }
-}
-
-// The call as the catalogue takes it; nothing where records hold what it has no word for.
-struct Expected {
-  std::vector<std::vector<double>> memory;
-  std::vector<Operand> operands;
-  bool known = true;  // what the answer must be
-  bool unreadable = false;
-};
 
 std::optional<double> operand_of(const Record& record, bool cell) {
   switch (record.type) {
@@ -384,24 +369,57 @@ std::optional<double> operand_of(const Record& record, bool cell) {
   }
 }
 
+// Says what the catalogue takes it for.
+void take(Argument& argument) {
+  const auto value = [&](const Record& record, bool cell) {
+    const std::optional<double> operand = operand_of(record, cell);
+    argument.known = argument.known && operand.has_value();
+    argument.values.push_back(operand.value_or(0.0));
+  };
+  if (!is_cells(argument.record)) return value(argument.record, false);
+  argument.known = argument.readable() && !argument.lying;
+  for (const Record& cell : argument.cells) value(cell, true);
+}
+
+// A realistic argument, or one that is not what it should be.
+void give_argument(const Function& function, int i, bool hostile, Choices& choices) {
+  static GivenArgument realistic;
+  draw_argument(function, i, choices, realistic);
+  Argument& argument = host.arguments[i];
+  argument.clear();
+  if (!hostile || (realistic.rows > 0 && choices.one_in(3))) {
+    if (realistic.rows > 0)
+      give_cells(argument, realistic.rows, realistic.columns, realistic.values, hostile, choices);
+    else
+      argument.record = number_record(realistic.values[0]);
+  } else if (choices.one_in(2)) {
+    argument.record = odd_record(choices);
+  } else {
+    const int rows = choices.one_in(512) ? choices.of({1, 257, 300}) : 1 + choices.below(4);
+    const int columns = 1 + choices.below(4);
+    std::vector<double> numbers;
+    for (int k = 0; k < rows * columns; ++k)
+      numbers.push_back(choices.one_in(4) ? odd_number(choices) : realistic.values[0]);
+    give_cells(argument, rows, columns, numbers, choices.one_in(2), choices);
+  }
+  take(argument);
+}
+
+// The call as the catalogue takes it.
+struct Expected {
+  Operand operands[most_arguments];
+  bool known = true;  // what the answer must be
+  bool unreadable = false;
+};
+
 Expected expected_call() {
   Expected expected;
-  for (const Argument& argument : host.arguments) {
-    std::vector<double>& values = expected.memory.emplace_back();
-    const auto take = [&](const Record& record, bool cell) {
-      const std::optional<double> operand = operand_of(record, cell);
-      expected.known = expected.known && operand.has_value();
-      values.push_back(operand.value_or(0.0));
-    };
-    if (!is_cells(argument.record)) {
-      take(argument.record, false);
-      expected.operands.push_back({values.data()});
-      continue;
-    }
-    expected.unreadable = expected.unreadable || !argument.readable();
-    expected.known = expected.known && argument.readable() && !argument.lying;
-    for (const Record& cell : argument.cells) take(cell, true);
-    expected.operands.push_back({values.data(), argument.rows, argument.columns});
+  for (int i = 0; i < host.argument_count; ++i) {
+    const Argument& argument = host.arguments[i];
+    const bool cells = is_cells(argument.record);
+    expected.operands[i] = {argument.values.data(), cells ? argument.rows : 0, cells ? argument.columns : 0};
+    expected.known = expected.known && argument.known;
+    expected.unreadable = expected.unreadable || (cells && !argument.readable());
   }
   return expected;
 }
@@ -422,10 +440,11 @@ void compare(const Function& function, const Operand* operands, const Record& re
 
 // The answer of an array at one place: what the cells that stand there, or stand for it, get alone.
 void compare_element(const Function& function, const Expected& expected, const Record& array, int at) {
-  std::vector<Operand> operands = expected.operands;
+  Operand operands[most_arguments];
+  std::copy(std::begin(expected.operands), std::end(expected.operands), operands);
   const int row = at / array.value.array.columns, column = at % array.value.array.columns;
   for (int i = 0; i < function.argument_count; ++i) {
-    Operand& operand = operands[static_cast<std::size_t>(i)];
+    Operand& operand = operands[i];
     if (is_range(function.arguments[i].kind) || operand.rows == 0) continue;
     const int r = operand.rows == 1 ? 0 : row, c = operand.columns == 1 ? 0 : column;
     const Record& element = array.value.array.elements[at];
@@ -433,7 +452,7 @@ void compare_element(const Function& function, const Expected& expected, const R
       return require(element.type == xltypeErr && element.value.error == xlerrNA, "#N/A outside of a block");
     operand = {operand.values + r * operand.columns + c, 1, 1};
   }
-  compare(function, operands.data(), array.value.array.elements[at]);
+  compare(function, operands, array.value.array.elements[at]);
 }
 
 void check_array(const Function& function, const Expected& expected, const Record& array, Choices& choices) {
@@ -441,12 +460,12 @@ void check_array(const Function& function, const Expected& expected, const Recor
   int rows = 1, columns = 1;
   for (int i = 0; i < function.argument_count; ++i) {
     if (is_range(function.arguments[i].kind)) continue;
-    rows = std::max(rows, expected.operands[static_cast<std::size_t>(i)].rows);
-    columns = std::max(columns, expected.operands[static_cast<std::size_t>(i)].columns);
+    rows = std::max(rows, expected.operands[i].rows);
+    columns = std::max(columns, expected.operands[i].columns);
   }
   require(array.value.array.rows == rows && array.value.array.columns == columns,
           "an array of another shape");
-  for (int checks = 0; checks < 6; ++checks)
+  for (int checks = 0; checks < 3; ++checks)
     compare_element(function, expected, array, choices.below(std::min(rows * columns, 65536)));
 }
 
@@ -483,28 +502,26 @@ Record* call(int place) {
   static Record missing;
   missing.type = xltypeMissing;
   std::fill(std::begin(pointers), std::end(pointers), &missing);
-  std::transform(host.arguments.begin(), host.arguments.end(), pointers,
-                 [](Argument& one) { return &one.record; });
-  count_call();
+  for (int i = 0; i < host.argument_count; ++i) pointers[i] = &host.arguments[i].record;
+  count_calls();
   Record* const result = entries[place](pointers);
   require(result != nullptr, "no result");
   host.end_call();
   return result;
 }
 
-void call_function(Choices& choices) {
-  const int place = any_place(choices);
+void call_and_check(int place, Choices& choices) {
   const Function& function = catalogue[place];
-  give_arguments(function, choices);
-  host.moods = nullptr;
-  host.user_breaks = choices.one_in(8);
+  host.user_breaks = choices.one_in(32);
   Record* const first = call(place);
-  // The old interface has one record for all its answers.
-  const Record copy = *first;
-  Record* const second = call(place);
-  if (!host.user_breaks)
-    require(same_record(modern ? *first : copy, *second), "the same call, another answer");
-
+  if (choices.one_in(8)) {
+    // The old interface has one record for all its answers.
+    const Record copy = *first;
+    Record* const second = call(place);
+    if (!host.user_breaks)
+      require(same_record(modern ? *first : copy, *second), "the same call, another answer");
+    if (modern) take_result(second, choices);
+  }
   const Expected expected = expected_call();
   const bool is_array = first->type == (xltypeMulti | xlbitDLLFree);
   if (expected.unreadable && !is_array)
@@ -513,18 +530,34 @@ void call_function(Choices& choices) {
     if (is_array)
       check_array(function, expected, *first, choices);
     else
-      compare(function, expected.operands.data(), *first);
+      compare(function, expected.operands, *first);
   }
   take_result(first, choices);
-  if (modern) take_result(second, choices);
+}
+
+// A realistic call, and calls like it of which some arguments are not what they should be.
+void call_function(Choices& choices) {
+  const int place = any_place(choices);
+  const Function& function = catalogue[place];
+  host.moods = nullptr;
+  host.argument_count = function.argument_count;
+  for (int i = 0; i < function.argument_count; ++i) give_argument(function, i, false, choices);
+  call_and_check(place, choices);
+  for (int calls = 1; calls < 24; ++calls) {
+    const int i = choices.below(function.argument_count);
+    give_argument(function, i, !choices.one_in(4), choices);
+    call_and_check(place, choices);
+    if (choices.one_in(3)) continue;
+    give_argument(function, i, false, choices);
+  }
 }
 
 // What Excel calls when the add-in is opened, listed and closed.
 void live_and_die(Choices& choices) {
   host.moods = &choices;
-  host.arguments.clear();
+  host.argument_count = 0;
   Record name = odd_record(choices);
-  count_call();
+  count_calls();
   switch (choices.below(modern ? 4 : 8)) {
     case 0:
       require(xlAutoOpen() == 1, "opened");
@@ -557,6 +590,9 @@ void live_and_die(Choices& choices) {
 }
 
 }  // namespace
+
+void make_case(Choices& choices) { choices.one_in(256) ? live_and_die(choices) : call_function(choices); }
+
 }  // namespace fuzz
 
 // The host's functions, as the add-ins look for them in the program.
@@ -573,9 +609,3 @@ extern "C" __attribute__((visibility("default"))) int Excel4v(int function, Reco
 #endif
 
 }  // namespace kestran
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  kestran::fuzz::Choices choices(data, size);
-  choices.one_in(256) ? kestran::fuzz::live_and_die(choices) : kestran::fuzz::call_function(choices);
-  return 0;
-}

@@ -150,7 +150,13 @@ int blocks_refusal(const Function& function, const Operand* given) {
 }  // namespace
 
 int refusal_by_the_rules(const Function& function, const Operand* given) {
-  const Rules rules = rules_of(function.computed_by);
+  static const std::vector<Rules> by_place = [] {
+    std::vector<Rules> list;
+    for (int place = 0; place < catalogue_size; ++place)
+      list.push_back(rules_of(catalogue[place].computed_by));
+    return list;
+  }();
+  const Rules rules = by_place[static_cast<std::size_t>(&function - catalogue)];
   if (rules == plain) return plain_refusal(function, given);
   return rules == blocks ? blocks_refusal(function, given) : ranges_refusal(function, given, rules);
 }

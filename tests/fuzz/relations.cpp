@@ -4,6 +4,7 @@
 #include <cmath>
 #include <initializer_list>
 #include <limits>
+#include <type_traits>
 #include <utility>
 
 #include "functions/number_text.h"
@@ -30,7 +31,7 @@ static double price_of(const Answer& answer) {
 }
 
 double Deal::value() const {
-  count_call();
+  count_calls();
   return price_of(price(*function, operands(given).data()));
 }
 
@@ -39,7 +40,7 @@ std::string Deal::text() const { return shown(*function, operands(given).data())
 double value_of(const char* name, std::initializer_list<double> numbers) {
   const Function& function = *find_in_catalogue(name);
   require(numbers.size() == static_cast<std::size_t>(function.argument_count), name);
-  count_call();
+  count_calls();
   return price_of(price(function, numbers.begin()));
 }
 
@@ -355,11 +356,19 @@ bool names(const std::string& list, const std::string& function) {
 }  // namespace
 
 void check_relations(const Deal& deal) {
-  for (const auto& relation : relations) {
-    if (!names(relation.functions, deal.function->computed_by)) continue;
-    const double deviation = relation.deviation(deal) / scale(deal);
-    if (deviation > relation.tolerance)
-      fault(deal.text() + ": " + relation.relation + ", but for " + exact_number(deviation) +
+  using Relation = std::remove_reference_t<decltype(relations[0])>;
+  static const std::vector<std::vector<Relation*>> by_place = [] {
+    std::vector<std::vector<Relation*>> list(static_cast<std::size_t>(catalogue_size));
+    for (int place = 0; place < catalogue_size; ++place)
+      for (Relation& relation : relations)
+        if (names(relation.functions, catalogue[place].computed_by))
+          list[static_cast<std::size_t>(place)].push_back(&relation);
+    return list;
+  }();
+  for (const Relation* const relation : by_place[static_cast<std::size_t>(deal.function - catalogue)]) {
+    const double deviation = relation->deviation(deal) / scale(deal);
+    if (deviation > relation->tolerance)
+      fault(deal.text() + ": " + relation->relation + ", but for " + exact_number(deviation) +
             " of the largest price");
   }
 }
