@@ -6,11 +6,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "functions/number_text.h"
 #include "host/csv.h"
 #include "host/price_book.h"
 #include "tests/fuzz/fuzzer.h"
@@ -50,7 +53,7 @@ struct Priced {
 
 // What the command writes goes to standard output, which is a file here; what it complains of is not looked
 // at.
-Priced priced(const PriceOptions& options) {
+Priced priced(const PriceOptions& options, std::size_t rows) {
   static const File output;
   static const bool apart = [] {
     stdout = fdopen(dup(output.descriptor), "w");
@@ -59,8 +62,8 @@ Priced priced(const PriceOptions& options) {
   }();
   require(apart && ftruncate(output.descriptor, 0) == 0 && lseek(output.descriptor, 0, SEEK_SET) == 0,
           "no standard output");
-  count_calls();
   const int status = price_book(options);
+  count_calls(status == 2 ? 1 : rows);
   return {status, output.read()};
 }
 
@@ -94,18 +97,28 @@ void check_fields(std::string_view record, char delimiter) {
   require(joined == body, "the fields are not the record");
 }
 
-void check_priced(std::string_view input, const std::string& output, char delimiter) {
-  const std::vector<std::string_view> rows = records_of(input, delimiter);
+void check_priced(const std::vector<std::string_view>& rows, const std::string& output,
+                  const std::vector<std::optional<Answer>>& answers, char delimiter) {
   const std::vector<std::string_view> found = records_of(output, delimiter);
   require(rows.size() == found.size(), "not a row for each row");
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const std::string_view body = without_line_end(rows[i]);
     require(found[i].substr(0, body.size()) == body, "a row that is not the input's");
+    if (i == 0 || i > answers.size() || !answers[i - 1]) continue;
+    const Answer& wanted = *answers[i - 1];
+    const std::string_view appended = found[i].substr(body.size() + 1);
+    double number = 0.0;
+    const auto read = std::from_chars(appended.data(), appended.data() + appended.size(), number);
+    require(wanted.is_number() == (read.ec == std::errc()) &&
+                (!wanted.is_number() || same_number(number, wanted.number)),
+            "a row is not priced as the worksheet prices it");
   }
 }
 
-// Half of the files have the columns of a function, so that their rows are priced and not only read.
-std::string input_of(Choices& choices, PriceOptions& options, char delimiter, std::string_view text) {
+// Half of the files have the columns of a function, so that their rows are priced and not only read. Answers
+// are those of the first rows, where they are known.
+std::string input_of(Choices& choices, PriceOptions& options, char delimiter, std::string_view text,
+                     std::vector<std::optional<Answer>>& answers) {
   if (choices.one_in(2)) return std::string(text);
   const Function& function = catalogue[any_place(choices)];
   const bool named = choices.one_in(3);
@@ -115,20 +128,29 @@ std::string input_of(Choices& choices, PriceOptions& options, char delimiter, st
   for (int i = 0; i < function.argument_count; ++i)
     input += (i > 0 ? std::string(1, delimiter) : "") + function.arguments[i].name;
   input += '\n';
-  for (int rows = choices.below(6); rows > 0; --rows) {
+  for (int rows = choices.below(60); rows > 0; --rows) {
     if (named) input += function.name + std::string(1, delimiter);
     const std::vector<GivenArgument> call = realistic_call(function, choices);
-    for (std::size_t i = 0; i < call.size(); ++i) {
+    const int spoiled = choices.one_in(8) ? choices.below(function.argument_count) : -1;
+    for (int i = 0; i < function.argument_count; ++i) {
       if (i > 0) input += delimiter;
+      const GivenArgument& one = call[static_cast<std::size_t>(i)];
+      if (i == spoiled) {
+        input +=
+            choices.of({"", "a", "1e999", "5%", "\"a\"\"b\"", "nan", "1/0", "{1,2}", "+-1", "1;", "0x1"});
+        continue;
+      }
       input += quote;
-      const auto columns = static_cast<std::size_t>(std::max(call[i].columns, 1));
-      for (std::size_t k = 0; k < call[i].values.size(); ++k) {
+      const auto columns = static_cast<std::size_t>(std::max(one.columns, 1));
+      for (std::size_t k = 0; k < one.values.size(); ++k) {
         if (k > 0) input += k % columns == 0 ? '|' : ';';
-        input += std::to_string(call[i].values[k]);
+        input += exact_number(one.values[k]);
       }
       input += quote;
     }
     input += choices.one_in(4) ? "\r\n" : "\n";
+    answers.emplace_back();
+    if (spoiled < 0 && options.results.empty()) answers.back() = price(function, operands(call).data());
   }
   return input + std::string(text);
 }
@@ -151,18 +173,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   options.results = choices.of({"", "", "all", "premium", "premium, delta", "vega,nothing"});
   options.strict = choices.one_in(4);
   static const File file;
-  const std::string input = input_of(choices, options, delimiter, text);
+  std::vector<std::optional<Answer>> answers;
+  const std::string input = input_of(choices, options, delimiter, text, answers);
   file.write(input);
   options.input = file.name();
-  for (const std::string_view record : records_of(input, delimiter)) check_fields(record, delimiter);
+  const std::vector<std::string_view> rows = records_of(input, delimiter);
+  for (const std::string_view row : rows) check_fields(row, delimiter);
 
-  const Priced first = priced(options);
+  const Priced first = priced(options, rows.size());
   require(first.status >= 0 && first.status <= 2, "a status that is not documented");
   if (first.status == 2) return 0;
   require(first.status == 0 || options.strict, "refused rows fail the call where it is strict only");
-  check_priced(input, first.text, delimiter);
+  check_priced(rows, first.text, answers, delimiter);
+  if (!choices.one_in(16)) return 0;
   options.threads = 3;
-  const Priced threaded = priced(options);
+  const Priced threaded = priced(options, rows.size());
   require(threaded.text == first.text && threaded.status == first.status, "three threads give another file");
   return 0;
 }
