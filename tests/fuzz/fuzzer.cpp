@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <random>
 #include <vector>
 
 #include "functions/number_text.h"
@@ -31,6 +32,11 @@ static std::uint64_t* calls_in_file() {
 void count_calls(std::uint64_t made) {
   static std::uint64_t* const calls = calls_in_file();
   *calls += made;
+}
+
+std::uint64_t fresh_bits(unsigned seed) {
+  static std::mt19937_64 bits(seed);
+  return bits();
 }
 
 void fault(const std::string& what) {

@@ -10,6 +10,9 @@
 
 #include "functions/example.h"
 
+/// Of libFuzzer: changes an input a little and gives its new size.
+extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t most);
+
 namespace kestran::fuzz {
 
 /// Reads an input as a row of choices. Where the bytes end, a generator that starts from all of them goes on,
@@ -69,6 +72,9 @@ class Choices {
   const std::uint8_t* end;
   std::uint64_t state = 0xCBF29CE484222325u;
 };
+
+/// Bits that no other input of this run is made from. The first seed that a run gives decides them all.
+std::uint64_t fresh_bits(unsigned seed);
 
 /// Makes one case of an input that is a row of choices: some calls that have much in common. Of the programs
 /// that are linked with draws.cpp, which has an input make many.

@@ -392,11 +392,14 @@ void give_argument(const Function& function, int i, bool hostile, Choices& choic
       give_cells(argument, realistic.rows, realistic.columns, realistic.values, hostile, choices);
     else
       argument.record = number_record(realistic.values[0]);
+  } else if (choices.one_in(3)) {
+    argument.record = number_record(odd_number(choices));
   } else if (choices.one_in(2)) {
     argument.record = odd_record(choices);
   } else {
-    const int rows = choices.one_in(512) ? choices.of({1, 257, 300}) : 1 + choices.below(4);
-    const int columns = 1 + choices.below(4);
+    const bool several = choices.one_in(2);
+    const int rows = choices.one_in(512) ? choices.of({1, 257, 300}) : several ? 1 + choices.below(4) : 1;
+    const int columns = several ? 1 + choices.below(4) : 1;
     std::vector<double> numbers;
     for (int k = 0; k < rows * columns; ++k)
       numbers.push_back(choices.one_in(4) ? odd_number(choices) : realistic.values[0]);
@@ -547,8 +550,7 @@ void call_function(Choices& choices) {
     const int i = choices.below(function.argument_count);
     give_argument(function, i, !choices.one_in(4), choices);
     call_and_check(place, choices);
-    if (choices.one_in(3)) continue;
-    give_argument(function, i, false, choices);
+    if (!choices.one_in(5)) give_argument(function, i, false, choices);
   }
 }
 
