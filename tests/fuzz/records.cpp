@@ -122,6 +122,7 @@ class Host {
   int argument_count = 0;
   Choices* moods = nullptr;  // of a host that answers as it likes; null where it is to repeat itself
   bool user_breaks = false;
+  int asked = 0;  // during a call, whether the user breaks
 
   int answer(int function, Record* result, int count, Record** operands) {
     require(count >= 0 && count <= (modern ? max_operands12 : max_operands), "too many operands");
@@ -136,6 +137,7 @@ class Host {
         return operands[1]->value.integer == xltypeMulti ? hand_out(*operands[0], *result) : plain(result);
       case xlAbort:
         require(result != nullptr, "xlAbort without a result");
+        user_breaks = user_breaks || ++asked > 20;
         result->type = xltypeBool;
         result->value.boolean = user_breaks;
         return xlretSuccess;
@@ -516,6 +518,7 @@ Record* call(int place) {
 void call_and_check(int place, Choices& choices) {
   const Function& function = catalogue[place];
   host.user_breaks = choices.one_in(32);
+  host.asked = 0;
   Record* const first = call(place);
   if (choices.one_in(8)) {
     // The old interface has one record for all its answers.
