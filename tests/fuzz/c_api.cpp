@@ -2,6 +2,7 @@
 // over. What a pointer promises is kept: the interface cannot know how much memory stands behind one.
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 #include "bindings/c/kestran.h"
@@ -12,6 +13,7 @@ namespace {
 
 // Deals of one function, each argument with values of its own for every deal or shared ones.
 struct Deals {
+  const Function& function;
   std::vector<std::vector<double>> memory;
   std::vector<kestran_operand> given;
   std::size_t count;
@@ -38,21 +40,37 @@ void draw_values(const Function& function, std::size_t i, bool odd, Choices& cho
   deals.given[i] = {values.data(), rows, columns, shared ? 0 : static_cast<ptrdiff_t>(cells)};
 }
 
-// The price of deal k with one selector, the way of a single call.
+// The price of deal k with one selector, the way of a single call: what the catalogue answers.
 int single(const kestran_function* function, const Deals& deals, std::size_t k, const int* selector,
            double& result) {
   kestran_operand given[most_arguments];
-  std::copy(deals.given.begin(), deals.given.end(), given);
-  for (std::size_t i = 0; i < deals.given.size(); ++i)
-    given[i].values += static_cast<ptrdiff_t>(k) * given[i].stride;
+  Operand wanted[most_arguments];
+  double numbers[most_arguments];
   double asked = 0.0;
   const int asks_at = kestran_result_argument(function);
-  if (selector != nullptr && asks_at >= 0) {
-    asked = *selector;
-    given[asks_at] = {&asked, 0, 0, 0};
+  const int count = static_cast<int>(deals.given.size());
+  bool plain = true;
+  for (int i = 0; i < count; ++i) {
+    given[i] = deals.given[static_cast<std::size_t>(i)];
+    given[i].values += static_cast<ptrdiff_t>(k) * given[i].stride;
+    if (selector != nullptr && i == asks_at) given[i] = {&(asked = *selector), 0, 0, 0};
+    wanted[i] = {given[i].values, given[i].rows, given[i].columns};
+    numbers[i] = *given[i].values;
+    plain = plain && given[i].rows == 0;
   }
   count_calls();
-  return kestran_price(function, given, &result);
+  const int code = kestran_price(function, given, &result);
+  const Answer answer = price(deals.function, wanted);
+  require(
+      code == (answer.is_number() ? 0 : answer.error) &&
+          same_number(result, answer.is_number() ? answer.number : std::numeric_limits<double>::quiet_NaN()),
+      "another answer than the catalogue's");
+  double by_numbers = 0.0;
+  if (plain) count_calls();
+  if (plain &&
+      (kestran_price_numbers(function, numbers, &by_numbers) != code || !same_number(by_numbers, result)))
+    fault(kestran_name(function) + std::string(": numbers are priced otherwise than operands"));
+  return code;
 }
 
 void price_deals(const kestran_function* function, const Deals& deals, Choices& choices) {
@@ -120,8 +138,7 @@ void make_case(Choices& choices) {
   if (choices.one_in(16)) look_up(choices);
   const int place = any_place(choices);
   const Function& function = catalogue[place];
-  Deals deals;
-  deals.count = static_cast<std::size_t>(choices.below(choices.one_in(64) ? 300 : 6));
+  Deals deals{function, {}, {}, static_cast<std::size_t>(choices.below(choices.one_in(64) ? 300 : 6))};
   deals.memory.resize(static_cast<std::size_t>(function.argument_count));
   deals.given.resize(deals.memory.size());
   for (std::size_t i = 0; i < deals.given.size(); ++i) draw_values(function, i, false, choices, deals);
