@@ -3,6 +3,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <vector>
 
@@ -51,20 +53,32 @@ std::vector<Result> results_of(std::uint64_t seed) {
   return results;
 }
 
-bool receive(int from, void* data, std::size_t size) {
-  return recv(from, data, size, MSG_WAITALL) == static_cast<ssize_t>(size);
+// Moves all of it, though the fuzzer's clock interrupts; false when nobody is at the other end.
+template <class Move>
+bool whole(const Move& move, std::size_t size) {
+  for (std::size_t done = 0; done < size;) {
+    const ssize_t moved = move(done);
+    if (moved == 0 || (moved < 0 && errno != EINTR)) return false;
+    done += static_cast<std::size_t>(std::max<ssize_t>(moved, 0));
+  }
+  return true;
 }
 
-void pass(int to, const void* data, std::size_t size) {
-  require(send(to, data, size, MSG_NOSIGNAL) == static_cast<ssize_t>(size),
-          "a process beside this one has ended");
+bool receive(int from, void* data, std::size_t size) {
+  return whole([&](std::size_t done) { return recv(from, static_cast<char*>(data) + done, size - done, 0); },
+               size);
+}
+
+bool pass(int to, const void* data, std::size_t size) {
+  const auto* const bytes = static_cast<const char*>(data);
+  return whole([&](std::size_t done) { return send(to, bytes + done, size - done, MSG_NOSIGNAL); }, size);
 }
 
 // Answers until the fuzzer ends.
 [[noreturn]] void serve(int fuzzer) {
   for (std::uint64_t seed = 0; receive(fuzzer, &seed, sizeof seed);) {
     const std::vector<Result> results = results_of(seed);
-    pass(fuzzer, results.data(), results.size() * sizeof(Result));
+    if (!pass(fuzzer, results.data(), results.size() * sizeof(Result))) break;
   }
   _exit(0);
 }
@@ -91,7 +105,8 @@ void start_other_lanes() {
 }
 
 void compare_lanes(std::uint64_t seed) {
-  for (const int process : other_processes) pass(process, &seed, sizeof seed);
+  for (const int process : other_processes)
+    require(pass(process, &seed, sizeof seed), "a process beside this one has ended");
   const std::vector<Result> wanted = results_of(seed);
   for (const int process : other_processes) {
     std::vector<Result> found(wanted.size());
