@@ -132,7 +132,7 @@ void make_case(Choices& choices) {
       price_several(function, given, choices);
       break;
     case 2:
-      choices.one_in(16) ? compare_lanes(choices.bits()) : price_twins(function, given);
+      choices.one_in(64) ? compare_lanes(choices.bits()) : price_twins(function, given);
       break;
     case 3:
     case 4:

@@ -25,7 +25,7 @@ struct Result {
 void price_deals(Choices& choices, std::vector<Result>& results) {
   constexpr std::size_t deals = 13;
   // Those that are rare elsewhere have kernels of their own.
-  const int rare = choices.below(64);
+  const int rare = choices.below(128);
   const Function& function =
       rare < 8 ? *find_in_catalogue(rare == 0 ? "CMPASN" : "AMERB") : catalogue[any_place(choices)];
   const std::vector<GivenArgument> given = realistic_call(function, choices);
