@@ -157,6 +157,14 @@ double twice_as_large(const Deal& deal) {
 double forward_by_euro(const Deal& deal) {
   return difference(deal.value(), as(deal, "EURO", {{"Yield", deal["IntRt"]}}).value());
 }
+double closed_form(const Deal& deal) {
+  const double T = years(deal), v = deal["Vol"] * std::sqrt(T);
+  if (!(v > 0.0)) return 0.0;
+  const double asset = deal["Price"] * std::exp(-deal["Yield"] * T), cash = deal["Strike"] * discount(deal);
+  const auto normal_below = [](double x) { return 0.5 * std::erfc(-x / std::sqrt(2.0)); };
+  const double d1 = std::log(asset / cash) / v + v / 2.0;
+  return difference(call(deal), asset * normal_below(d1) - cash * normal_below(d1 - v));
+}
 double forex_by_euro(const Deal& deal) {
   return difference(deal.value(), Deal(*find_in_catalogue("EURO"), deal.given).value());
 }
@@ -317,6 +325,7 @@ constexpr struct {
     {"EURO EURO_Equity EURO_Forward AMER AMERB", "an expired option is worth its exercise", expired, 0.0},
     {"EURO EURO_Equity EURO_Forward", "without volatility an option is worth its discounted forward",
      without_volatility, 1e-5},
+    {"EURO", "the formula of Black and Scholes", closed_form, normal},
     {"EURO_Forward", "EURO with a yield equal to the rate", forward_by_euro, 0.0},
     {"FOREXCH", "EURO with the other currency's rate as its yield", forex_by_euro, 0.0},
     {"ASNSPRD", "ASNSPRD2 without yields of its own", asian_spread_by_its_wider_form, 0.0},
