@@ -1,14 +1,17 @@
 // The catalogue of functions, with realistic deals: the ways to price a deal agree to the bit, values stand
 // in the relations that they must, and what is refused is what the rules refuse.
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <vector>
 
-#include "functions/price_many.h"
 #include "functions/refused_number.h"
 #include "tests/fuzz/fuzzer.h"
-#include "tests/fuzz/lanes.h"
 #include "tests/fuzz/refusals.h"
 #include "tests/fuzz/relations.h"
 
@@ -44,29 +47,17 @@ void price_every_result(const Function& function, const Arguments& given) {
           "among all results");
 }
 
-// Deals that differ from the first in some arguments.
 void price_several(const Function& function, const Arguments& given, Choices& choices) {
-  const auto deals =
-      static_cast<std::size_t>(1 + choices.below(function.european != nullptr && choices.one_in(8) ? 40 : 5));
-  std::vector<std::vector<double>> memory;
-  std::vector<Column> columns;
-  for (const GivenArgument& one : given) {
-    std::vector<double> values = one.values;
-    const bool own = choices.one_in(2) && memory.size() != static_cast<std::size_t>(function.result_argument);
-    for (std::size_t k = 1; own && k < deals; ++k)
-      for (const double value : one.values)
-        values.push_back(choices.one_in(16) ? odd_number(choices) : value * choices.between(0.8, 1.2));
-    memory.push_back(std::move(values));
-    columns.push_back({memory.back().data(), own ? static_cast<std::ptrdiff_t>(one.values.size()) : 0,
-                       one.rows, one.columns});
-  }
+  const bool many = function.european != nullptr && choices.one_in(8);
+  const auto deals = static_cast<std::size_t>(1 + choices.below(many ? 40 : 5));
+  const Columns several(function, given, deals, choices);
   std::vector<Answer> answers(deals, Answer(0.0));
   count_calls();
-  price_many(function, columns.data(), deals, nullptr, 1, answers.data());
+  price_many(function, several.columns.data(), deals, nullptr, 1, answers.data());
+  Arguments deal = given;
   for (std::size_t k = 0; k < deals; ++k) {
-    Arguments deal = given;
     for (std::size_t i = 0; i < deal.size(); ++i)
-      std::copy_n(columns[i].values + static_cast<std::ptrdiff_t>(k) * columns[i].stride,
+      std::copy_n(several.columns[i].values + static_cast<std::ptrdiff_t>(k) * several.columns[i].stride,
                   deal[i].values.size(), deal[i].values.begin());
     agree(function, deal, answers[k], "among several deals");
   }
@@ -77,6 +68,89 @@ void price_twins(const Function& function, const Arguments& given) {
     const Function& twin = catalogue[place];
     if (&twin != &function && std::strcmp(twin.computed_by, function.computed_by) == 0)
       agree(function, given, answer(twin, given), "by its twin");
+  }
+}
+
+// The same deals priced by kernels of other widths. How many lanes they use is decided once in a process, so
+// that a process beside this one has two, and another none for books of European options.
+int other_processes[2];
+
+// Every result of one deal, and one of several that differ from it.
+void price_in_lanes(Choices& choices, std::vector<Answer>& answers) {
+  constexpr std::size_t deals = 13;
+  // Those that are rare elsewhere have kernels of their own.
+  const int rare = choices.below(128);
+  const Function& function =
+      rare < 8 ? *find_in_catalogue(rare == 0 ? "CMPASN" : "AMERB") : catalogue[any_place(choices)];
+  const std::vector<GivenArgument> given = realistic_call(function, choices);
+  const Columns several(function, given, deals, choices);
+  answers.assign(deals + static_cast<std::size_t>(text_of(function).results.count), Answer(0.0));
+  count_calls(2);
+  price_many(function, several.columns.data(), deals, nullptr, 1, answers.data());
+  price_all(function, operands(given).data(), answers.data() + deals);
+}
+
+// A number that hangs on each bit of the answers to deals that are drawn from a seed.
+std::uint64_t digest_of(std::uint64_t seed) {
+  Choices choices(seed);
+  std::vector<Answer> answers;
+  std::uint64_t digest = 0;
+  for (int functions = 0; functions < 32; ++functions) {
+    price_in_lanes(choices, answers);
+    for (const Answer& answer : answers) {
+      std::uint64_t bits = static_cast<std::uint64_t>(answer.error);
+      if (answer.is_number() && answer.number == answer.number)
+        std::memcpy(&bits, &answer.number, sizeof bits);
+      digest = (digest ^ bits) * 0x9E3779B97F4A7C15u;
+      digest ^= digest >> 29;
+    }
+  }
+  return digest;
+}
+
+// The fuzzer's clock interrupts.
+bool receive(int from, std::uint64_t& number) {
+  return TEMP_FAILURE_RETRY(recv(from, &number, sizeof number, 0)) == sizeof number;
+}
+bool pass(int to, std::uint64_t number) {
+  return TEMP_FAILURE_RETRY(send(to, &number, sizeof number, MSG_NOSIGNAL)) == sizeof number;
+}
+
+// Answers until the fuzzer ends.
+[[noreturn]] void serve(int fuzzer) {
+  for (std::uint64_t seed = 0; receive(fuzzer, seed) && pass(fuzzer, digest_of(seed));) {
+  }
+  _exit(0);
+}
+
+// To be called before anything is priced.
+void start_other_lanes() {
+  const char* lanes = "1";
+  for (int& process : other_processes) {
+    int ends[2];
+    require(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) == 0, "no sockets");
+    const pid_t child = fork();
+    require(child >= 0, "no process beside this one");
+    if (child == 0) {
+      setenv("KESTRAN_LANES", lanes, 1);
+      unsetenv("KESTRAN_FUZZ_CALLS");
+      close(ends[0]);
+      serve(ends[1]);
+    }
+    close(ends[1]);
+    process = ends[0];
+    lanes = "2";
+  }
+}
+
+void compare_lanes(std::uint64_t seed) {
+  for (const int process : other_processes)
+    require(pass(process, seed), "a process beside this one has ended");
+  const std::uint64_t wanted = digest_of(seed);
+  for (const int process : other_processes) {
+    std::uint64_t found = 0;
+    require(receive(process, found), "a process beside this one has ended");
+    require(found == wanted, "another number of lanes, other bits");
   }
 }
 

@@ -52,20 +52,19 @@ double operand_of(const Scalar& scalar) {
 void compare(const Call& call) {
   const Function* const function = find_in_catalogue(call.name.c_str());
   if (function == nullptr) return;
-  std::vector<GivenArgument> given(static_cast<std::size_t>(function->argument_count));
-  for (std::size_t i = 0; i < given.size(); ++i) {
-    if (i >= call.given.size()) {
-      given[i] = {{std::numeric_limits<double>::quiet_NaN()}};
-      continue;
-    }
-    const Block& block = call.given[i];
-    if (block.cells.size() > 1 && !is_range(function->arguments[i].kind)) return;
+  std::vector<Block> blocks = call.given;
+  blocks.resize(static_cast<std::size_t>(function->argument_count),
+                {0, 0, {Scalar{Kind::missing, 0, 0.0, {}}}});
+  std::vector<GivenArgument> given;
+  for (const Block& block : blocks) {
+    if (block.cells.size() > 1 && !is_range(function->arguments[given.size()].kind)) return;
+    GivenArgument& one = given.emplace_back();
+    one.rows = static_cast<int>(block.rows);
+    one.columns = static_cast<int>(block.columns);
     for (const Scalar& cell : block.cells) {
       if (cell.kind == Kind::number && cell.number != cell.number) return;  // of a call within this one
-      given[i].values.push_back(operand_of(cell));
+      one.values.push_back(operand_of(cell));
     }
-    given[i].rows = static_cast<int>(block.rows);
-    given[i].columns = static_cast<int>(block.columns);
   }
   const Answer wanted = price(*function, operands(given).data());
   const bool same = call.answer.kind == Kind::number
@@ -76,25 +75,15 @@ void compare(const Call& call) {
           printed(call.answer));
 }
 
-std::string written(const GivenArgument& argument) {
-  std::string text;
-  for (std::size_t k = 0; k < argument.values.size(); ++k)
-    text += (k == 0                                                ? ""
-             : k % static_cast<std::size_t>(argument.columns) == 0 ? ";"
-                                                                   : ",") +
-            exact_number(argument.values[k]);
-  return argument.rows > 0 ? "{" + text + "}" : text;
-}
-
 // A realistic formula of which some arguments are something else.
 std::string formula_of(Choices& choices, int depth) {
   const Function& function = catalogue[any_place(choices)];
   const int nested = choices.one_in(4) && depth > 0 ? choices.below(function.argument_count) : -1;
   std::string text = function.name + std::string("(");
   GivenArgument argument;
-  for (int i = choices.one_in(64) ? -1 : 0; i < function.argument_count - choices.one_in(64); ++i) {
-    draw_argument(function, std::max(i, 0), choices, argument);
-    if (i > 0) text += ',';
+  for (int i = 0; i < function.argument_count - choices.one_in(64); ++i) {
+    draw_argument(function, i, choices, argument);
+    if (i > 0 || choices.one_in(64)) text += ',';
     if (i == nested)
       text += formula_of(choices, depth - 1);
     else if (choices.one_in(24))
@@ -102,7 +91,7 @@ std::string formula_of(Choices& choices, int depth) {
                           "{1,2;3,4}", "{\"a\",#REF!,TRUE}", "{}", "-(2+3)*4^0.5", "40/365.25", "7%%", "0^0",
                           "{1,2}*2", "(3"});
     else
-      text += written(argument);
+      text += shown(argument.operand());
   }
   return text + (choices.one_in(8) ? ")*2" : ")");
 }
@@ -128,14 +117,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t most,
                                                unsigned seed) {
   using namespace kestran::fuzz;
-  const std::uint64_t bits = fresh_bits(seed);
   if (seed % 4 != 0) {
-    std::uint8_t bytes[sizeof bits];
-    std::memcpy(bytes, &bits, sizeof bits);
-    Choices choices(bytes, sizeof bytes);
-    const int depth = choices.one_in(64) ? 70 : 2;
-    std::string line = formula_of(choices, depth);
-    if (depth == 70)
+    Choices choices(fresh_bits(seed));
+    std::string line = formula_of(choices, 2);
+    if (choices.one_in(64))
       for (int calls = 0; calls < 64; ++calls) line = "BOST(" + line + ",1,,2,3,4,5)";
     size = std::min(line.size(), most);
     std::copy_n(line.begin(), size, data);

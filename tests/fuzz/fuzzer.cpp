@@ -79,17 +79,14 @@ int any_place(Choices& choices) {
               {"OSTRIP2", 64},      {"XCOL", 16},     {"XCOL2", 32},     {"XCOL3", 32},     {"YRSTRIP", 16},
               {"ASNSPRD2", 16},     {"ASNSPRD", 8},   {"PPLUS", 8},      {"XCAP", 8},       {"OSTRIP", 8},
               {"SPRDOPT", 4},       {"CMPDV", 4},     {"AdjASTRIP2m", 8}};
-  static const std::vector<int> one_in_of_place = [] {
-    std::vector<int> list(static_cast<std::size_t>(catalogue_size), 1);
-    for (int place = 0; place < catalogue_size; ++place)
-      for (const auto& function : slow)
-        if (std::strcmp(catalogue[place].computed_by, function.name) == 0)
-          list[static_cast<std::size_t>(place)] = function.one_in;
-    return list;
-  }();
+  static const std::vector<int> one_in = of_each_function([](const Function& function) {
+    for (const auto& one : slow)
+      if (std::strcmp(function.computed_by, one.name) == 0) return one.one_in;
+    return 1;
+  });
   for (;;) {
     const int place = choices.below(catalogue_size);
-    if (choices.one_in(one_in_of_place[static_cast<std::size_t>(place)])) return place;
+    if (choices.one_in(one_in[static_cast<std::size_t>(place)])) return place;
   }
 }
 
@@ -125,12 +122,8 @@ static double near(double example, Unit unit, Choices& choices) {
 }
 
 void draw_argument(const Function& function, int i, Choices& choices, GivenArgument& given) {
-  static const std::vector<std::vector<GivenArgument>> examples = [] {
-    std::vector<std::vector<GivenArgument>> list;
-    for (int place = 0; place < catalogue_size; ++place)
-      list.push_back(example_arguments(text_of(catalogue[place])));
-    return list;
-  }();
+  static const std::vector<std::vector<GivenArgument>> examples =
+      of_each_function([](const Function& one) { return example_arguments(text_of(one)); });
   given = examples[static_cast<std::size_t>(&function - catalogue)][static_cast<std::size_t>(i)];
   const FunctionText& text = text_of(function);
   const ArgumentText& argument = *text.arguments[i];
@@ -152,6 +145,19 @@ std::vector<GivenArgument> realistic_call(const Function& function, Choices& cho
   return given;
 }
 
+Columns::Columns(const Function& function, const std::vector<GivenArgument>& given, std::size_t deals,
+                 Choices& choices) {
+  for (const GivenArgument& one : given) {
+    const bool own = choices.one_in(2) && memory.size() != static_cast<std::size_t>(function.result_argument);
+    std::vector<double>& values = memory.emplace_back(one.values);
+    for (std::size_t k = 1; own && k < deals; ++k)
+      for (const double value : one.values)
+        values.push_back(choices.one_in(16) ? odd_number(choices) : value * choices.between(0.8, 1.2));
+    columns.push_back(
+        {values.data(), own ? static_cast<std::ptrdiff_t>(one.values.size()) : 0, one.rows, one.columns});
+  }
+}
+
 std::string shown(const Answer& answer) {
   return answer.is_number() ? exact_number(answer.number) : "error " + std::to_string(answer.error);
 }
@@ -161,15 +167,17 @@ static std::string shown(double number) {
   return code == no_number_code ? "\"text\"" : code >= 0 ? "#" + std::to_string(code) : exact_number(number);
 }
 
+std::string shown(const Operand& given) {
+  if (given.rows == 0) return shown(*given.values);
+  std::string text = "{";
+  for (int k = 0; k < given.rows * given.columns; ++k)
+    text += (k == 0 ? "" : k % given.columns == 0 ? ";" : ",") + shown(given.values[k]);
+  return text + "}";
+}
+
 std::string shown(const Function& function, const Operand* given) {
   std::string text = function.name + std::string("(");
-  for (int i = 0; i < function.argument_count; ++i) {
-    if (i > 0) text += ", ";
-    if (given[i].rows == 0) text += shown(*given[i].values);
-    for (int k = 0; k < given[i].rows * given[i].columns; ++k)
-      text += (k == 0 ? "{" : k % given[i].columns == 0 ? ";" : ",") + shown(given[i].values[k]);
-    if (given[i].rows > 0) text += "}";
-  }
+  for (int i = 0; i < function.argument_count; ++i) text += (i > 0 ? ", " : "") + shown(given[i]);
   return text + ")";
 }
 

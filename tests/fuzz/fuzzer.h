@@ -7,8 +7,10 @@
 #include <cstring>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "functions/example.h"
+#include "functions/price_many.h"
 
 /// Of libFuzzer: changes an input a little and gives its new size.
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t most);
@@ -22,6 +24,8 @@ class Choices {
   Choices(const std::uint8_t* data, std::size_t size) : next(data), end(data + size) {
     for (const std::uint8_t* byte = data; byte != end; ++byte) state = (state ^ *byte) * 0x100000001B3u;
   }
+
+  explicit Choices(std::uint64_t seed) : next(nullptr), end(nullptr), state(seed) {}
 
   std::uint64_t bits() {
     if (end - next >= 8) {
@@ -107,7 +111,25 @@ void draw_argument(const Function& function, int i, Choices& choices, GivenArgum
 /// All of them.
 std::vector<GivenArgument> realistic_call(const Function& function, Choices& choices);
 
-/// "NAME(argument,...)", for the message of a fault.
+/// Deals that are like one, each with values of its own in some arguments.
+struct Columns {
+  Columns(const Function& function, const std::vector<GivenArgument>& given, std::size_t deals,
+          Choices& choices);
+
+  std::vector<std::vector<double>> memory;
+  std::vector<Column> columns;
+};
+
+/// What `make` makes of each function, in the order of the catalogue.
+template <class Make>
+auto of_each_function(const Make& make) {
+  std::vector<decltype(make(catalogue[0]))> list;
+  for (int place = 0; place < catalogue_size; ++place) list.push_back(make(catalogue[place]));
+  return list;
+}
+
+/// An argument as a formula has it, but for codes of what is no number; a call; an answer.
+std::string shown(const Operand& given);
 std::string shown(const Function& function, const Operand* given);
 std::string shown(const Answer& answer);
 

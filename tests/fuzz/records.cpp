@@ -99,16 +99,6 @@ struct Argument {
   std::vector<double> values;
   bool known = true;
 
-  void clear() {
-    cells.clear();
-    values.clear();
-    record = {};
-    answered = xltypeMulti;
-    code = xlretSuccess;
-    rows = columns = 0;
-    lying = false;
-    known = true;
-  }
   bool readable() const {
     return code == xlretSuccess && answered == xltypeMulti && rows > 0 && columns > 0 && !cells.empty();
   }
@@ -388,7 +378,7 @@ void give_argument(const Function& function, int i, bool hostile, Choices& choic
   static GivenArgument realistic;
   draw_argument(function, i, choices, realistic);
   Argument& argument = host.arguments[i];
-  argument.clear();
+  argument = {};
   if (!hostile || (realistic.rows > 0 && choices.one_in(3))) {
     if (realistic.rows > 0)
       give_cells(argument, realistic.rows, realistic.columns, realistic.values, hostile, choices);
@@ -410,25 +400,6 @@ void give_argument(const Function& function, int i, bool hostile, Choices& choic
   take(argument);
 }
 
-// The call as the catalogue takes it.
-struct Expected {
-  Operand operands[most_arguments];
-  bool known = true;  // what the answer must be
-  bool unreadable = false;
-};
-
-Expected expected_call() {
-  Expected expected;
-  for (int i = 0; i < host.argument_count; ++i) {
-    const Argument& argument = host.arguments[i];
-    const bool cells = is_cells(argument.record);
-    expected.operands[i] = {argument.values.data(), cells ? argument.rows : 0, cells ? argument.columns : 0};
-    expected.known = expected.known && argument.known;
-    expected.unreadable = expected.unreadable || (cells && !argument.readable());
-  }
-  return expected;
-}
-
 Answer answer_of(const Record& record) {
   const auto type = static_cast<Type>(record.type & ~unsigned{xlbitDLLFree});
   if (type == xltypeNum) return record.value.number;
@@ -446,12 +417,10 @@ void compare(const Function& function, const Operand* operands, const Record& re
 }
 
 // The answer of an array at one place: what the cells that stand there, or stand for it, get alone.
-void compare_element(const Function& function, const Expected& expected, const Record& array, int at) {
-  Operand operands[most_arguments];
-  std::copy(std::begin(expected.operands), std::end(expected.operands), operands);
+void compare_element(const Function& function, std::vector<Operand> operands, const Record& array, int at) {
   const int row = at / array.value.array.columns, column = at % array.value.array.columns;
   for (int i = 0; i < function.argument_count; ++i) {
-    Operand& operand = operands[i];
+    Operand& operand = operands[static_cast<std::size_t>(i)];
     if (is_range(function.arguments[i].kind) || operand.rows == 0) continue;
     const int r = operand.rows == 1 ? 0 : row, c = operand.columns == 1 ? 0 : column;
     const Record& element = array.value.array.elements[at];
@@ -459,21 +428,22 @@ void compare_element(const Function& function, const Expected& expected, const R
       return require(element.type == xltypeErr && element.value.error == xlerrNA, "#N/A outside of a block");
     operand = {operand.values + r * operand.columns + c, 1, 1};
   }
-  compare(function, operands, array.value.array.elements[at]);
+  compare(function, operands.data(), array.value.array.elements[at]);
 }
 
-void check_array(const Function& function, const Expected& expected, const Record& array, Choices& choices) {
+void check_array(const Function& function, const std::vector<Operand>& operands, const Record& array,
+                 Choices& choices) {
   require(modern, "an array of an interface that knows none");
   int rows = 1, columns = 1;
   for (int i = 0; i < function.argument_count; ++i) {
     if (is_range(function.arguments[i].kind)) continue;
-    rows = std::max(rows, expected.operands[i].rows);
-    columns = std::max(columns, expected.operands[i].columns);
+    rows = std::max(rows, operands[static_cast<std::size_t>(i)].rows);
+    columns = std::max(columns, operands[static_cast<std::size_t>(i)].columns);
   }
   require(array.value.array.rows == rows && array.value.array.columns == columns,
           "an array of another shape");
   for (int checks = 0; checks < 3; ++checks)
-    compare_element(function, expected, array, choices.below(std::min(rows * columns, 65536)));
+    compare_element(function, operands, array, choices.below(std::min(rows * columns, 65536)));
 }
 
 bool same_record(const Record& a, const Record& b) {
@@ -492,10 +462,7 @@ void take_result([[maybe_unused]] Record* result, [[maybe_unused]] Choices& choi
   static auto& kept = *new std::deque<Record*>;  // which outlives the search for leaks
   if ((result->type & xlbitDLLFree) == 0) return;
   kept.push_back(result);
-  // Seldom, since what is kept makes the sanitizer look for leaks.
-  static bool keeps = false;
-  keeps = keeps ? !choices.one_in(128) : choices.one_in(2048);
-  while (!kept.empty() && (!keeps || kept.size() > 80)) {
+  while (kept.size() > 80) {
     const bool first = choices.one_in(2);
     xlAutoFree12(first ? kept.front() : kept.back());
     first ? kept.pop_front() : kept.pop_back();
@@ -530,16 +497,20 @@ void call_and_check(int place, Choices& choices) {
       require(same_record(modern ? *first : copy, *second), "the same call, another answer");
     if (modern) take_result(second, choices);
   }
-  const Expected expected = expected_call();
-  const bool is_array = first->type == (xltypeMulti | xlbitDLLFree);
-  if (expected.unreadable && !is_array)
-    require(!answer_of(*first).is_number(), "a number from cells that cannot be read");
-  if (expected.known && !host.user_breaks) {
-    if (is_array)
-      check_array(function, expected, *first, choices);
-    else
-      compare(function, expected.operands, *first);
+  bool known = !host.user_breaks, readable = true;
+  static std::vector<Operand> operands;
+  operands.clear();
+  for (int i = 0; i < host.argument_count; ++i) {
+    const Argument& one = host.arguments[i];
+    const bool cells = is_cells(one.record);
+    operands.push_back({one.values.data(), cells ? one.rows : 0, cells ? one.columns : 0});
+    known = known && one.known;
+    readable = readable && (!cells || one.readable());
   }
+  const bool is_array = first->type == (xltypeMulti | xlbitDLLFree);
+  require(readable || is_array || !answer_of(*first).is_number(), "a number from cells that cannot be read");
+  if (known && is_array) check_array(function, operands, *first, choices);
+  if (known && !is_array) compare(function, operands.data(), *first);
   take_result(first, choices);
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "functions/refused_number.h"
+#include "tests/fuzz/fuzzer.h"
 
 namespace kestran::fuzz {
 namespace {
@@ -150,12 +151,8 @@ int blocks_refusal(const Function& function, const Operand* given) {
 }  // namespace
 
 int refusal_by_the_rules(const Function& function, const Operand* given) {
-  static const std::vector<Rules> by_place = [] {
-    std::vector<Rules> list;
-    for (int place = 0; place < catalogue_size; ++place)
-      list.push_back(rules_of(catalogue[place].computed_by));
-    return list;
-  }();
+  static const std::vector<Rules> by_place =
+      of_each_function([](const Function& one) { return rules_of(one.computed_by); });
   const Rules rules = by_place[static_cast<std::size_t>(&function - catalogue)];
   if (rules == plain) return plain_refusal(function, given);
   return rules == blocks ? blocks_refusal(function, given) : ranges_refusal(function, given, rules);

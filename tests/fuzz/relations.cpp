@@ -4,7 +4,6 @@
 #include <cmath>
 #include <initializer_list>
 #include <limits>
-#include <type_traits>
 #include <utility>
 
 #include "functions/number_text.h"
@@ -365,16 +364,13 @@ bool names(const std::string& list, const std::string& function) {
 }  // namespace
 
 void check_relations(const Deal& deal) {
-  using Relation = std::remove_reference_t<decltype(relations[0])>;
-  static const std::vector<std::vector<Relation*>> by_place = [] {
-    std::vector<std::vector<Relation*>> list(static_cast<std::size_t>(catalogue_size));
-    for (int place = 0; place < catalogue_size; ++place)
-      for (Relation& relation : relations)
-        if (names(relation.functions, catalogue[place].computed_by))
-          list[static_cast<std::size_t>(place)].push_back(&relation);
+  static const auto by_place = of_each_function([](const Function& function) {
+    std::vector<decltype(&relations[0])> list;
+    for (const auto& relation : relations)
+      if (names(relation.functions, function.computed_by)) list.push_back(&relation);
     return list;
-  }();
-  for (const Relation* const relation : by_place[static_cast<std::size_t>(deal.function - catalogue)]) {
+  });
+  for (const auto* const relation : by_place[static_cast<std::size_t>(deal.function - catalogue)]) {
     const double deviation = relation->deviation(deal) / scale(deal);
     if (deviation > relation->tolerance)
       fault(deal.text() + ": " + relation->relation + ", but for " + exact_number(deviation) +
