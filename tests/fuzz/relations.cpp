@@ -140,16 +140,20 @@ double more_volatile(const Deal& deal) {
   return excess(deal.value(), deal.with("Vol", 1.1 * deal["Vol"]).value());
 }
 
-double twice_as_large(const Deal& deal) {
-  if (is(deal, "CMPDV") && deal["OptType"] == 5.0) return 0.0;  // a volatility
-  Deal twice = deal;
+Deal twice(const Deal& deal) {
+  Deal other = deal;
   for (int i = 0; i < deal.function->argument_count; ++i) {
     const Unit unit = text_of(*deal.function).arguments[i]->unit;
     if (unit == Unit::price || unit == Unit::amount || unit == Unit::price_volatility)
-      for (double& value : twice.given[static_cast<std::size_t>(i)].values) value *= 2.0;
+      for (double& value : other.given[static_cast<std::size_t>(i)].values) value *= 2.0;
   }
-  return difference(twice.value(), 2.0 * deal.value());
+  return other;
 }
+double twice_as_large(const Deal& deal) {
+  if (is(deal, "CMPDV") && deal["OptType"] == 5.0) return 0.0;  // a volatility
+  return difference(twice(deal).value(), 2.0 * deal.value());
+}
+double same_of_twice(const Deal& deal) { return difference(twice(deal).value(), deal.value()); }
 
 // ---- One function by another.
 
@@ -355,6 +359,8 @@ constexpr struct {
      "OSTRIPSPRD YRSTRIP PPLUS XCAP XCOL XCOL2 XCOL3 SWAPTION SWAPTION1",
      "twice the prices are twice the premium", twice_as_large, 1e-9},
     {"CMPDV", "twice the prices are twice the premium", twice_as_large, 3 * 1e-5},
+    {"BOST", "twice the prices are twice the strike", twice_as_large, 3 * 1e-7},
+    {"BASVOL BASVOL2d BASVOLT BASCORR", "twice the prices have the same volatility", same_of_twice, rounding},
 };
 
 bool names(const std::string& list, const std::string& function) {
