@@ -15,7 +15,8 @@
 
 namespace kestran {
 
-/// Excel's own two entry points: from XLCALL32.DLL, on Linux from the running process. Null without a host.
+/// Excel's own two entry points: from the XLCALL32.DLL that is loaded or lies beside the host program,
+/// on Linux from the running process. Null without a host.
 Excel4Function find_excel4();
 Excel4vFunction find_excel4v();
 

@@ -7,9 +7,23 @@
 
 namespace kestran {
 
+// Excel's library, which lies beside Excel's program: by its bare name Windows would also look for it in the
+// current folder, a workbook's perhaps, and along PATH.
+static HMODULE load_xlcall32() {
+  constexpr wchar_t name[] = L"XLCALL32.DLL";
+  HMODULE const loaded = GetModuleHandleW(name);
+  if (loaded != nullptr) return loaded;
+  wchar_t path[MAX_PATH + sizeof name / sizeof *name];
+  DWORD end = GetModuleFileNameW(nullptr, path, MAX_PATH);
+  if (end >= MAX_PATH) return nullptr;
+  while (end > 0 && path[end - 1] != L'\\') --end;
+  if (end == 0) return nullptr;
+  lstrcpyW(path + end, name);
+  return LoadLibraryW(path);
+}
+
 static FARPROC find_in_xlcall32(const char* name) {
-  HMODULE library = GetModuleHandleA("XLCALL32.DLL");
-  if (library == nullptr) library = LoadLibraryA("XLCALL32.DLL");
+  HMODULE const library = load_xlcall32();
   return library == nullptr ? nullptr : GetProcAddress(library, name);
 }
 
@@ -24,7 +38,9 @@ Excel4vFunction find_excel4v() {
 void* module_handle(const char* name) { return GetModuleHandleA(name); }
 
 int module_file_name(void* module, char* buffer, int size) {
-  return static_cast<int>(GetModuleFileNameA(static_cast<HMODULE>(module), buffer, static_cast<DWORD>(size)));
+  const DWORD length = GetModuleFileNameA(static_cast<HMODULE>(module), buffer, static_cast<DWORD>(size));
+  buffer[size - 1] = '\0';  // Windows XP leaves a name that it cuts without an end
+  return static_cast<int>(length);
 }
 
 bool ends_folder(char character) { return character == '\\' || character == ':'; }
@@ -48,7 +64,13 @@ void show_help(const char* path, unsigned command) { WinHelpA(nullptr, path, com
 
 }  // namespace kestran
 
-BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
+// What the C++ library keeps for exceptions without memory, which it would leave behind with each unloading.
+namespace __gnu_cxx {
+void __freeres();
+}
+
+BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID program_ends) {
   if (reason == DLL_PROCESS_ATTACH) kestran::on_process_attach(module);
+  if (reason == DLL_PROCESS_DETACH && program_ends == nullptr) __gnu_cxx::__freeres();
   return TRUE;
 }

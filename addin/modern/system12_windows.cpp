@@ -17,10 +17,16 @@ bool is_file(const std::u16string& name) {
 
 }  // namespace kestran
 
-BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
+// What the C++ library keeps for exceptions without memory, which it would leave behind with each unloading.
+namespace __gnu_cxx {
+void __freeres();
+}
+
+BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID program_ends) {
   if (reason == DLL_PROCESS_ATTACH) {
     DisableThreadLibraryCalls(module);
     kestran::find_excel12();
   }
+  if (reason == DLL_PROCESS_DETACH && program_ends == nullptr) __gnu_cxx::__freeres();
   return TRUE;
 }
