@@ -8,8 +8,12 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
-# One file that loads on a clean machine (static runtime), and the same bytes whenever and wherever it is built.
-set(link_flags "-static -Wl,--no-insert-timestamp -Wl,--disable-auto-image-base")
+# One file that loads on a clean machine (static runtime), and the same bytes whenever and wherever it is built. Windows may
+# move it in memory, and runs nothing of its data. Control-flow guard is beyond GCC and binutils.
+set(link_flags "-static -Wl,--no-insert-timestamp -Wl,--disable-auto-image-base -Wl,--dynamicbase -Wl,--nxcompat")
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL x86_64)
+  string(APPEND link_flags " -Wl,--high-entropy-va")
+endif()
 set(CMAKE_EXE_LINKER_FLAGS_INIT "${link_flags}")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "${link_flags}")
 set(CMAKE_MODULE_LINKER_FLAGS_INIT "${link_flags}")
