@@ -15,6 +15,8 @@ SYSTEM = {'KERNEL32.dll', 'USER32.dll', 'msvcrt.dll',
           'libc.so.6', 'libm.so.6', 'libstdc++.so.6', 'libgcc_s.so.1', 'libedit.so.2',
           'libuno_sal.so.3', 'libuno_cppu.so.3', 'libuno_cppuhelpergcc3.so.3', 'ld-linux-x86-64.so.2'}
 
+NETWORK = {'socket', 'connect', 'bind', 'listen', 'accept', 'getaddrinfo', 'gethostbyname', 'sendto', 'recvfrom'}
+
 
 def read(*path):
     with open(os.path.join(*path), 'rb') as file:
@@ -83,7 +85,7 @@ def check_windows(folder, version):
 
 
 def check_linux(folder):
-    """Programs and libraries are stripped, use the system's alone, and know no folder of the build."""
+    """Programs and libraries are stripped, use the system's alone, and know neither a network nor a folder of the build."""
     for name in files_below(folder):
         path = os.path.join(folder, name)
         if os.path.islink(path) or read(path)[:4] != b'\x7fELF':
@@ -91,6 +93,8 @@ def check_linux(folder):
         parts = lines_of('readelf', '-d', path)
         used = {re.search(r'\[(.*)\]', line)[1] for line in parts if '(NEEDED)' in line}
         assert used <= SYSTEM, (name, used)
+        wanted = {line.split()[-1].split('@')[0] for line in lines_of('nm', '-D', '--undefined-only', path)}
+        assert wanted and not wanted & NETWORK, (name, wanted & NETWORK)
         assert not any('RUNPATH' in line or 'RPATH' in line for line in parts), name
         assert not any('.symtab' in line or '.debug' in line for line in lines_of('readelf', '-SW', path)), name
 
@@ -115,7 +119,7 @@ def check_versions(out, folder, version):
     assert re.search('^## (.*)$', read(out, 'CHANGELOG.md').decode(), re.M)[1] == version
 
 
-def check_bill_of_materials(out, version):
+def check_bill_of_materials(out, folder, version):
     """By the rules of SPDX 2.3 that the document touches, and every other file of the release is in it."""
     bill = json.loads(read(out, f'KESTRAN-{version}.spdx.json'))
     assert (bill['spdxVersion'], bill['dataLicense'], bill['SPDXID']) == ('SPDX-2.3', 'CC0-1.0', 'SPDXRef-DOCUMENT')
@@ -128,12 +132,17 @@ def check_bill_of_materials(out, version):
         assert one['name'] and one['versionInfo'] and one['downloadLocation'] and one['filesAnalyzed'] is False, one
     for one in bill['relationships']:
         assert {one['spdxElementId'], one['relatedSpdxElement']} <= {*names, bill['SPDXID']}, one
-    sums = {one['packageFileName']: {sum['algorithm']: sum['checksumValue'] for sum in one['checksums']}
-            for one in bill['packages'] if 'checksums' in one}
-    assert set(sums) == set(os.listdir(out)) - {'CHANGELOG.md', 'SHA256SUMS', f'KESTRAN-{version}.spdx.json'}
-    assert all(hashlib.sha256(read(out, name)).hexdigest() == value['SHA256'] for name, value in sums.items())
+    shipped = {one['packageFileName']: one for one in bill['packages'] if 'packageFileName' in one}
+    addins = {f'{bits}-bit/{addin}.xll' for bits in (32, 64) for addin in ('KESTRAN', 'KESTRAN12')}
+    assert set(shipped) - addins == set(os.listdir(out)) - {'CHANGELOG.md', 'SHA256SUMS', f'KESTRAN-{version}.spdx.json'}
+    for name, one in shipped.items():
+        sums = {sum['algorithm']: sum['checksumValue'] for sum in one['checksums']}
+        content = read(*([folder, f'KESTRAN-{version}-windows.zip'] if name in addins else [out]), name)
+        assert hashlib.sha256(content).hexdigest() == sums['SHA256'], name
+        linked = [other for other in bill['relationships'] if other['spdxElementId'] == one['SPDXID']]
+        assert name not in addins or len([other for other in linked if other['relationshipType'] == 'STATIC_LINK']) == 2, linked
     tools = {one['name'] for one in bill['packages']}
-    assert {'g++-12', 'g++-mingw-w64-i686-win32', 'libcli11-dev'} <= tools, tools
+    assert {'g++-12', 'g++-mingw-w64-i686-win32', 'libcli11-dev', 'uplot', 'marked', 'duckdb'} <= tools, tools
 
 
 def main():
@@ -146,7 +155,7 @@ def main():
     check_windows(os.path.join(folder, f'KESTRAN-{version}-windows.zip'), version)
     check_linux(folder)
     check_versions(out, folder, version)
-    check_bill_of_materials(out, version)
+    check_bill_of_materials(out, folder, version)
     for name in files_below(folder):
         path = os.path.join(folder, name)
         assert os.path.islink(path) or ROOT.encode() not in read(path), f'{name} knows the folder it was built in'

@@ -22,7 +22,7 @@ base_root() {
     sed -n 's/^bookworm main //p' | head -n 1)
   [ -n "$mirror" ] || { echo 'apt knows no place for Debian 12 (bookworm main)'; return 1; }
   proxy=$(apt-config dump --format '%v' Acquire::http::Proxy)
-  env ${proxy:+"http_proxy=$proxy"} timeout 600 debootstrap --variant=minbase bookworm "$roots/base" "$mirror" \
+  env ${proxy:+"http_proxy=$proxy"} timeout 600 debootstrap --force-check-gpg --variant=minbase bookworm "$roots/base" "$mirror" \
     >"$cache/debootstrap.log" 2>&1 || { tail -n 20 "$cache/debootstrap.log"; return 1; }
   [ -z "$proxy" ] || echo "Acquire::http::Proxy \"$proxy\";" >"$roots/base/etc/apt/apt.conf.d/proxy"
   find "$roots/base/var/cache/apt/archives" -name '*.deb' -delete

@@ -7,5 +7,5 @@ fuzzers=(records records12 formula deals c_api catalogue)
 run_suite() {
   local fuzzer
   step 'fuzz: build' build fuzz || return
-  for fuzzer in "${fuzzers[@]}"; do step "fuzz: $fuzzer" tests/fuzz/run fuzz "$fuzzer" 30; done
+  for fuzzer in "${fuzzers[@]}"; do step "fuzz: $fuzzer" offline tests/fuzz/run fuzz "$fuzzer" 30; done
 }

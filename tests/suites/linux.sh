@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-about='Linux: formatting, scripts, the command and the add-in'
+about='Linux: formatting, scripts, what they download, the command and the add-in'
 packages="$test_packages clang-format shellcheck"
 
 formatted() { sources '*.h' '*.cpp' | xargs -r clang-format --dry-run -Werror; }
@@ -9,5 +9,6 @@ checked_scripts() { sources '*.sh' '*.bash' | xargs -r shellcheck -x run-tests k
 run_suite() {
   step 'format' formatted
   step 'scripts' checked_scripts
+  step 'downloads' tests/downloads.sh
   step 'linux: build' build linux && step 'linux: tests' run linux
 }

@@ -5,7 +5,7 @@ packages="$test_packages python3-dev=/usr/include/python3.11/Python.h python3-nu
 
 run_suite() {
   once 'python: build' build python kestran_python kestran kestran_addin || return
-  step 'python: tests' quietly build/python/pytest.log env PYTHONPATH=build/python PYTHONDONTWRITEBYTECODE=1 \
+  step 'python: tests' quietly build/python/pytest.log offline env PYTHONPATH=build/python PYTHONDONTWRITEBYTECODE=1 \
     /usr/bin/python3 -m pytest -q -p no:cacheprovider tests/python
-  step 'python: pip' quietly build/python/pip.log tests/python/installed.sh
+  step 'python: pip' quietly build/python/pip.log offline tests/python/installed.sh
 }

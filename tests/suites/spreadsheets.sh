@@ -9,9 +9,9 @@ run_suite() {
   once 'linux: command' build linux kestran || return
   step 'spreadsheets: build' build linux kestran_addin kestran_gnumeric xlcall32_gnumeric example_calls make_intellisense \
     kestran_oxt || return
-  step 'spreadsheets: Gnumeric, loader' timeout 300 tests/spreadsheets/gnumeric.sh loader
-  step 'spreadsheets: Gnumeric, plugin' timeout 300 tests/spreadsheets/gnumeric.sh plugin
-  step 'spreadsheets: Calc' quietly build/linux/calc.log timeout --kill-after=20 280 tests/spreadsheets/calc.sh linux
+  step 'spreadsheets: Gnumeric, loader' offline timeout 300 tests/spreadsheets/gnumeric.sh loader
+  step 'spreadsheets: Gnumeric, plugin' offline timeout 300 tests/spreadsheets/gnumeric.sh plugin
+  step 'spreadsheets: Calc' quietly build/linux/calc.log offline timeout --kill-after=20 280 tests/spreadsheets/calc.sh linux
   step 'spreadsheets: IntelliSense' timeout 60 tests/spreadsheets/intellisense.sh
-  step 'spreadsheets: workbook' quietly build/linux/workbook.log timeout --kill-after=20 400 tests/spreadsheets/workbook.sh
+  step 'spreadsheets: workbook' quietly build/linux/workbook.log offline timeout --kill-after=20 400 tests/spreadsheets/workbook.sh
 }

@@ -6,7 +6,7 @@ packages="$test_packages $wasm_packages npm"
 exact_numbers() {
   timeout 60 node tests/web/numbers.mjs 200000 >build/wasm/numbers &&
     build/linux/bin/kestran <build/wasm/numbers >build/wasm/numbers.linux &&
-    timeout 100 node web/price.mjs <build/wasm/numbers >build/wasm/numbers.out &&
+    offline timeout 100 node web/price.mjs <build/wasm/numbers >build/wasm/numbers.out &&
     cmp build/wasm/numbers.linux build/wasm/numbers.out
 }
 
@@ -18,5 +18,5 @@ run_suite() {
   step 'wasm: pictures' tests/web/pictures.sh
   mkdir -p build/web
   once 'web: install' quietly build/web/install.log tools/install-npm.sh tests/web build/web &&
-    step 'wasm: package' timeout 240 tests/web/package.sh
+    step 'wasm: package' offline timeout 240 tests/web/package.sh
 }
