@@ -14,7 +14,6 @@ ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)
 SYSTEM = {'KERNEL32.dll', 'USER32.dll', 'msvcrt.dll',
           'libc.so.6', 'libm.so.6', 'libstdc++.so.6', 'libgcc_s.so.1', 'libedit.so.2',
           'libuno_sal.so.3', 'libuno_cppu.so.3', 'libuno_cppuhelpergcc3.so.3', 'ld-linux-x86-64.so.2'}
-
 NETWORK = {'socket', 'connect', 'bind', 'listen', 'accept', 'getaddrinfo', 'gethostbyname', 'sendto', 'recvfrom'}
 
 

@@ -16,7 +16,7 @@ run_suite() {
   export SOURCE_DATE_EPOCH=1700000000
   step 'release: made' timeout 900 tools/release/make.sh "$out" || return
   step 'release: contents' timeout 120 tests/release/contents.py "$out" "$unpacked"
-  step 'release: same bytes' timeout 300 tests/release/same_bytes.sh "$out"
+  step 'release: same bytes' timeout 900 tests/release/same_bytes.sh "$out"
   formulas >build/release-test/formulas
   step 'release: command' timeout 900 tests/release/command.sh "$out" build/release-test/formulas
   step 'release: Python' timeout 400 tests/release/python.sh "$out"
