@@ -73,10 +73,13 @@ void place_nodes(const Conditional& c, double z[spread_slots], double weight[spr
     const double centre = (left + right) / 2.0;
     const double half = (right - left) / 2.0;
     const QuadratureRule rule = gauss_legendre(panel_points[boundaries][panel]);
-    for (int i = 0; i < rule.size; ++i, ++slot) {
-      z[slot] = centre + half * rule.nodes[i].x;
-      weight[slot] = half * rule.nodes[i].weight;
+    for (int i = 0; i < rule.size; i += 2, slot += 2) {
+      const __m128d first = _mm_loadu_pd(&rule.nodes[i].x);
+      const __m128d second = _mm_loadu_pd(&rule.nodes[std::min(i + 1, rule.size - 1)].x);
+      store(z + slot, centre + half * _mm_unpacklo_pd(first, second));
+      store(weight + slot, half * _mm_unpackhi_pd(first, second));
     }
+    slot -= rule.size % 2;  // the last of an odd rule is there twice
     left = right;
   }
   static_assert(points + 1 == spread_slots);
@@ -85,10 +88,12 @@ void place_nodes(const Conditional& c, double z[spread_slots], double weight[spr
 }
 
 SpreadSums spread_sums(const SpreadIntegrand& integrand, const SpreadNodes& nodes) {
+  using elementary::TwoLanes;
+  if (!is_ordinary(integrand, nodes)) return spread_sums_kernel<TwoLanes, false>(integrand, nodes);
 #if !defined(__wasm__)
   if (lanes() == 4) return spread_sums_avx2(integrand, nodes);
 #endif
-  return spread_sums_kernel<elementary::TwoLanes>(integrand, nodes);
+  return spread_sums_kernel<TwoLanes, true>(integrand, nodes);
 }
 
 // Undiscounted value and derivatives in the two forwards of a call (sign 1) or put (-1) on optioned - given -
@@ -106,6 +111,17 @@ void integrate(const Conditional& c, double s, double sign, double out[3]) {
 }
 
 }  // namespace
+
+bool is_ordinary(const SpreadIntegrand& c, const SpreadNodes& nodes) {
+  constexpr double largest_exponent = 300.0, largest_price = 1e100;
+  const double farthest = std::max(std::fabs(nodes.z[0]), std::fabs(nodes.z[points]));
+  const auto exponent = [&](double deviation) {
+    return std::fabs(deviation) * (farthest + std::fabs(deviation) / 2.0);
+  };
+  return farthest * farthest / 2.0 <= largest_exponent && exponent(c.m) <= largest_exponent &&
+         exponent(c.v) <= largest_exponent && std::fabs(c.given) <= largest_price &&
+         std::fabs(c.strike) <= largest_price;
+}
 
 double spread_kernel(double FA, double FB, double K, double vA, double vB, double rho, double D, int OptType,
                      double out[3]) {
