@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 namespace kestran {
 
@@ -80,6 +81,15 @@ auto once(const Work& work) {
   else
     return work;
 }
+
+/// out[i] = result(i) for every i of the sequence, each a constant: nothing is chosen at run time.
+template <class Result, int... i>
+[[gnu::always_inline]] inline void every_result(double* out, const Result& result,
+                                                std::integer_sequence<int, i...>) {
+  ((out[i] = result(i)), ...);
+}
+template <int size>
+using Results = std::make_integer_sequence<int, size>;
 
 /// work(terms), remembered in `kept` where that is not null.
 template <class Terms, class Value, int most, class Work>
