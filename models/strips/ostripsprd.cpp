@@ -180,7 +180,7 @@ void price(const SpreadStrip& given, int age, double out[2]) {
 }  // namespace
 
 void ostripsprd_price(const SpreadStrip& strip, int age, double out[2]) {
-  const AgedSpreadStrip aged = {strip, static_cast<double>(age)};
+  const AgedSpreadStrip aged = {static_cast<double>(age), strip};
   const std::array<double, 2> values = repriced(strip.kept, aged, [age](const AgedSpreadStrip& terms) {
     std::array<double, 2> priced;
     price(terms.strip, age, priced.data());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 
 #include "models/repricings.h"
 
@@ -33,11 +34,15 @@ struct SpreadStrip {
   SpreadStripRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
 };
 
-/// A strip `age` days on, a double so that no padding follows it.
+/// A strip `age` days on.
 struct AgedSpreadStrip {
-  SpreadStrip strip;
   double age;
+  SpreadStrip strip;
 };
+template <>
+inline constexpr std::size_t bytes_of_terms<AgedSpreadStrip> = offsetof(AgedSpreadStrip, strip) +
+                                                               offsetof(SpreadStrip, kept);
+static_assert(bytes_of_terms<AgedSpreadStrip> == 16 * sizeof(double));
 
 /// Days a strip may have ahead of it: ten years of them. More would keep the caller waiting.
 constexpr double ostripsprd_most_days = 3653.0;
