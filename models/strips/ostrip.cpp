@@ -87,11 +87,18 @@ void price(const OptionStrip& strip, int age, double out[2]) {
     double kernel[3];
     return spread_kernel(strip.F, strip.pct * strip.F, strip.basis, v, v_set, v_set / v, D, OptType, kernel);
   };
+  const auto layout = [&](double t) {
+    const double until_set = std::min(set_time, t);
+    const double variance_before = strip.sigma_before * strip.sigma_before * until_set;
+    const double v_set = std::sqrt(variance_before);
+    const double v = std::sqrt(variance_before + strip.sigma_after * strip.sigma_after * (t - until_set));
+    return spread_layout(strip.F, strip.pct * strip.F, strip.basis, v, v_set, v_set / v);
+  };
   const auto add = [&](double first, double last, DaySums& sums) {
-    if (still_to_set && strip.basis != 0.0)
-      add_days_around_setting(first, last, set_days, strip.r, value, sums);
-    else
-      add_days(first, last, strip.r, value, sums);
+    if (!still_to_set || strip.basis == 0.0) return add_days(first, last, strip.r, value, sums);
+    const double before = std::min(last, std::floor(set_days));
+    add_days_by_layout(first, before, 0.0, strip.r, value, layout, sums);
+    add_days_by_layout(std::max(first, before + 1.0), last, set_days, strip.r, value, layout, sums);
   };
   average_over_days(strip.B, strip.E, age, ostrip_most_days, add, out);
 }
