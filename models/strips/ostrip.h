@@ -59,9 +59,8 @@ double black_variance(double F, double K, double v, double D, int OptType);
 ///
 /// Exact for a lognormal price but for cnorm, within 2e-7 of F, with a basis also but for spread_kernel:
 /// within 4e-7 of F up to a deviation of 0.8 until the setting day, 3e-6 up to 1.5. With a basis and more
-/// than 18 days to come, those before the setting and those after it are interpolated (add_smooth_days):
-/// within 1e-9 of F of the day-by-day mean, up to 6e-9 where spread_kernel itself jumps from one day to the
-/// next.
+/// than 18 days to come, those before the setting and those after it are interpolated (add_days_by_layout):
+/// within 1e-9 of F of the day-by-day mean, mostly 1e-11.
 ///
 /// Past days have no value and count in the average. A strip without days (E < B) or without days to come (E
 /// < 0) is worth 0; with more than ostrip_most_days to come the results are not a number. Nothing else is

@@ -8,6 +8,7 @@
 #include "models/calendar.h"
 #include "numerics/elementary.h"
 #include "numerics/gauss_legendre.h"
+#include "numerics/lanes.h"
 #include "numerics/legendre_series.h"
 
 namespace kestran {
@@ -49,18 +50,23 @@ void add_smooth_days(double first, double last, double origin, double r, const V
   const QuadratureRule rule = gauss_legendre(ratio <= 64.0 ? 18 : ratio <= 400.0 ? 24 : 55);
   if (last - first < rule.size) return add_days(first, last, r, value, sums);
 
-  const auto fourth_root = [&](double day) { return std::sqrt(std::sqrt(day - origin)); };
-  const double centre = (fourth_root(last) + fourth_root(first)) / 2.0;
-  const double half = (fourth_root(last) - fourth_root(first)) / 2.0;
+  // Days go in pairs.
+  const auto fourth_root = [&](__m128d days) { return square_root(square_root(days - origin)); };
+  const __m128d ends = fourth_root(_mm_set_pd(last, first));
+  const double centre = (ends[1] + ends[0]) / 2.0;
+  const double half = (ends[1] - ends[0]) / 2.0;
   double values[legendre_most_terms];
   for (int i = 0; i < rule.size; ++i) {
     const double root = centre + half * rule.nodes[i].x;
     values[i] = value((origin + root * root * root * root) * one_day, 1.0);
   }
   const LegendreSeries series = legendre_series(rule, values);
-  for (double day = first; day <= last; day += 1.0) {
-    const double t = day * one_day;
-    sums.add(t, exponential(-r * t) * legendre_sum(series, (fourth_root(day) - centre) / half));
+  for (double day = first; day <= last; day += 2.0) {
+    const __m128d days = _mm_set_pd(day + 1.0, day);
+    const __m128d t = days * one_day;
+    const __m128d V = exponential(-r * t) * legendre_sum(series, (fourth_root(days) - centre) / half);
+    sums.add(t[0], V[0]);
+    if (day < last) sums.add(t[1], V[1]);
   }
 }
 
