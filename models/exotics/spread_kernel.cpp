@@ -35,8 +35,9 @@ double margin(const Conditional& c, double z) {
 
 // Points where the margin changes sign: at most two, for the margin rises (falls) on each side of one turning
 // point. Those beyond five deviations move no result and would take nodes away from the rest. Without a place
-// for them they are only counted.
-int exercise_boundaries(const Conditional& c, double* boundary) {
+// for them they are only counted. Expanded where it is used, as deal_of is: calls would show in the price's
+// time.
+[[gnu::always_inline]] inline int exercise_boundaries(const Conditional& c, double* boundary) {
   constexpr double farthest = 5.0;
   double z[3] = {c.lowest - farthest, c.highest + farthest, 0.0};
   int ends = 2;
@@ -97,7 +98,7 @@ struct Deal {
   bool over_B;  // whether the given price is B; else it is A, and a call on the difference is a put
 };
 
-Deal deal_of(double FA, double FB, double K, double vA, double vB, double rho) {
+[[gnu::always_inline]] inline Deal deal_of(double FA, double FB, double K, double vA, double vB, double rho) {
   rho = std::min(std::max(rho, -1.0), 1.0);
   const double alone = std::sqrt((1.0 - rho) * (1.0 + rho));
 
