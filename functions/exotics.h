@@ -81,23 +81,15 @@ inline Answer HEAT(KeptResults<heat_rate_results>* kept, double PriceA, double P
   return heat_rate_option(PriceA, PriceB, Strike, IntRt, VolA, VolB, Correl, ExpDays, OptType, RetType);
 }
 
-inline Answer QUANTO(KeptResults<european_results>* kept, double ExRt, double Price, double Strike,
+inline Answer QUANTO(KeptResults<quanto_results>* kept, double ExRt, double Price, double Strike,
                      double dIntRt, double fIntRt, double Yield, double Vol, double exVol, double Correl,
                      Years ExpDays, int OptType, Selector<1, 4> Qtype, Selector<0, 11> RetType) {
-  QuantoOption option;
-  option.E = ExRt;
-  option.S = Price;
-  option.K = Strike;
-  option.rd = dIntRt;
-  option.rf = fIntRt;
-  option.q = Yield;
-  option.sigmaS = Vol;
-  option.sigmaE = exVol;
-  option.rho = Correl;
-  option.T = ExpDays;
-  option.OptType = OptType;
-  option.Qtype = Qtype;
-  return quanto_option(option, RetType, kept);
+  const auto option = [&]() -> QuantoOption {
+    return {ExRt, Price, Strike, dIntRt, fIntRt, Yield, Vol, exVol, Correl, ExpDays, OptType, Qtype};
+  };
+  if (kept != nullptr)
+    return kept_result(kept, RetType, [&](double* results) { quanto_all(option(), results); });
+  return quanto_option(option(), RetType);
 }
 
 inline Answer SPRDOPT(SpreadRepricings* kept, double PriceA, double PriceB, double Strike, double IntRt,

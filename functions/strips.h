@@ -172,7 +172,7 @@ inline Answer xCrudeAPO(TwoContractRepricings* kept, double Price1, double Price
                         double ToExp, int Opttype, int RetType, int RetMonth) {
   TwoContracts option = two_contracts(kept, Price1, Price2, Vol1, Vol2, Sig1, Sig2, Settle1, Settle2, SetDays,
                                       Strike, IntRt, Correl, SetPrice, ToExp, Opttype);
-  option.one_period = true;
+  option.one_period = 1;
   option.Next[0] = AvgStart;
   option.End[1] = AvgEnd;
   return two_contract_result(option, RetType, RetMonth);

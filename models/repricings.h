@@ -1,13 +1,19 @@
 // What a model worked out for one result of a call and needs again for others.
 #pragma once
 
+#include <cstddef>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 namespace kestran {
 
+/// How many of their bytes make terms the same; what is kept, and comes last in some, is not among them, and
+/// no padding may be: it could differ by chance.
+template <class Terms>
+constexpr std::size_t bytes_of_terms = sizeof(Terms);
+
 /// Values of up to `most` sets of terms, so that results of one call that need the same value share it.
-/// Terms count as the same when all their bytes are.
 template <class Terms, class Value, int most>
 class Repricings {
   static_assert(std::is_trivially_copyable_v<Terms>);
@@ -17,7 +23,7 @@ class Repricings {
   template <class Work>
   [[gnu::noinline]] Value value(const Terms& terms, const Work& work) {
     for (int i = 0; i < count; ++i)
-      if (std::memcmp(&known_terms[i], &terms, sizeof terms) == 0) return values[i];
+      if (std::memcmp(&known_terms[i], &terms, bytes_of_terms<Terms>) == 0) return values[i];
     const Value result = work(terms);
     if (count < most) {
       std::memcpy(&known_terms[count], &terms, sizeof terms);
@@ -80,6 +86,15 @@ auto once(const Work& work) {
   else
     return work;
 }
+
+/// out[i] = result(i) for every i of the sequence, each a constant: nothing is chosen at run time.
+template <class Result, int... i>
+[[gnu::always_inline]] inline void every_result(double* out, const Result& result,
+                                                std::integer_sequence<int, i...>) {
+  ((out[i] = result(i)), ...);
+}
+template <int size>
+using Results = std::make_integer_sequence<int, size>;
 
 /// work(terms), remembered in `kept` where that is not null.
 template <class Terms, class Value, int most, class Work>

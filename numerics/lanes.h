@@ -27,6 +27,8 @@ struct Strided {
 [[gnu::always_inline]] inline __m128d square_root(__m128d x) { return _mm_sqrt_pd(x); }
 /// The greater of the two; the second where one is not a number.
 [[gnu::always_inline]] inline __m128d greater(__m128d a, __m128d b) { return _mm_max_pd(a, b); }
+/// The lesser of the two; the second where one is not a number.
+[[gnu::always_inline]] inline __m128d lesser(__m128d a, __m128d b) { return _mm_min_pd(a, b); }
 [[gnu::always_inline]] inline void store(double* to, __m128d x) { _mm_storeu_pd(to, x); }
 [[gnu::always_inline]] inline double sum_of_lanes(__m128d x) {
   return _mm_cvtsd_f64(x) + _mm_cvtsd_f64(_mm_unpackhi_pd(x, x));
@@ -63,6 +65,7 @@ template <>
 }
 [[gnu::always_inline]] inline __m256d square_root(__m256d x) { return _mm256_sqrt_pd(x); }
 [[gnu::always_inline]] inline __m256d greater(__m256d a, __m256d b) { return _mm256_max_pd(a, b); }
+[[gnu::always_inline]] inline __m256d lesser(__m256d a, __m256d b) { return _mm256_min_pd(a, b); }
 [[gnu::always_inline]] inline void store(double* to, __m256d x) { _mm256_storeu_pd(to, x); }
 [[gnu::always_inline]] inline __m128d sum_of_pairs(__m128d sum, __m256d x) {
   return sum + _mm256_castpd256_pd128(x) + _mm256_extractf128_pd(x, 1);

@@ -20,12 +20,13 @@ struct LegendreSeries {
 /// "Introduction to Numerical Analysis", 7.5). A value that is not a number makes every coefficient none.
 LegendreSeries legendre_series(const QuadratureRule& rule, const double* values);
 
-/// The series at x, by the recurrence of Clenshaw (1955), "A note on the summation of Chebyshev series".
-inline double legendre_sum(const LegendreSeries& series, double x) {
-  double b1 = 0.0;
-  double b2 = 0.0;
+/// The series at x, one number or several lanes, by the recurrence of Clenshaw (1955), "A note on the
+/// summation of Chebyshev series".
+template <class Real>
+Real legendre_sum(const LegendreSeries& series, Real x) {
+  Real b1{}, b2{};
   for (int k = series.terms - 1; k >= 0; --k) {
-    const double b = series.coefficient[k] + x * b1 - series.recursion[k + 1] * b2;
+    const Real b = series.coefficient[k] + x * b1 - series.recursion[k + 1] * b2;
     b2 = b1;
     b1 = b;
   }

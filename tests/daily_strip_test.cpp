@@ -224,7 +224,7 @@ TEST(SpreadStrip, KnownRelations) {
   // A second price near 0 leaves a strip on the first.
   for (const OptionStrip& s : {fixed_price, with_basis})
     EXPECT_NEAR(ostripsprd_greek({s.F, 1e-12, s.sigma_before, s.sigma_after, .1, .1, 0, 0, s.K, s.NowToSet,
-                                  s.B, s.E, s.r, s.pct, s.basis, s.FwdStFlag, s.OptType},
+                                  s.B, s.E, s.r, s.pct, s.basis, s.FwdStFlag != 0, s.OptType != 0},
                                  0),
                 ostrip_greek(s, 0), 1e-6);
 
@@ -269,6 +269,8 @@ TEST(LongStrips, InterpolationMeetsTheMeanOfOneDayStrips) {
       {5, 4, .01, .01, .012, .009, .5, .6, 0, 40, 1, 120, .05, 1.02, -.03, 1, 1},
       {5, 3, 1.6, 2, 1.5, 2, .99, 1, 0, 9, 10, 375, .05, 1.1, 0, 1, 0},
       {5, 6, .4, .5, .4, .6, -.999, -.9999, 0, 9, 10, 130, .05, 1, -.2, 1, 0},
+      // spread_kernel jumps on some of the days
+      {5.04, 6.145, .45, 1.18, .32, .56, .88, .999, 0, 107, 125, 391, .05, .92, -.359, 1, 1},
   };
   for (const SpreadStrip& strip : spreads) {
     const auto row = &strip - spreads;
@@ -278,7 +280,8 @@ TEST(LongStrips, InterpolationMeetsTheMeanOfOneDayStrips) {
   const OptionStrip options[] = {{4, 0, 20, 30, 394, 1, .05, .5, .9, .95, .1, 0},
                                  {4, 0, 29, 30, 394, 1, .05, .3, .4, 1, .02, 1},
                                  {4, 0, 200.5, -5, 900, 1, -.02, .5, .6, .9, .35, 1},
-                                 {4, 0, 9, 10, 375, 1, .05, .01, .015, 1.01, -.04, 0}};
+                                 {4, 0, 9, 10, 375, 1, .05, .01, .015, 1.01, -.04, 0},
+                                 {4, 0, 84, 113, 364, 1, .05, .26, .38, .949, -.0228, 1}};
   for (const OptionStrip& strip : options) {
     const auto row = &strip - options;
     EXPECT_NEAR(ostrip_greek(strip, 0), mean_of_days(strip, 0), 1e-9 * 4) << row;
@@ -290,7 +293,7 @@ TEST(LongStrips, InterpolationMeetsTheMeanOfOneDayStrips) {
   for (int RetType = 1; RetType <= 17; ++RetType) {
     const bool second_difference = RetType == 3 || RetType == 4 || (RetType >= 10 && RetType <= 12);
     EXPECT_NEAR(ostripsprd_greek(season, RetType), mean_of_days(season, RetType),
-                second_difference ? 2e-5 : 1e-7)  // that is, the noise of spread_kernel
+                second_difference ? 2e-5 : 2e-7)  // that is, the noise of spread_kernel
         << RetType;
   }
 

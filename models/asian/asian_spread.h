@@ -1,6 +1,8 @@
 // Options on the difference of two average prices.
 #pragma once
 
+#include <cstddef>
+
 #include "models/repricings.h"
 
 namespace kestran {
@@ -49,6 +51,9 @@ struct AsianSpread {
   int OptType = 0;       // 0 put, any other value call
   AsianSpreadKept* kept = nullptr;  // what other results of the same call worked out; null for nothing
 };
+template <>
+inline constexpr std::size_t bytes_of_terms<AsianSpread> = offsetof(AsianSpread, kept);
+static_assert(bytes_of_terms<AsianSpread> == 15 * sizeof(double));
 
 /// The option reduced to two lognormal prices, or to its payoff once averaging is over.
 struct LognormalSpread {

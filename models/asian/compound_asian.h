@@ -1,6 +1,7 @@
 // Options on average-price options.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "models/repricings.h"
@@ -26,11 +27,13 @@ struct CompoundAsian {
   double X = 0.0;           // strike of the compound option
   double CmpExpDays = 0.0;  // days to the compound option's expiry
   double rc = 0.0;          // zero rate to CmpExpDays, continuous, per year
-  // Odd: call on the average-price option, even: put; below 3: that is a call. As wide as its neighbours, so
-  // that no padding makes equal terms differ.
+  // Odd: call on the average-price option, even: put; below 3: that is a call. As wide as its neighbours.
   std::int64_t CmpOptType = 0;
   CompoundAsianRepricings* kept = nullptr;  // what other results worked out; null for nothing
 };
+template <>
+inline constexpr std::size_t bytes_of_terms<CompoundAsian> = offsetof(CompoundAsian, kept);
+static_assert(bytes_of_terms<CompoundAsian> == 14 * sizeof(double));
 
 enum class CompoundAsianResult : int {
   premium = 0,

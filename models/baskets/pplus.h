@@ -1,6 +1,9 @@
 // Options on the difference of two baskets of two prices each.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include "models/repricings.h"
 
 namespace kestran {
@@ -34,9 +37,13 @@ struct TwoBaskets {
   double T = 0.0;         // years to expiry and payment
   int OptType = 0;        // 0 put, any other value call
   int Aflag = 0;          // basket A: 0 the first price alone, 1 average of the two, 2 their sum
-  int Bflag = 0;          // basket B: 0 the first price alone, 1 day-weighted average, 2 sum
+  // Basket B: 0 the first price alone, 1 day-weighted average, 2 sum. As wide as the two before it.
+  std::int64_t Bflag = 0;
   TwoBasketRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
 };
+template <>
+inline constexpr std::size_t bytes_of_terms<TwoBaskets> = offsetof(TwoBaskets, kept);
+static_assert(bytes_of_terms<TwoBaskets> == 21 * sizeof(double));
 
 /// Premium of the option, payoff max(+-(A - B - K), 0): each basket is taken as the lognormal variable with
 /// its first two moments (basket_vol_tset), with the correlation of basket_correl_tset, and the difference is

@@ -47,7 +47,7 @@ template <bool all>
   const auto premium = once<all>([&] { return cash_today * cnorm(sign * d2); });
   const auto density = once<all>([&] { return sign * cash_today * normal_density(d2); });
 
-  const auto result = [&](int which) -> double {
+  const auto result = [&](int which) __attribute__((always_inline))->double {
     switch (static_cast<EuropeanResult>(which)) {
       case EuropeanResult::premium:
         return premium();
@@ -66,7 +66,7 @@ template <bool all>
     }
   };
   if constexpr (all)
-    for (int i = 0; i < digital_results; ++i) out[i] = result(i);
+    every_result(out, result, Results<digital_results>());
   else
     *out = result(RetType);
 }

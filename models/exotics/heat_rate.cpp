@@ -33,21 +33,37 @@ template <bool all>
   const double D = exponential(-r * T);
   const double moneyness = natural_log(SA / (SB * K));
   const double d1 = (moneyness + sigma * sigma * T / 2.0) * over_v;
-  const auto N1 = once<all>([&] { return cnorm(sign * d1); });
-  const auto density = once<all>([&] { return exponential(-d1 * d1 / 2.0) * over_root_2_pi; });
+  const auto arguments = [&] { return _mm_set_pd(sign * (d1 - v), sign * d1); };
+  const auto shared = once<all>([&] { return cnorm_and_bell(arguments()); });
+  const auto N1 = [&] {
+    if constexpr (all) return shared().N[0];
+    return cnorm(sign * d1);
+  };
+  const auto density = [&] {
+    if constexpr (all) return shared().bell[0] * over_root_2_pi;
+    return exponential(-d1 * d1 / 2.0) * over_root_2_pi;
+  };
   // R and K times their probabilities.
-  const auto ratio_and_strike =
-      once<all>([&] { return _mm_set_pd(K, R) * cnorm(_mm_set_pd(sign * (d1 - v), sign * d1)); });
+  const auto ratio_and_strike = [&] {
+    if constexpr (all) return _mm_set_pd(K, R) * shared().N;
+    return _mm_set_pd(K, R) * cnorm(arguments());
+  };
   const auto premium = [&] {
     const __m128d parts = ratio_and_strike();
     return sign * (parts[0] - parts[1]) * D;
   };
   // Of the delta in SA with time, before discounting. The put's has the opposite sign, which is intended.
-  const auto delta_decay = [&] {
-    return r * N1() / SB - sign * (density() / SB) * (sigma * sigma / 2.0 - moneyness / T) * over_v / 2.0;
-  };
+  const auto delta_decay = once<all>([&] {
+    const __m128d per_B = _mm_set_pd(density(), r * N1()) / SB;
+    return per_B[0] - sign * per_B[1] * (sigma * sigma / 2.0 - moneyness / T) * over_v / 2.0;
+  });
+  // By sigma_A and by sigma_B.
+  const auto vegas = once<all>([&] {
+    const __m128d own = _mm_set_pd(sigma_B, sigma_A), other = _mm_set_pd(sigma_A, sigma_B);
+    return (own - rho * other) * R * D * density() * root_T / sigma;
+  });
 
-  const auto result = [&](int which) -> double {
+  const auto result = [&](int which) __attribute__((always_inline))->double {
     switch (static_cast<HeatRateResult>(which)) {
       case HeatRateResult::premium:
         return premium();
@@ -65,9 +81,9 @@ template <bool all>
         return (cube == 0.0 ? convexity / cube + curvature / cube : (convexity + curvature) / cube) * D;
       }
       case HeatRateResult::vega_A:
-        return (sigma_A - rho * sigma_B) * R * D * density() * root_T / sigma;
+        return vegas()[0];
       case HeatRateResult::vega_B:
-        return (sigma_B - rho * sigma_A) * R * D * density() * root_T / sigma;
+        return vegas()[1];
       case HeatRateResult::by_correlation:
         return -(sigma_A * sigma_B / sigma) * R * D * density() * root_T;
       case HeatRateResult::rho:
@@ -88,7 +104,7 @@ template <bool all>
     }
   };
   if constexpr (all)
-    for (int i = 0; i < heat_rate_results; ++i) out[i] = result(i);
+    every_result(out, result, Results<heat_rate_results>());
   else
     *out = result(RetType);
 }

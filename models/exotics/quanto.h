@@ -1,9 +1,6 @@
 // Options on assets priced in a foreign currency.
 #pragma once
 
-#include "models/black_scholes/european.h"
-#include "models/repricings.h"
-
 namespace kestran {
 
 /// Results of a quanto option, by their number on the worksheet; S is the asset, E the exchange rate.
@@ -21,6 +18,7 @@ enum class QuantoResult : int {
   rho_foreign,
   theta,
 };
+constexpr int quanto_results = 12;
 
 /// The terms of an option on an asset S priced in a foreign currency, of which one unit costs E. Rates are
 /// continuous, rates and volatilities per year.
@@ -52,8 +50,9 @@ struct QuantoOption {
 ///
 /// T <= 0 or not a number: RetType 0 is the payoff, every other RetType 0. A negative E, S or K before expiry
 /// gives not a number, an unknown Qtype or RetType 99.0.
-///
-/// kept: what other results of the same call worked out, null for nothing.
-double quanto_option(const QuantoOption& terms, int RetType, KeptResults<european_results>* kept = nullptr);
+double quanto_option(const QuantoOption& terms, int RetType);
+
+/// Every result of quanto_option for one option: results[RetType], with its bits.
+void quanto_all(const QuantoOption& terms, double results[quanto_results]);
 
 }  // namespace kestran

@@ -25,7 +25,7 @@ double price(const RainbowOption& option) {
   const double S1 = option.S1, S2 = option.S2, X = option.X, T = option.T;
   const double r = option.r, q1 = option.q1, q2 = option.q2;
   const double sigma1 = option.sigma1, sigma2 = option.sigma2, rho = option.rho;
-  const int OptType = option.OptType;
+  const std::int64_t OptType = option.OptType;
   if (OptType < 1 || OptType > 6) return -1e26;
   const double root_T = std::sqrt(T);
   const double variance = sigma1 * sigma1 + sigma2 * sigma2 - 2.0 * rho * sigma1 * sigma2;

@@ -1,6 +1,9 @@
 // Options on the better or the worse of two prices.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include "models/repricings.h"
 
 namespace kestran {
@@ -31,9 +34,12 @@ struct RainbowOption {
   double T = 0.0;             // years to expiry
   double sigma1 = 0.0, sigma2 = 0.0;
   double rho = 0.0;
-  int OptType = 0;                    // see below
+  std::int64_t OptType = 0;           // see below; as wide as its neighbours
   RainbowRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
 };
+template <>
+inline constexpr std::size_t bytes_of_terms<RainbowOption> = offsetof(RainbowOption, kept);
+static_assert(bytes_of_terms<RainbowOption> == 11 * sizeof(double));
 
 /// Premium of a European option on two lognormal prices with continuous yields (Stulz 1982, "Options on the
 /// minimum or the maximum of two risky assets"; exchange option: Margrabe 1978), with binorm and cnorm:

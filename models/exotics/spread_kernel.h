@@ -22,4 +22,9 @@ namespace kestran {
 double spread_kernel(double FA, double FB, double K, double vA, double vB, double rho, double D, int OptType,
                      double out[3]);
 
+/// The way in which spread_kernel integrates: over which price, and in how many panels. Among deals that it
+/// is the same of, the results are smooth functions of the terms; where it changes they jump by the error of
+/// the quadrature.
+int spread_layout(double FA, double FB, double K, double vA, double vB, double rho);
+
 }  // namespace kestran

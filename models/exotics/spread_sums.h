@@ -27,8 +27,12 @@ struct SpreadSums {
   double value, in_optioned, in_given;
 };
 
-/// Compiled for AVX2, and to be called only where the processor has it; the bits are those of
-/// spread_sums_kernel<TwoLanes>.
+/// Whether no exponential and no strike leaves the usual range of numbers at nodes that rise from the first
+/// to the last.
+bool is_ordinary(const SpreadIntegrand& integrand, const SpreadNodes& nodes);
+
+/// For what is ordinary. Compiled for AVX2, and to be called only where the processor has it; the bits are
+/// those of spread_sums_kernel with two lanes.
 SpreadSums spread_sums_avx2(const SpreadIntegrand& integrand, const SpreadNodes& nodes);
 
 }  // namespace kestran

@@ -4,7 +4,7 @@
 namespace kestran {
 
 SpreadSums spread_sums_avx2(const SpreadIntegrand& integrand, const SpreadNodes& nodes) {
-  return spread_sums_kernel<elementary::FourLanes>(integrand, nodes);
+  return spread_sums_kernel<elementary::FourLanes, true>(integrand, nodes);
 }
 
 }  // namespace kestran

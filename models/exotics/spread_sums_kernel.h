@@ -7,35 +7,46 @@
 namespace kestran {
 
 /// The nodes go through exponentials, logarithms and normal distributions in a loop each: in a single one the
-/// processor would wait for one after the other, node by node.
-template <class Width>
-[[gnu::always_inline]] inline SpreadSums spread_sums_kernel(const SpreadIntegrand& c,
+/// processor would wait for one after the other, node by node. `ordinary` says that all of them have finite
+/// values at arguments of a usual size, which is then not asked again.
+template <class Width, bool ordinary>
+[[gnu::always_inline]] inline SpreadSums spread_sums_kernel(const SpreadIntegrand c,
                                                             const SpreadNodes& nodes) {
   using Real = typename Width::Real;
   constexpr int width = sizeof(Real) / sizeof(double);
   constexpr int groups = spread_slots / width;
-  Real density[groups], growth[groups], given_growth[groups], d1[groups];
+  Real density[groups], exponent[groups], growth[groups], given_growth[groups], strike[groups], d1[groups];
 
+  const auto exponential_of = [](Real x) __attribute__((always_inline)) {
+    if constexpr (ordinary)
+      return elementary::exponential_in_range<Width>(x);
+    else
+      return exponential(x);
+  };
+  Real least_strike = Real{} + elementary::largest_finite;
   for (int i = 0; i < groups; ++i) {
     const Real z = load<Width>(nodes.z + i * width);
-    density[i] = load<Width>(nodes.weight + i * width) * exponential(-z * z / 2.0);
-    growth[i] = exponential(c.m * (z - c.m / 2.0));
-    given_growth[i] = exponential(c.v * (z - c.v / 2.0));
+    density[i] = load<Width>(nodes.weight + i * width) * exponential_of(-z * z / 2.0);
+    exponent[i] = c.m * (z - c.m / 2.0);
+    growth[i] = exponential_of(exponent[i]);
+    given_growth[i] = exponential_of(c.v * (z - c.v / 2.0));
+    strike[i] = c.given * given_growth[i] + c.strike;
+    least_strike = lesser(strike[i], least_strike);
   }
   const double per_deviation = 1.0 / c.s;
-  for (int i = 0; i < groups; ++i) {
-    const Real z = load<Width>(nodes.z + i * width);
-    const Real strike = c.given * given_growth[i] + c.strike;
-    // Nothing or less to pay is certain exercise, which d1 = infinity gives.
-    const Real log_strike = natural_log(strike > 0.0 ? strike : Real{});
-    d1[i] = (c.log_optioned + c.m * (z - c.m / 2.0) - log_strike) * per_deviation + c.s / 2.0;
-  }
+  const auto place = [&](int i, Real log_strike) __attribute__((always_inline)) {
+    d1[i] = c.sign * ((c.log_optioned + exponent[i] - log_strike) * per_deviation + c.s / 2.0);
+  };
+  if (ordinary && lanes_where(least_strike < elementary::smallest_normal) == 0)
+    for (int i = 0; i < groups; ++i) place(i, elementary::log_of_scaled(elementary::scaled(strike[i])));
+  else  // nothing or less to pay is certain exercise, which d1 = infinity gives
+    for (int i = 0; i < groups; ++i) place(i, natural_log(strike[i] > 0.0 ? strike[i] : Real{}));
+  const double signed_s = c.sign * c.s;
   __m128d value = _mm_setzero_pd(), in_optioned = value, in_given = value;
   for (int i = 0; i < groups; ++i) {
-    const Real strike = c.given * given_growth[i] + c.strike;
-    const Real n1 = density[i] * normal::cnorm_inlined<Width>(c.sign * d1[i]);
-    const Real n2 = density[i] * normal::cnorm_inlined<Width>(c.sign * (d1[i] - c.s));
-    value = sum_of_pairs(value, c.optioned * growth[i] * n1 - strike * n2);
+    const Real n1 = density[i] * normal::cnorm_inlined<Width>(d1[i]);
+    const Real n2 = density[i] * normal::cnorm_inlined<Width>(d1[i] - signed_s);
+    value = sum_of_pairs(value, c.optioned * growth[i] * n1 - strike[i] * n2);
     in_optioned = sum_of_pairs(in_optioned, growth[i] * n1);
     in_given = sum_of_pairs(in_given, given_growth[i] * n2);
   }

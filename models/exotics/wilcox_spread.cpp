@@ -25,7 +25,7 @@ template <bool all>
   const auto call_premium = [&] { return (root_T * sigma * density() + (F - K) * N()) * D; };
   const auto premium = [&] { return call ? call_premium() : (K - F) * D + call_premium(); };
 
-  const auto result = [&](int which) -> double {
+  const auto result = [&](int which) __attribute__((always_inline))->double {
     switch (static_cast<EuropeanResult>(which)) {
       case EuropeanResult::premium:
         return premium();
@@ -51,7 +51,7 @@ template <bool all>
     }
   };
   if constexpr (all)
-    for (int i = 0; i < european_results; ++i) out[i] = result(i);
+    every_result(out, result, Results<european_results>());
   else
     *out = result(RetType);
 }

@@ -72,6 +72,7 @@ void price(const OptionStrip& strip, int age, double out[2]) {
   const double set_time = set_days * one_day;
   const bool still_to_set = forward_start && set_time > 0.0;
   const double fixed_strike = strip.pct * (forward_start ? strip.F : strip.K) + strip.basis;
+  const int OptType = strip.OptType == 0 ? 0 : 1;
 
   const auto value = [&](double t, double D) {
     const double until_set = std::min(set_time, t);
@@ -79,21 +80,25 @@ void price(const OptionStrip& strip, int age, double out[2]) {
     const double variance_after = strip.sigma_after * strip.sigma_after * (t - until_set);
     const double variance = variance_before + variance_after;
     if (strip.F < 0.0 && variance > 0.0) return std::numeric_limits<double>::quiet_NaN();
-    if (!still_to_set || variance == 0.0)
-      return black_variance(strip.F, fixed_strike, variance, D, strip.OptType);
-    if (strip.basis == 0.0)
-      return black_variance(strip.F, strip.pct * strip.F, variance_after, D, strip.OptType);
+    if (!still_to_set || variance == 0.0) return black_variance(strip.F, fixed_strike, variance, D, OptType);
+    if (strip.basis == 0.0) return black_variance(strip.F, strip.pct * strip.F, variance_after, D, OptType);
     const double v = std::sqrt(variance);
     const double v_set = std::sqrt(variance_before);
     double kernel[3];
-    return spread_kernel(strip.F, strip.pct * strip.F, strip.basis, v, v_set, v_set / v, D, strip.OptType,
-                         kernel);
+    return spread_kernel(strip.F, strip.pct * strip.F, strip.basis, v, v_set, v_set / v, D, OptType, kernel);
+  };
+  const auto layout = [&](double t) {
+    const double until_set = std::min(set_time, t);
+    const double variance_before = strip.sigma_before * strip.sigma_before * until_set;
+    const double v_set = std::sqrt(variance_before);
+    const double v = std::sqrt(variance_before + strip.sigma_after * strip.sigma_after * (t - until_set));
+    return spread_layout(strip.F, strip.pct * strip.F, strip.basis, v, v_set, v_set / v);
   };
   const auto add = [&](double first, double last, DaySums& sums) {
-    if (still_to_set && strip.basis != 0.0)
-      add_days_around_setting(first, last, set_days, strip.r, value, sums);
-    else
-      add_days(first, last, strip.r, value, sums);
+    if (!still_to_set || strip.basis == 0.0) return add_days(first, last, strip.r, value, sums);
+    const double before = std::min(last, std::floor(set_days));
+    add_days_by_layout(first, before, 0.0, strip.r, value, layout, sums);
+    add_days_by_layout(std::max(first, before + 1.0), last, set_days, strip.r, value, layout, sums);
   };
   average_over_days(strip.B, strip.E, age, ostrip_most_days, add, out);
 }
@@ -101,7 +106,7 @@ void price(const OptionStrip& strip, int age, double out[2]) {
 }  // namespace
 
 void ostrip_price(const OptionStrip& strip, int age, double out[2]) {
-  const AgedOptionStrip aged = {strip, static_cast<double>(age)};
+  const AgedOptionStrip aged = {static_cast<double>(age), strip};
   const std::array<double, 2> values = repriced(strip.kept, aged, [age](const AgedOptionStrip& terms) {
     std::array<double, 2> priced;
     price(terms.strip, age, priced.data());

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 
 #include "models/repricings.h"
 
@@ -12,26 +14,30 @@ using OptionStripRepricings = Repricings<AgedOptionStrip, std::array<double, 2>,
 /// The terms of a strip of European options, one expiring on each day from B to E on that day's price of one
 /// forward. Days are counted from today; a day is 1/365.25 year.
 struct OptionStrip {
-  double F = 0.0;             // forward price of every day of the strip
-  double K = 0.0;             // reference price of the strike, not looked at while it is still to be set
-  double NowToSet = 0.0;      // days until the strike is set and the volatility changes
-  int B = 0;                  // days to the first option's expiry; negative once the strip is running
-  int E = 0;                  // days to the last one's
-  int FwdStFlag = 0;          // 0 fixed price; else the strike is set in NowToSet days, if that is above 0
-  double r = 0.0;             // interest rate, continuous, per year
-  double sigma_before = 0.0;  // volatility until the setting day, per year
-  double sigma_after = 0.0;   // and from then on
-  double pct = 1.0;           // the strike is pct times its reference price plus basis
+  double F = 0.0;              // forward price of every day of the strip
+  double K = 0.0;              // reference price of the strike, not looked at while it is still to be set
+  double NowToSet = 0.0;       // days until the strike is set and the volatility changes
+  int B = 0;                   // days to the first option's expiry; negative once the strip is running
+  int E = 0;                   // days to the last one's
+  std::int64_t FwdStFlag = 0;  // 0 fixed price; else the strike is set in NowToSet days, if that is above 0
+  double r = 0.0;              // interest rate, continuous, per year
+  double sigma_before = 0.0;   // volatility until the setting day, per year
+  double sigma_after = 0.0;    // and from then on
+  double pct = 1.0;            // the strike is pct times its reference price plus basis
   double basis = 0.0;
-  int OptType = 0;                        // 0 put, any other value call
+  std::int64_t OptType = 0;  // 0 put, any other value call; as wide as its neighbours, like the flag
   OptionStripRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
 };
 
-/// A strip `age` days on, a double so that no padding follows it.
+/// A strip `age` days on.
 struct AgedOptionStrip {
-  OptionStrip strip;
   double age;
+  OptionStrip strip;
 };
+template <>
+inline constexpr std::size_t bytes_of_terms<AgedOptionStrip> = offsetof(AgedOptionStrip, strip) +
+                                                               offsetof(OptionStrip, kept);
+static_assert(bytes_of_terms<AgedOptionStrip> == 12 * sizeof(double));
 
 /// Days a strip may have ahead of it: a century of them. More would keep the caller waiting.
 constexpr double ostrip_most_days = 36525.0;
@@ -53,9 +59,8 @@ double black_variance(double F, double K, double v, double D, int OptType);
 ///
 /// Exact for a lognormal price but for cnorm, within 2e-7 of F, with a basis also but for spread_kernel:
 /// within 4e-7 of F up to a deviation of 0.8 until the setting day, 3e-6 up to 1.5. With a basis and more
-/// than 18 days to come, those before the setting and those after it are interpolated (add_smooth_days):
-/// within 1e-9 of F of the day-by-day mean, up to 6e-9 where spread_kernel itself jumps from one day to the
-/// next.
+/// than 18 days to come, those before the setting and those after it are interpolated (add_days_by_layout):
+/// within 1e-9 of F of the day-by-day mean, mostly 1e-11.
 ///
 /// Past days have no value and count in the average. A strip without days (E < B) or without days to come (E
 /// < 0) is worth 0; with more than ostrip_most_days to come the results are not a number. Nothing else is

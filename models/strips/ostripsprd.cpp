@@ -74,18 +74,25 @@ double fixed_strike_value(const SpreadStrip& strip, double K, double until_set, 
 }
 
 // Value of an option whose strike is set from one of the pairs of prices and which has `after` years left
-// then.
-double forward_start_value(const SpreadStrip& strip, const PricePair pair[nodes], double after, double D) {
+// then, as far as the `count` pairs go.
+double forward_start_value(const SpreadStrip& strip, const PricePair* pair, int count, double after,
+                           double D) {
   const double v1 = strip.sigma1_d * std::sqrt(after);
   const double v2 = strip.sigma2_d * std::sqrt(after);
   double mean = 0.0;
-  for (int i = 0; i < nodes; ++i) {
+  for (int i = 0; i < count; ++i) {
     const double K = strip.pct * (pair[i].S1 - pair[i].S2) + strip.basis;
     double out[3];
     mean +=
         pair[i].weight * spread_kernel(pair[i].S1, pair[i].S2, K, v1, v2, strip.rho_d, D, strip.OptType, out);
   }
   return mean;
+}
+
+int forward_start_layout(const SpreadStrip& strip, const PricePair& pair, double after) {
+  const double root = std::sqrt(after);
+  const double K = strip.pct * (pair.S1 - pair.S2) + strip.basis;
+  return spread_layout(pair.S1, pair.S2, K, strip.sigma1_d * root, strip.sigma2_d * root, strip.rho_d);
 }
 
 // Value of an option that expires, in t years, by the day its strike is set: it pays by (1 - pct) times the
@@ -100,6 +107,14 @@ double value_before_setting(const SpreadStrip& strip, double t, double D) {
   return spread_kernel(std::fabs(share) * strip.F1, std::fabs(share) * strip.F2,
                        share < 0.0 ? -strip.basis : strip.basis, v1, v2, strip.rho_m, D,
                        share < 0.0 ? opposite : strip.OptType, out);
+}
+
+int layout_before_setting(const SpreadStrip& strip, double t) {
+  const double share = 1.0 - strip.pct;
+  if (share == 0.0) return 0;
+  return spread_layout(std::fabs(share) * strip.F1, std::fabs(share) * strip.F2,
+                       share < 0.0 ? -strip.basis : strip.basis, strip.sigma1_m * std::sqrt(t),
+                       strip.sigma2_m * std::sqrt(t), strip.rho_m);
 }
 
 double premium(const SpreadStrip& strip, int age = 0) {
@@ -164,15 +179,38 @@ void price(const SpreadStrip& given, int age, double out[2]) {
     const double after = t - until_set;
     if (t > 0.0 && (strip.F1 < 0.0 || strip.F2 < 0.0)) return std::numeric_limits<double>::quiet_NaN();
     if (t <= 0.0) return intrinsic(strip.F1, strip.F2, fixed_strike, D, strip.OptType);
-    if (still_to_set && after <= 0.0) return value_before_setting(strip, t, D);
-    if (still_to_set) return forward_start_value(strip, pair, after, D);
+    if (still_to_set) return value_before_setting(strip, t, D);
     return fixed_strike_value(strip, fixed_strike, until_set, after, D);
   };
+  const auto layout = [&](const PricePair& one) {
+    return [&](double t) { return forward_start_layout(strip, one, t - set_time); };
+  };
+  const auto add_after_setting = [&](double first, double last, DaySums& sums) {
+    // Pairs whose layout stays are interpolated together, the others each from change to change.
+    const double start = first_smooth_day(first, set_days);
+    PricePair* apart = pair + nodes;
+    if (last - start > 18.0)
+      apart = std::stable_partition(pair, apart, [&](const PricePair& one) {
+        return last_day_alike(start, last, layout(one)) == last;
+      });
+    const auto value_of = [&](const PricePair* some, int count) {
+      return [&, some, count](double t, double D) {
+        if (strip.F1 < 0.0 || strip.F2 < 0.0) return std::numeric_limits<double>::quiet_NaN();
+        return forward_start_value(strip, some, count, t - set_time, D);
+      };
+    };
+    const int together = static_cast<int>(apart - pair);
+    add_days_by_layout(
+        first, last, set_days, strip.r, value_of(pair, together), [](double) { return 0; }, sums);
+    for (; apart < pair + nodes; ++apart)
+      add_days_by_layout(first, last, set_days, strip.r, value_of(apart, 1), layout(*apart), sums);
+  };
   const auto add = [&](double first, double last, DaySums& sums) {
-    if (still_to_set)
-      add_days_around_setting(first, last, set_days, strip.r, value, sums);
-    else
-      add_days(first, last, strip.r, value, sums);
+    if (!still_to_set) return add_days(first, last, strip.r, value, sums);
+    const double before = std::min(last, std::floor(set_days));
+    const auto layout_before = [&](double t) { return layout_before_setting(strip, t); };
+    add_days_by_layout(first, before, 0.0, strip.r, value, layout_before, sums);
+    add_after_setting(std::max(first, before + 1.0), last, sums);
   };
   average_over_days(strip.B, strip.E, age, ostripsprd_most_days, add, out);
 }
@@ -180,7 +218,7 @@ void price(const SpreadStrip& given, int age, double out[2]) {
 }  // namespace
 
 void ostripsprd_price(const SpreadStrip& strip, int age, double out[2]) {
-  const AgedSpreadStrip aged = {strip, static_cast<double>(age)};
+  const AgedSpreadStrip aged = {static_cast<double>(age), strip};
   const std::array<double, 2> values = repriced(strip.kept, aged, [age](const AgedSpreadStrip& terms) {
     std::array<double, 2> priced;
     price(terms.strip, age, priced.data());

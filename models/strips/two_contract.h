@@ -1,6 +1,9 @@
 // Average-price options whose fixings run over two consecutive futures contracts.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include "models/repricings.h"
 
 namespace kestran {
@@ -19,17 +22,20 @@ struct TwoContracts {
   double sigma_within[2] = {};  // volatility from then on, and throughout once one of its fixings is made
   double Next[2] = {};          // next outstanding fixing of each contract
   double End[2] = {};           // last fixing of each contract
-  bool one_period = false;      // all fixings lie evenly from Next[0], then the very first, to End[1]
+  std::int64_t one_period = 0;  // 1: all fixings lie evenly from Next[0], then the very first, to End[1]
   int n[2] = {};                // number of fixings of each contract, made or not
   int m = 0;                    // number of fixings made over both contracts
+  int OptType = 0;              // 0 put, any other value call
   double A = 0.0;               // average of the fixings made
   double K = 0.0;               // strike of the average
   double r = 0.0;               // interest rate, continuous, per year
   double rho = 0.0;             // correlation of the two contracts
   double ToExp = 0.0;           // years to payment
-  int OptType = 0;              // 0 put, any other value call
   TwoContractRepricings* kept = nullptr;  // what other results of the same call worked out; null for nothing
 };
+template <>
+inline constexpr std::size_t bytes_of_terms<TwoContracts> = offsetof(TwoContracts, kept);
+static_assert(bytes_of_terms<TwoContracts> == 18 * sizeof(double));
 
 /// Premium of the option. The average of the outstanding fixings, spread evenly over each contract's dates
 /// (or, with one_period, over both contracts' together), is taken as the lognormal variable with its exact
