@@ -53,6 +53,25 @@ std::uintmax_t ByteSource::size() const {
 
 std::string ByteSource::reason() const { return std::strerror(error); }
 
+#if defined(O_TMPFILE)
+// A file in the folder of `path` that has no name yet, so that nothing of it is left when the program is
+// killed; negative where the file system or the lack of /proc does not allow it.
+static int open_nameless(const std::string& path) {
+  const std::string folder = path.substr(0, path.rfind('/') + 1);
+  if (access("/proc/self/fd", X_OK) != 0) return -1;
+  return open(folder.empty() ? "." : folder.c_str(), O_WRONLY | O_TMPFILE | as_it_is, 0666);
+}
+
+static bool give_name(int descriptor, const std::string& path) {
+  const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+  unlink(path.c_str());
+  return linkat(AT_FDCWD, link.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+#else
+static int open_nameless(const std::string&) { return -1; }
+static bool give_name(int, const std::string&) { return false; }
+#endif
+
 ByteSink::ByteSink(const std::string& path) : descriptor(fileno(stdout)) {
   if (path.empty()) return;
   owned = true;
@@ -63,7 +82,11 @@ ByteSink::ByteSink(const std::string& path) : descriptor(fileno(stdout)) {
       unknown || !std::filesystem::exists(there, unknown) || std::filesystem::is_regular_file(there, unknown);
   if (file) {
     final_path = there.empty() ? path : there.string();
-    partial_path = final_path + ".partial";
+    // Of runs that write the same file, each has its own.
+    partial_path = final_path + "." + std::to_string(getpid()) + ".partial";
+    descriptor = open_nameless(final_path);
+    nameless = descriptor >= 0;
+    if (nameless) return;
   }
   descriptor = open((file ? partial_path : path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | as_it_is, 0666);
   if (descriptor < 0) error = errno;
@@ -72,7 +95,7 @@ ByteSink::ByteSink(const std::string& path) : descriptor(fileno(stdout)) {
 ByteSink::~ByteSink() {
   if (!owned || descriptor < 0) return;
   close(descriptor);
-  if (!partial_path.empty()) unlink(partial_path.c_str());
+  if (!partial_path.empty() && !nameless) unlink(partial_path.c_str());
 }
 
 bool ByteSink::write(std::string_view bytes) {
@@ -90,6 +113,11 @@ bool ByteSink::write(std::string_view bytes) {
 
 bool ByteSink::finish() {
   if (!owned) return true;
+  if (nameless && !give_name(descriptor, partial_path)) {
+    error = errno;
+    return false;
+  }
+  nameless = false;
   const bool closed = close(descriptor) == 0;
   descriptor = -1;
   if (partial_path.empty()) {

@@ -51,6 +51,7 @@ class ByteSink {
   std::string final_path, partial_path;  // empty where there is nothing to rename
   int descriptor;
   bool owned = false;
+  bool nameless = false;  // until it is finished
   int error = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "host/describe.h"
 
 #include <cstdio>
+#include <new>
 
 #include "functions/describe.h"
 #include "functions/nearest.h"
@@ -20,7 +21,11 @@ void list_functions() {
 }
 
 void tell_unknown(const std::string& name) {
-  std::fprintf(stderr, "kestran: %s\n", unknown_function(name).c_str());
+  try {
+    std::fprintf(stderr, "kestran: %s\n", unknown_function(name).c_str());
+  } catch (const std::bad_alloc&) {
+    // The answer #NAME? says it as well.
+  }
 }
 
 void explain_formula(std::string_view formula, Outcome& outcome) {

@@ -678,6 +678,7 @@ void abandon_call() noexcept {
 }
 
 void note_fault(const std::string& fault) {
+  if (standin().out_of_memory) return;  // what follows from that is not the add-in's doing
   const std::string& running = standin().running;
   standin().faults.push_back((running.empty() ? "add-in" : running) + ": " + fault);
 }

@@ -32,7 +32,8 @@ bool input_is_terminal();
 /// has no more threads, fewer do it.
 void run_threads(int count, const std::function<void(int)>& work);
 
-/// Makes input and output pass every byte as it is.
-void use_binary_streams();
+/// Makes input and output pass every byte as it is, and a file that grows beyond its limit one that cannot be
+/// written, like one on a full disk.
+void prepare_streams();
 
 }  // namespace kestran

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <climits>
+#include <csignal>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -60,7 +61,7 @@ void run_threads(int count, const std::function<void(int)>& work) {
   for (std::thread& other : others) other.join();
 }
 
-void use_binary_streams() {}
+void prepare_streams() { std::signal(SIGXFSZ, SIG_IGN); }
 
 // What an add-in looks up in the program that loaded it.
 extern "C" {

@@ -57,6 +57,7 @@ void run_threads(int count, const std::function<void(int)>& work) {
   std::vector<Share> shares;
   for (int i = 0; i < count; ++i) shares.push_back({&work, i});
   std::vector<HANDLE> others;
+  others.reserve(static_cast<std::size_t>(count));
   for (int i = 1; i < count; ++i) {
     HANDLE const other = CreateThread(nullptr, 0, do_share, &shares[static_cast<std::size_t>(i)], 0, nullptr);
     if (other == nullptr) break;
@@ -69,7 +70,7 @@ void run_threads(int count, const std::function<void(int)>& work) {
   }
 }
 
-void use_binary_streams() {
+void prepare_streams() {
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
 }

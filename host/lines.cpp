@@ -24,21 +24,20 @@ constexpr std::size_t block_bytes = 1 << 16;
 
 void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
 
-void print_quoted(std::string_view text) { print(json_quoted(text)); }
-
 // Rows of an array; what is an error there is null.
-void print_json(const Block& block) {
+std::string json_of(const Block& block) {
+  std::string text;
   for (std::size_t i = 0; i < block.cells.size(); ++i) {
     const Scalar& cell = block.cells[i];
-    print(i == 0 ? "[[" : i % block.columns == 0 ? "],[" : ",");
+    text += i == 0 ? "[[" : i % block.columns == 0 ? "],[" : ",";
     if (cell.kind == Kind::text)
-      print_quoted(cell.text);
+      text += json_quoted(cell.text);
     else if (cell.kind == Kind::boolean)
-      print(cell.code != 0 ? "true" : "false");
+      text += cell.code != 0 ? "true" : "false";
     else
-      print(cell.kind == Kind::error || !std::isfinite(cell.number) ? "null" : printed(cell));
+      text += cell.kind == Kind::error || !std::isfinite(cell.number) ? "null" : printed(cell);
   }
-  print("]]");
+  return text + "]]";
 }
 
 std::string first_error(const Evaluation& evaluation) {
@@ -48,36 +47,35 @@ std::string first_error(const Evaluation& evaluation) {
   return "";
 }
 
-void print_json(std::string_view formula, const Evaluation& evaluation) {
-  print("{\"formula\":");
-  print_quoted(formula);
-  print(",\"value\":");
+std::string json_of(std::string_view formula, const Evaluation& evaluation) {
+  std::string text = "{\"formula\":" + json_quoted(formula) + ",\"value\":";
   if (evaluation.array != nullptr) {
-    print_json(*evaluation.array);
+    text += json_of(*evaluation.array);
   } else if (evaluation.kind == Kind::error) {
-    print("null");
+    text += "null";
   } else if (evaluation.kind == Kind::text) {
-    print_quoted(evaluation.text);
+    text += json_quoted(evaluation.text);
   } else if (evaluation.kind == Kind::boolean) {
-    print(evaluation.text == "TRUE" ? "true" : "false");
+    text += evaluation.text == "TRUE" ? "true" : "false";
   } else {
-    print(evaluation.text);
+    text += evaluation.text;
   }
-  print(",\"error\":");
-  if (evaluation.kind == Kind::error) {
-    print_quoted(first_error(evaluation));
-  } else {
-    print("null");
-  }
-  print("}\n");
+  text += ",\"error\":";
+  text += evaluation.kind == Kind::error ? json_quoted(first_error(evaluation)) : "null";
+  return text + "}\n";
 }
 
 void print_answer(std::string_view formula, const Evaluation& evaluation, Format format, Outcome& outcome) {
-  if (format == Format::json) {
-    print_json(formula, evaluation);
-  } else {
+  if (format == Format::plain) {
     print(evaluation.text);
     print("\n");
+  } else {
+    try {
+      print(json_of(formula, evaluation));
+    } catch (const std::exception&) {
+      print("{\"formula\":null,\"value\":null,\"error\":\"#MEMORY!\"}\n");
+      outcome.unreadable = true;
+    }
   }
   if (!evaluation.unknown_function.empty()) tell_unknown(evaluation.unknown_function);
   outcome.error = outcome.error || evaluation.kind == Kind::error;
@@ -150,7 +148,7 @@ class Crew {
 
   void work_out(std::vector<Waiting>& lines) {
     std::atomic<std::size_t> next{0};
-    run_threads(static_cast<int>(workers.size()), [&](int thread) {
+    const auto work = [&](int thread) {
       workers[static_cast<std::size_t>(thread)].begin();
       for (std::size_t i; (i = next++) < lines.size();) {
         Waiting& line = lines[i];
@@ -160,7 +158,8 @@ class Crew {
           line.evaluation = {out_of_memory_text, false};
       }
       Worker::end();
-    });
+    };
+    run_threads(static_cast<int>(workers.size()), std::ref(work));  // which takes no memory
     for (Worker& worker : workers) worker.join();
   }
 
@@ -208,7 +207,7 @@ void answer_lines(Format format, Outcome& outcome, int threads) {
   if (threads > 1 && bears_threads()) {
     crew.emplace(threads);
     input.bytes = 16 * block_bytes;
-    input.before_waiting = answer_waiting;
+    input.before_waiting = std::ref(answer_waiting);
   }
   input.buffer.reserve(2 * input.bytes);
   std::string_view line;
@@ -220,7 +219,12 @@ void answer_lines(Format format, Outcome& outcome, int threads) {
       line.remove_prefix(byte_order_mark.size());
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     if (crew) {
-      lines.push_back({std::string(line), found, {}});
+      try {
+        lines.push_back({std::string(line), found, {}});
+      } catch (const std::exception&) {
+        answer_waiting();
+        print_answer({}, {out_of_memory_text, false}, format, outcome);
+      }
     } else if (found == Found::line_too_long) {
       print_answer({}, {out_of_memory_text, false}, format, outcome);
     } else if (!has_formula(line)) {

@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <new>
 #include <string>
 #include <vector>
@@ -151,6 +152,16 @@ void print_made(const Settings& settings) {
   std::fputs(text.c_str(), stdout);
 }
 
+// A program that has not read its options can do nothing without memory. Texts written through streams, which
+// swallow the exception, would come short.
+void end_without_memory() {
+  std::fputs("kestran: not enough memory\n", stderr);
+  std::_Exit(not_readable);
+}
+
+// Before any object of the program is made.
+[[gnu::constructor(101)]] void watch_memory() { std::set_new_handler(end_without_memory); }
+
 // Reads the arguments; false, with the exit status, when nothing is left to do.
 bool read_arguments(int argument_count, char** arguments, Settings& settings, int& status) {
   CLI::App app(about, "kestran [FORMULA...]");
@@ -186,17 +197,19 @@ int run_price(int argument_count, char** arguments) {
     return app.exit(error) == 0 ? all_well : not_readable;
   }
   options.header_out = !no_header_out;
+  std::set_new_handler(nullptr);
   return price_book(options);
 }
 
 int run(int argument_count, char** arguments) {
-  use_binary_streams();
+  prepare_streams();
   if (argument_count > 1 && std::string(arguments[1]) == "price")
     return run_price(argument_count - 1, arguments + 1);
   Settings settings;
   int status = all_well;
   if (!read_arguments(argument_count, arguments, settings, status)) return status;
 
+  std::set_new_handler(nullptr);
   Outcome outcome;
   const std::string failure = load_addin(settings.library);
   report(outcome);
@@ -214,10 +227,6 @@ int run(int argument_count, char** arguments) {
   }
   unload_addin();
   report(outcome);
-  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    std::fputs("kestran: the output cannot be written\n", stderr);
-    return not_written;
-  }
   if (outcome.fault) return addin_at_fault;
   if (outcome.unreadable) return not_readable;
   return settings.strict && outcome.error ? answered_error : all_well;
@@ -227,10 +236,13 @@ int run(int argument_count, char** arguments) {
 }  // namespace kestran
 
 int main(int argument_count, char** arguments) {
+  int status = kestran::not_readable;
   try {
-    return kestran::run(argument_count, arguments);
+    status = kestran::run(argument_count, arguments);
   } catch (const std::bad_alloc&) {
     std::fputs("kestran: not enough memory\n", stderr);
-    return kestran::not_readable;
   }
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  std::fputs("kestran: the output cannot be written\n", stderr);
+  return kestran::not_written;
 }

@@ -493,7 +493,7 @@ int price_book(const PriceOptions& options) {
   } catch (const Unusable& unusable) {
     return complain(unusable.reason, not_usable);
   } catch (const std::bad_alloc&) {
-    return complain("memory ran out", not_written);
+    return complain("not enough memory", not_usable);
   }
 }
 

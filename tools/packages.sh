@@ -17,13 +17,15 @@ wasm_packages='cmake ninja-build=ninja clang-14=clang++-14 llvm-14=llvm-ar-14 ll
 
 # has_package PACKAGE
 has_package() {
+  # One that dpkg was killed over may be there in part.
+  case $(dpkg-query -W -f '${db:Status-Abbrev}' "${1%%=*}" 2>/dev/null) in
+    ii*) return 0 ;;
+    ?[HUFWt]*) return 1 ;;
+  esac
   case ${1#*=} in
     /*) [ -e "${1#*=}" ] && return 0 ;;
     *.h | *.hpp) printf '#if !__has_include(<%s>)\n#error\n#endif\n' "${1#*=}" | g++ -x c++ -E - >/dev/null 2>&1 && return 0 ;;
     *) command -v "${1#*=}" >/dev/null && return 0 ;;
-  esac
-  case $(dpkg-query -W -f '${db:Status-Abbrev}' "${1%%=*}" 2>/dev/null) in
-    ii*) return 0 ;;
   esac
   return 1
 }
@@ -67,7 +69,8 @@ require_packages() {
   echo "kestran: installing$missing; a minute or two" >&2
   apt_log=$(mktemp)
   apt_code=0
-  apt_install >"$apt_log" 2>&1 </dev/null || apt_code=1
+  # A service that a package starts must not keep the lock of whoever sources this.
+  apt_install >"$apt_log" 2>&1 </dev/null 9>&- || apt_code=1
   if [ $apt_code != 0 ]; then
     tail -n 40 "$apt_log" >&2
     echo "kestran: not installed:$missing" >&2
@@ -81,13 +84,18 @@ apt_install() {
   set -- env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=600
   # Unlike the installation, an update does not wait for another one that runs. One that fails may still leave lists
   # that know the packages.
+  tries=300
   until update=$($as_root "$@" update 2>&1); do
-    case $update in
+    tries=$((tries - 1))
+    case $tries:$update in
+      0:*) break ;;
       *'Could not get lock'*) sleep 2 ;;
       *) break ;;
     esac
   done
   echo "$update"
+  # What an installation that was killed has left half done.
+  $as_root env LC_ALL=C DEBIAN_FRONTEND=noninteractive dpkg --configure -a || true
   # shellcheck disable=SC2086
   $as_root "$@" install --no-install-recommends -y $missing
 }
