@@ -7,5 +7,8 @@ locked=$1 folder=$2
 mkdir -p "$folder"
 cmp -s "$locked/package-lock.json" "$folder/installed" && exit
 cp "$locked/package.json" "$locked/package-lock.json" "$locked/.npmrc" "$folder/"
-timeout 300 npm ci --ignore-scripts --prefix "$folder"
+if ! timeout 300 npm ci --ignore-scripts --prefix "$folder"; then
+  echo "kestran: npm could not install in $folder what $locked/package.json names" >&2
+  exit 1
+fi
 cp "$locked/package-lock.json" "$folder/installed"

@@ -7,7 +7,7 @@
  *
  * Every call may be made from any number of threads. Values are the worksheet's to the bit, refusal codes
  * too: 15 stands for #VALUE!, 65535 for a missing number or a selector out of range. A NaN among the
- * arguments counts as an empty cell. */
+ * arguments counts as an empty cell. Where memory does not suffice for a price, it is a NaN. */
 #ifndef KESTRAN_H
 #define KESTRAN_H
 

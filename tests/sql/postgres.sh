@@ -117,6 +117,23 @@ answers "select extversion, (select count(*) from pg_proc where pronamespace = '
 refuses 'drop extension kestran' 'cannot drop extension kestran because other objects depend on it'
 sql -c 'drop table kept; drop table deals; drop extension kestran' || failed=1
 
+# A backend that is cancelled or killed within a query says so, and the next query has its answer.
+sql -c 'create extension kestran' || failed=1
+for signal in INT KILL; do
+  answer 'select sum(kestran.amerb(i, 95, 0.05, 0.02, 0.25, 365, 0, 1000, 0)) from generate_series(1, 10000000) i' >"$folder/ended" &
+  backend=
+  for ((i = 0; i < 100 && ${#backend} == 0; ++i)); do
+    sleep 0.1
+    backend=$(answer "select pid from pg_stat_activity where query like 'select sum(%'")
+  done
+  kill -$signal "$backend"
+  wait $!
+  grep -q 'canceling statement\|server closed the connection' "$folder/ended" || same "ended by $signal" 'a reason' "$(cat "$folder/ended")"
+  for ((i = 0; i < 100; ++i)); do [ "$(answer 'select 1')" != 1 ] || break; sleep 0.1; done
+  answers "select kestran.euro($call)" 8.14303821049409
+done
+sql -c 'drop extension kestran' || failed=1
+
 # The pages for users: each query with the output below it.
 for name in postgres scale; do
   awk -v page="$folder/$name" '

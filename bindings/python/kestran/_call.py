@@ -89,6 +89,8 @@ class _Caller:
         else:
             cells = [self.cells_at(value, d, row, refused.shape) for value, d in zip(values, self.dimensions)]
             reason = _core.refusal(self.name, tuple(cells))
+            if not reason:
+                raise MemoryError(self.name)
         if refused.ndim == 0:
             raise ValueError(f"{self.name}: {reason}")
         place = labels[row[0]] if labels is not None else row[0] if len(row) == 1 else tuple(map(int, row))
