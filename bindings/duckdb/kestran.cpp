@@ -182,14 +182,19 @@ DUCKDB_EXTENSION_ENTRYPOINT(duckdb_connection connection, duckdb_extension_info 
                             duckdb_extension_access* access) {
   using namespace kestran;
   const Types types;
-  for (int i = 0; i < catalogue_size; ++i) {
-    const Function& function = catalogue[i];
-    const std::string name = function.name;
-    if (add(connection, function, name, types, types.number, give_numbers) &&
-        add(connection, function, name + "_refusal", types, types.text, give_refusals))
-      continue;
-    access->set_error(info, ("kestran: the function " + name + " cannot be added").c_str());
+  try {
+    for (int i = 0; i < catalogue_size; ++i) {
+      const Function& function = catalogue[i];
+      const std::string name = function.name;
+      if (add(connection, function, name, types, types.number, give_numbers) &&
+          add(connection, function, name + "_refusal", types, types.text, give_refusals))
+        continue;
+      access->set_error(info, ("kestran: the function " + name + " cannot be added").c_str());
+      return false;
+    }
+    return true;
+  } catch (const std::exception&) {
+    access->set_error(info, "kestran: out of memory");
     return false;
   }
-  return true;
 }
