@@ -85,7 +85,7 @@ apt_install() {
   # Unlike the installation, an update does not wait for another one that runs. One that fails may still leave lists
   # that know the packages.
   tries=300
-  until update=$($as_root "$@" update 2>&1); do
+  until update=$($as_root timeout 300 "$@" update 2>&1); do
     tries=$((tries - 1))
     case $tries:$update in
       0:*) break ;;
@@ -96,6 +96,10 @@ apt_install() {
   echo "$update"
   # What an installation that was killed has left half done.
   $as_root env LC_ALL=C DEBIAN_FRONTEND=noninteractive dpkg --configure -a || true
+  # A source that is silent would be asked for hours, one package after the other.
+  # shellcheck disable=SC2086
+  $as_root timeout 1200 "$@" install --download-only --no-install-recommends -y $missing ||
+    { [ $? != 124 ] || echo 'not downloaded within 20 minutes'; return 1; }
   # shellcheck disable=SC2086
   $as_root "$@" install --no-install-recommends -y $missing
 }
