@@ -19,4 +19,5 @@ run_suite() {
   mkdir -p build/web
   once 'web: install' quietly build/web/install.log tools/install-npm.sh tests/web build/web &&
     step 'wasm: package' offline timeout 240 tests/web/package.sh
+  step 'wasm: twenty rounds' offline timeout 100 python3 tests/hosts/flat.py Node 0 1024 node --expose-gc tests/web/soak.mjs 0 1
 }
