@@ -81,14 +81,6 @@ same 'no add-in' 'status 3' "$("$kestran" --library /none 1 2>/dev/null; echo "s
 book=$'Price,Strike,IntRt,Yield,Vol,ExpDays,OptType\n100,95,5%,2%,25%,90,1\n'
 same 'a book to a device' 'status 1' "$(printf %s "$book" | "$kestran" price --function EURO --output /dev/full 2>/dev/null; echo "status $?")"
 [ -c /dev/full ] || same /dev/full 'a device' 'none any more'
-deals=$({
-  echo Price,Strike,IntRt,Yield,Vol,ExpDays,OptType
-  for deal in {1..300}; do echo "$((deal * 7 % 150)),$((60 + deal % 80)),5%,2%,$((deal * 13 % 90))%,$((deal % 50)),$((deal % 2))"; done
-})
-one_by_one=$(KESTRAN_LANES=1 "$kestran" price --function EURO --results all <<<"$deals")
-for lanes in 2 4; do
-  same "a book in $lanes lanes" "$one_by_one" "$(KESTRAN_LANES=$lanes "$kestran" price --function EURO --results all <<<"$deals")"
-done
 mkdir "$folder/books"
 printf 'old\n' >"$folder/books/real.csv"
 ln -s real.csv "$folder/books/link.csv"

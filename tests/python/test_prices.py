@@ -16,20 +16,6 @@ FUNCTIONS = [getattr(kestran, name) for name in kestran.functions()]
 EURO = (100.0, 95.0, 0.05, 0.02, 0.25, 90.0, 1.0)
 
 
-def example_formula(function):
-    lines = function.__doc__.splitlines()
-    return lines[lines.index("Example") + 1].strip()
-
-
-def test_the_example_of_every_function():
-    assert len(FUNCTIONS) == 81
-    expected = answers([example_formula(function) for function in FUNCTIONS])
-    found = [answer_of(function, function.example) for function in FUNCTIONS]
-    wrong = [f.__name__ for f, one, other in zip(FUNCTIONS, expected, found) if one != other]
-    assert not wrong
-    assert all(isinstance(one, bytes) for one in expected)
-
-
 def test_the_formulas_of_the_case_files():
     calls = {}
     for formula in case_formulas():

@@ -4,15 +4,11 @@
 """
 
 import ctypes
-import re
-import subprocess
 import sys
 
+from texts import functions, of_argument, of_results, untold
+
 library, kestran = sys.argv[1:]
-
-
-def command(*options):
-    return subprocess.run([kestran, *options], capture_output=True, text=True, check=True).stdout
 
 
 class Help(ctypes.Structure):
@@ -47,63 +43,40 @@ def same(what, expected, found):
         wrong.append(f"{what}\n  expected {expected}\n  found    {found}")
 
 
-def words(text):
-    return " ".join(text.split())
-
-
-def look_at(name, own_name, about, names):
+def look_at(name, about):
     func = ctypes.c_void_p(gnumeric.gnm_func_lookup(name.encode(), None))
     if not func.value:
         return wrong.append(f"{name}: unknown")
     least, most = ctypes.c_int(), ctypes.c_int()
     gnumeric.gnm_func_count_args(func, ctypes.byref(least), ctypes.byref(most))
-    same(f"{name}: arguments", (0, len(names)), (least.value, most.value))
-    same(f"{name}: in lists", name == own_name, not gnumeric.gnm_func_get_flags(func) & HIDDEN)
+    same(f"{name}: arguments", (0, len(about["arguments"])), (least.value, most.value))
+    same(f"{name}: in lists", name == about["name"], not gnumeric.gnm_func_get_flags(func) & HIDDEN)
     texts = {kind: [] for kind in range(10)}
     help = gnumeric.gnm_func_get_help(func, None)
     for line in iter(lambda: help[sum(map(len, texts.values()))], None):
         if line.type == END:
             break
         texts[line.type].append(line.text.decode())
-    title, arguments = about.split("\n\nArguments\n")
-    arguments, results = re.split(r"\n\nResults?\n", arguments)
-    same(f"{name}: name", [name], [text.split(":")[0] for text in texts[NAME]])
-    same(f"{name}: names", names, [text.split(":", 1)[0] for text in texts[ARGUMENT]])
-    # The command adds a default or a recommended value.
-    rows = [words(row) for row in re.split(r"\n  (?! )", "\n" + arguments)[1:]]
-    shown = [text.replace(":", " ", 1) for text in texts[ARGUMENT]]
-    same(f"{name}: help", [], [(row, text) for row, text in zip(rows, shown) if not re.fullmatch(re.escape(text) + "([,;] .*)?", row)])
-    same(f"{name}: number of rows", len(names), len(rows))
-    same(f"{name}: prices", words(title.split("\n\n", 1)[1]), texts[DESCRIPTION][0])
-    results, example = results.split("\n\nExample\n")
-    results = [words(row) for row in re.split(r"\n  (?! )", "\n" + results)[1:]]
-    shown = [words(re.sub(r":", "", line, count=1)) for line in texts[DESCRIPTION][1].split("\n")[1:]]
-    same(f"{name}: results", [row.replace(" and on ", " ") for row in results], shown)
-    same(f"{name}: example", [example.split("\n")[0].strip()], texts[EXAMPLE])
-    same(f"{name}: accuracy", [words(about.split("How far to trust it\n")[1].split("\n\nSee also")[0])], texts[NOTE])
-    related = re.findall(r"\n\nSee also (.*)", about)
-    same(f"{name}: related", [text.replace(" ", "") for text in related], texts[SEE_ALSO])
-    for text in ",".join(texts[SEE_ALSO]).split(","):
-        if text and not gnumeric.gnm_func_lookup(text.encode(), None):
-            wrong.append(f"{name}: related {text} is unknown")
-    return gnumeric.gnm_func_get_function_group(func)[0].name[0].decode()
+    same(f"{name}: name", [f"{name}:{about['headline']}"], texts[NAME])
+    same(f"{name}: names", [argument["name"] for argument in about["arguments"]], [text.split(":")[0] for text in texts[ARGUMENT]])
+    for argument, text in zip(about["arguments"], texts[ARGUMENT]):
+        same(f"{name}: {argument['name']}", [], untold(text, of_argument(argument)))
+    results = [word for result in about["results"] for word in (result["name"], result["meaning"], f"({result['unit']})")]
+    same(f"{name}: prices", about["prices"], texts[DESCRIPTION][0])
+    same(f"{name}: results", [], untold(texts[DESCRIPTION][1], results) + untold(texts[DESCRIPTION][1], of_results(about)))
+    same(f"{name}: example", [about["example"]], texts[EXAMPLE])
+    same(f"{name}: accuracy", [about["accuracy"]], texts[NOTE])
+    same(f"{name}: related", about["related"], [one for text in texts[SEE_ALSO] for one in text.split(",")])
+    for related in about["related"]:
+        if not gnumeric.gnm_func_lookup(related.encode(), None):
+            wrong.append(f"{name}: related {related} is unknown")
+    same(f"{name}: category", f"KESTRAN: {about['family']}", gnumeric.gnm_func_get_function_group(func)[0].name[0].decode())
 
 
-families = {}
-for family, rows in re.findall(r"^\*\*(.*)\*\*\n\n\| functions \|.*\n\|.*\n((?:\|.*\n)+)", open("README.md").read(), re.M):
-    for name in re.findall(r"`(\w+)`", "\n".join(row.split("|")[1] for row in rows.splitlines())):
-        families[name] = f"KESTRAN: {family}"
-
-listed = [line.split("\t") for line in command("--list").splitlines()]
-told = 0
-for row in listed:
-    own_name = row[0]
-    about = command("--describe", own_name)
-    names = re.search(r"\(([^)]*)\)", about)[1].replace("\n", " ").split(",")
-    names = [name.strip() for name in names]
+listed = functions(kestran)
+for own_name, about in listed.items():
     for name in (own_name, f"_xll.{own_name}"):
-        same(f"{name}: category", families.get(own_name), look_at(name, own_name, about, names))
-    told += len(names)
+        look_at(name, about)
 print("\n".join(wrong[:20]))
-print(f"{len(listed)} functions, {told} arguments, {len(wrong)} wrong")
-sys.exit(bool(wrong) or not listed)
+print(f"{len(listed)} functions, {len(wrong)} wrong")
+sys.exit(bool(wrong) or len(listed) != 81)

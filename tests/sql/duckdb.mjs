@@ -135,13 +135,9 @@ const tests = {
   },
 };
 
-let failed = 0;
-for (const [name, test] of Object.entries(tests)) {
-  try {
-    await test();
-  } catch (error) {
-    ++failed;
-    console.log(`${name}\n${error.message}\n`);
-  }
-}
-process.exit(failed ? 1 : 0);
+for (const [name, test] of Object.entries(tests))
+  await Promise.resolve().then(test).catch((error) => {
+    console.log(`${name}\n${error.stack}\n`);
+    process.exitCode = 1;
+  });
+process.exit();

@@ -4,7 +4,7 @@ packages="$test_packages clang-format shellcheck"
 
 formatted() { sources '*.h' '*.cpp' | xargs -r clang-format --dry-run -Werror; }
 
-checked_scripts() { sources '*.sh' '*.bash' | xargs -r shellcheck -x run-tests kestran tools/make-pictures tools/make-workbook tools/make-release .ci/run bench/run bench/python/run bindings/web/build web/build web/print bench/sql/run bench/cluster/run tests/fuzz/run tests/fuzz/long; }
+checked_scripts() { sources '*.sh' '*.bash' | xargs -r shellcheck -x run-tests kestran tools/make-pictures tools/make-workbook tools/make-release .ci/run bench/run bench/python/run bindings/web/build web/build web/print bench/sql/run bench/cluster/run tests/fuzz/run tests/fuzz/long tests/soak; }
 
 run_suite() {
   step 'format' formatted

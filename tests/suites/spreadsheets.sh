@@ -5,13 +5,19 @@ packages="$test_packages gnumeric libxml2-utils=xmllint zip libreoffice-dev=/usr
   python3-xlsxwriter=/usr/lib/python3/dist-packages/xlsxwriter python3-openpyxl=/usr/lib/python3/dist-packages/openpyxl
   python3-pytest poppler-utils=pdftoppm"
 
+# sheets NAME FILE SECONDS: the tests of a file.
+sheets() {
+  step "spreadsheets: $1" quietly "build/linux/$1.log" offline env PYTHONPATH=tests/spreadsheets PYTHONDONTWRITEBYTECODE=1 \
+    timeout --kill-after=20 "$3" /usr/bin/python3 -m pytest -q -p no:cacheprovider "tests/spreadsheets/$2.py"
+}
+
 run_suite() {
   once 'linux: command' build linux kestran || return
   step 'spreadsheets: build' build linux kestran_addin kestran_gnumeric xlcall32_gnumeric example_calls make_intellisense \
     kestran_oxt || return
   step 'spreadsheets: Gnumeric, loader' offline timeout 300 tests/spreadsheets/gnumeric.sh loader
   step 'spreadsheets: Gnumeric, plugin' offline timeout 300 tests/spreadsheets/gnumeric.sh plugin
-  step 'spreadsheets: Calc' quietly build/linux/calc.log offline timeout --kill-after=20 280 tests/spreadsheets/calc.sh linux
+  sheets Calc test_calc 280
   step 'spreadsheets: IntelliSense' timeout 60 tests/spreadsheets/intellisense.sh
-  step 'spreadsheets: workbook' quietly build/linux/workbook.log offline timeout --kill-after=20 400 tests/spreadsheets/workbook.sh
+  sheets workbook test_workbook 400
 }

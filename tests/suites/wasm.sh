@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 about='the WebAssembly module and its npm package in Node; the output of all formulas is that of Linux to the byte'
-packages="$test_packages $wasm_packages npm"
+packages="$test_packages $wasm_packages npm python3"
 
 # Numbers that are hard to read and to write.
 exact_numbers() {
@@ -19,4 +19,5 @@ run_suite() {
   mkdir -p build/web
   once 'web: install' quietly build/web/install.log tools/install-npm.sh tests/web build/web &&
     step 'wasm: package' offline timeout 240 tests/web/package.sh
+  step 'wasm: twenty rounds' offline timeout 100 /usr/bin/python3 tests/hosts/flat.py Node 0 1024 node --expose-gc tests/web/soak.mjs 0 1
 }
