@@ -6,13 +6,15 @@
 #include <cmath>
 #include <cstdint>
 
+#include "numerics/convention.h"
+
 namespace kestran {
 
 // e^x, measured within 0.52 units in the last place (0.76 where the result is subnormal). NaN gives NaN,
 // overflow (x > 709.78...) infinity, and below -745.13... zero. Source: table of 2^(j/128) and a short
 // polynomial, after Tang (1989), "Table-driven implementation of the exponential function in IEEE
 // floating-point arithmetic".
-double exponential(double x);
+KESTRAN_SSE_CALL double exponential(double x);
 
 // Both lanes' e^x, each with exactly the bits and edge answers of the one-value form.
 __m128d exponential(__m128d x);
@@ -21,7 +23,7 @@ __m128d exponential(__m128d x);
 // -infinity, infinity gives itself; a negative x or NaN gives NaN. Source: table of logarithms and a short
 // series, after Tang (1990), "Table-driven implementation of the logarithm function in IEEE floating-point
 // arithmetic".
-double natural_log(double x);
+KESTRAN_SSE_CALL double natural_log(double x);
 
 // Both lanes' natural logarithm, each with exactly the bits and edge answers of the one-value form.
 __m128d natural_log(__m128d x);
@@ -31,7 +33,7 @@ __m128d natural_log(__m128d x);
 // Zero, infinite and negative bases, infinite exponents and NaN answer as C99 asks of pow: anything to the
 // power 0 and 1 to any power are 1 even with a NaN; a negative base takes whole exponents only and gives NaN
 // for the others.
-double power(double base, double exponent);
+KESTRAN_SSE_CALL double power(double base, double exponent);
 
 // The greater of x and 0, where NaN stays NaN: a payoff that never turns bad input into a price of 0.
 inline double positive_part(double x) { return x <= 0.0 ? 0.0 : x; }
@@ -294,9 +296,9 @@ template <class Width>
 }
 
 // The answers for all arguments, in particular those outside the ranges below.
-double exponential_of_any(double x);
+KESTRAN_SSE_CALL double exponential_of_any(double x);
 __m128d exponential_of_any(__m128d x);
-double log_of_any(double x);
+KESTRAN_SSE_CALL double log_of_any(double x);
 __m128d log_of_any(__m128d x);
 
 constexpr double smallest_normal = 0x1p-1022;

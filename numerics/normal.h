@@ -10,7 +10,7 @@ namespace kestran {
 /// Absolute error at most 7.5e-8; the prices of all models carry this approximation. Exactly 0 below -25 and
 /// 1 above 25. The approximation jumps by 1.2e-9 at 0, where it is 0.5000000006, not 0.5; intended. NaN gives
 /// NaN.
-double cnorm(double x);
+KESTRAN_SSE_CALL double cnorm(double x);
 
 /// Both lanes' N(x), each with exactly the bits of the one-value form.
 __m128d cnorm(__m128d x);
@@ -32,7 +32,7 @@ NormalPair cnorm_and_bell(__m128d x);
 /// differenced or integrated where cnorm's error would show (rational function, Hart 1968, algorithm 5666,
 /// coefficients as in West 2005, "Better approximations to cumulative normal functions", at all x). NaN gives
 /// NaN.
-double cnorm_precise(double x);
+KESTRAN_SSE_CALL double cnorm_precise(double x);
 
 /// Both lanes' N(x), each with exactly the bits of the one-value form.
 __m128d cnorm_precise(__m128d x);

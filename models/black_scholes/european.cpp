@@ -41,16 +41,21 @@ double bs_general(double S, double K, double T, double r, double q, double sigma
   Parts option = option_parts(S, K, T, r, q, sigma, OptType);
   const double sign = option.sign, d1 = option.d1;
   const double v = option.sigma * option.root_T;
-  const auto with_Dq = [&] { option.Dq = exponential(-q * T); };
-  const auto with_N1 = [&] { option.N1 = cnorm(sign * d1); };
-  const auto with_density = [&] { option.density = exponential(-d1 * d1 / 2.0) * over_root_2_pi; };
-  const auto with_asset_and_cash = [&] {
+  // Expanded in each case, for calls would find all that these refer to in memory.
+  const auto with_Dq = [&]() __attribute__((always_inline)) { option.Dq = exponential(-q * T); };
+  const auto with_N1 = [&]() __attribute__((always_inline)) { option.N1 = cnorm(sign * d1); };
+  const auto with_density = [&]() __attribute__((always_inline)) {
+    option.density = exponential(-d1 * d1 / 2.0) * over_root_2_pi;
+  };
+  const auto with_asset_and_cash = [&]() __attribute__((always_inline)) {
     const __m128d discounted = exponential(_mm_set_pd(-r * T, -q * T)) * _mm_set_pd(K, S);
     const __m128d parts = discounted * cnorm(_mm_set_pd(sign * (d1 - v), sign * d1));
     option.asset = parts[0];
     option.cash = parts[1];
   };
-  const auto with_cash = [&] { option.cash = exponential(-r * T) * K * cnorm(sign * (d1 - v)); };
+  const auto with_cash = [&]() __attribute__((always_inline)) {
+    option.cash = exponential(-r * T) * K * cnorm(sign * (d1 - v));
+  };
 
   switch (static_cast<EuropeanResult>(RetType)) {
     case EuropeanResult::premium:

@@ -1,6 +1,8 @@
 // European options on a price with a continuous yield, and their sensitivities.
 #pragma once
 
+#include "numerics/convention.h"
+
 namespace kestran {
 
 /// Results of a European option, by their number on the worksheet.
@@ -30,7 +32,8 @@ constexpr int european_results = 9;
 /// T <= 0 or not a number: RetType 0 is the intrinsic value, every other RetType 0. sigma <= 0 is taken as
 /// 1e-5. An unknown RetType gives 99.0. Nothing else is checked: a non-positive S or K gives what the
 /// arithmetic gives.
-double bs_general(double S, double K, double T, double r, double q, double sigma, int OptType, int RetType);
+KESTRAN_SSE_CALL double bs_general(double S, double K, double T, double r, double q, double sigma,
+                                   int OptType, int RetType);
 
 /// Every result of bs_general for one option: results[RetType], with its bits.
 void bs_general_all(double S, double K, double T, double r, double q, double sigma, int OptType,
