@@ -39,10 +39,12 @@ double barrier_price(double S, double K, double sigma, double r, double q, doubl
   const double price_leg = phi * S * Dq;
   const double strike_leg = phi * K * Dr;
   const auto direct = [&](double x) {
-    return price_leg * cnorm(phi * x) - strike_leg * cnorm(phi * (x - v));
+    const __m128d N = cnorm(phi * _mm_set_pd(x - v, x));
+    return price_leg * N[0] - strike_leg * N[1];
   };
   const auto reflected = [&](double y) {
-    return price_leg * power_2mu_2 * cnorm(eta * y) - strike_leg * power_2mu * cnorm(eta * (y - v));
+    const __m128d N = cnorm(eta * _mm_set_pd(y - v, y));
+    return price_leg * power_2mu_2 * N[0] - strike_leg * power_2mu * N[1];
   };
   const auto A = [&] { return direct(x1); };
   const auto B = [&] { return direct(x2); };
@@ -50,14 +52,15 @@ double barrier_price(double S, double K, double sigma, double r, double q, doubl
   const auto D = [&] { return reflected(y2); };
   const auto E = [&] {
     if (R == 0.0) return 0.0;
-    return R * Dr * (cnorm(eta * (x2 - v)) - power_2mu * cnorm(eta * (y2 - v)));
+    const __m128d N = cnorm(eta * _mm_set_pd(y2 - v, x2 - v));
+    return R * Dr * (N[0] - power_2mu * N[1]);
   };
   const auto F = [&] {
     if (R == 0.0) return 0.0;
     const double lambda = std::sqrt(2.0 * natural_log(1.0 + r) * variance_rate + m * m) / variance_rate;
     const double z = logs[3] / v + lambda * v;
-    return R * (ratio_power(mu + lambda) * cnorm(eta * z) +
-                ratio_power(mu - lambda) * cnorm(eta * (z - 2.0 * lambda * v)));
+    const __m128d N = cnorm(eta * _mm_set_pd(z - 2.0 * lambda * v, z));
+    return R * (ratio_power(mu + lambda) * N[0] + ratio_power(mu - lambda) * N[1]);
   };
 
   // Whether the option is in the money at the barrier, and whether it gains from there towards the price.
