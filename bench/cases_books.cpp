@@ -1,4 +1,5 @@
 // Many deals, and all results of a deal, in one call.
+#include <array>
 #include <memory>
 
 #include "bench/cases.h"
@@ -13,12 +14,11 @@ constexpr int days = 180, nine = 9;
 
 void add_all_results() {
   Case& option = add_case("EURO/nine", 100.0, 100.0);
-  add_model(option, [function = find_in_catalogue("EURO")](double price) {
+  const auto memory = std::make_shared<std::array<Answer, nine>>();
+  add_model(option, [function = find_in_catalogue("EURO"), memory](double price) {
     const double numbers[] = {price, K, r, q, sigma, days, 1.0, 0.0};
-    Operand operands[8];
-    for (int i = 0; i < 8; ++i) operands[i] = {numbers + i};
-    Answer answers[nine] = {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
-    price_all(*function, operands, answers);
+    std::array<Answer, nine>& answers = *memory;
+    price_all(*function, numbers, answers.data());
     double sum = 0.0;
     for (const Answer& answer : answers) sum += answer.number;
     return sum;

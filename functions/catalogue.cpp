@@ -273,6 +273,15 @@ void price_results(const Function& function, const Operand* given, const int* se
   FrameReader<OperandReader>::evaluate_results(function, operands, selectors, results, answers);
 }
 
+struct Operands {
+  Operand given[most_arguments];
+};
+static Operands operands_of(const Function& function, const double* numbers) {
+  Operands operands;
+  for (int i = 0; i < function.argument_count; ++i) operands.given[i] = {numbers + i};
+  return operands;
+}
+
 // Numbers need no reader in a frame of scalars; a NaN does, which may carry the code of a refusal.
 Answer price(const Function& function, const double* numbers) {
   bool complete = function.frame.intake == Intake::scalars;
@@ -281,9 +290,20 @@ Answer price(const Function& function, const double* numbers) {
     const ProcessorState state;
     return function.compute(numbers, nullptr);
   }
-  Operand given[most_arguments];
-  for (int i = 0; i < function.argument_count; ++i) given[i].values = numbers + i;
-  return price(function, given);
+  return price(function, operands_of(function, numbers).given);
+}
+
+void price_results(const Function& function, const double* numbers, const int* selectors, int results,
+                   Answer* answers) {
+  bool complete = function.frame.intake == Intake::scalars && results > 1 && function.compute_all != nullptr;
+  for (int i = 0; complete && i < function.argument_count; ++i)
+    complete = i == function.result_argument || numbers[i] == numbers[i];
+  if (complete) {
+    const ProcessorState state;
+    function.compute_all(numbers, nullptr, selectors, results, answers);
+    return;
+  }
+  price_results(function, operands_of(function, numbers).given, selectors, results, answers);
 }
 
 }  // namespace kestran

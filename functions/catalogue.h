@@ -95,4 +95,8 @@ Answer price(const Function& function, const double* numbers);
 void price_results(const Function& function, const Operand* given, const int* selectors, int results,
                    Answer* answers);
 
+/// The same for numbers alone.
+void price_results(const Function& function, const double* numbers, const int* selectors, int results,
+                   Answer* answers);
+
 }  // namespace kestran

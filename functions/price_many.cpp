@@ -143,12 +143,22 @@ void price_many(const Function& function, const Column* given, std::size_t deals
   in_parts(deals, threads, [&](std::size_t begin, std::size_t end) { book.price_rows(begin, end); });
 }
 
-void price_all(const Function& function, const Operand* given, Answer* answers) {
+// Given is what price and price_results take.
+template <class Given>
+static void all_results(const Function& function, const Given* given, Answer* answers) {
   const List<int> selectors = selectors_of(function);
   if (function.result_argument >= 0)
     price_results(function, given, selectors.items, selectors.count, answers);
   else
     for (int j = 0; j < selectors.count; ++j) answers[j] = price(function, given);
+}
+
+void price_all(const Function& function, const Operand* given, Answer* answers) {
+  all_results(function, given, answers);
+}
+
+void price_all(const Function& function, const double* numbers, Answer* answers) {
+  all_results(function, numbers, answers);
 }
 
 }  // namespace kestran

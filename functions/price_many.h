@@ -28,4 +28,7 @@ void price_many(const Function& function, const Column* given, std::size_t deals
 /// which the function has none, as a twin may, is refused.
 void price_all(const Function& function, const Operand* given, Answer* answers);
 
+/// The same for numbers alone.
+void price_all(const Function& function, const double* numbers, Answer* answers);
+
 }  // namespace kestran

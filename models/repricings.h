@@ -54,8 +54,10 @@ double kept_result(KeptResults<size>* kept, int i, const Work& work) {
     work(values);
     return values[i];
   }
-  if (!kept->known) work(kept->values);
-  kept->known = true;
+  if (!kept->known) {
+    work(kept->values);
+    kept->known = true;
+  }
   return kept->values[i];
 }
 
@@ -70,8 +72,10 @@ struct KeptPrices {
 template <int size, class Work>
 double kept_price(KeptPrices<size>* kept, int i, const Work& work) {
   if (kept == nullptr) return work();
-  if (!kept->known[i]) kept->values[i] = work();
-  kept->known[i] = true;
+  if (!kept->known[i]) {
+    kept->values[i] = work();
+    kept->known[i] = true;
+  }
   return kept->values[i];
 }
 
