@@ -188,22 +188,22 @@ void price(const SpreadStrip& given, int age, double out[2]) {
   const auto add_after_setting = [&](double first, double last, DaySums& sums) {
     // Pairs whose layout stays are interpolated together, the others each from change to change.
     const double start = first_smooth_day(first, set_days);
-    PricePair* apart = pair + nodes;
-    if (last - start > 18.0)
-      apart = std::stable_partition(pair, apart, [&](const PricePair& one) {
-        return last_day_alike(start, last, layout(one)) == last;
-      });
+    PricePair alike[nodes], apart[nodes];
+    const auto stays = [&](const PricePair& one) {
+      return last - start <= 18.0 || last_day_alike(start, last, layout(one)) == last;
+    };
+    const auto [end_alike, end_apart] = std::partition_copy(pair, pair + nodes, alike, apart, stays);
     const auto value_of = [&](const PricePair* some, int count) {
       return [&, some, count](double t, double D) {
         if (strip.F1 < 0.0 || strip.F2 < 0.0) return std::numeric_limits<double>::quiet_NaN();
         return forward_start_value(strip, some, count, t - set_time, D);
       };
     };
-    const int together = static_cast<int>(apart - pair);
+    const int together = static_cast<int>(end_alike - alike);
     add_days_by_layout(
-        first, last, set_days, strip.r, value_of(pair, together), [](double) { return 0; }, sums);
-    for (; apart < pair + nodes; ++apart)
-      add_days_by_layout(first, last, set_days, strip.r, value_of(apart, 1), layout(*apart), sums);
+        first, last, set_days, strip.r, value_of(alike, together), [](double) { return 0; }, sums);
+    for (const PricePair* one = apart; one < end_apart; ++one)
+      add_days_by_layout(first, last, set_days, strip.r, value_of(one, 1), layout(*one), sums);
   };
   const auto add = [&](double first, double last, DaySums& sums) {
     if (!still_to_set) return add_days(first, last, strip.r, value, sums);
