@@ -52,6 +52,10 @@ refuse --colour price --colour
 for flag in -h --help; do
   "$kestran" $flag | grep -q 'Usage: kestran' || same "kestran $flag" usage nothing
 done
+for option in --list --catalogue --man --completion --describe=EURO --explain=1/4; do
+  same "kestran $option" 'status 0' "$("$kestran" $option </dev/null >"$folder/told"; echo "status $?")"
+  same "kestran $option leaves the input alone" "$(cat "$folder/told")" "$(echo 5+5 | "$kestran" $option)"
+done
 
 # Lines, and what of them are formulas.
 expect 0 "\n\n$value\n\n\n#N/A\n3\n" "# a remark\n\n=$call\r\n \t\r\n#N/A\n=#N/A\n1+2"
