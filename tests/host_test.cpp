@@ -13,8 +13,10 @@
 #include <utility>
 
 #include "functions/number_text.h"
+#include "functions/utf8.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
+#include "host/wide_text.h"
 #include "tests/failing_new.h"
 
 namespace kestran {
@@ -603,6 +605,28 @@ TEST_F(Host, SurvivesCallsThatMakeNoSense) {
   ASSERT_EQ(xlretSuccess, call(xlSheetId, &result, {}));
   EXPECT_EQ(xltypeRef, result.type);
   EXPECT_EQ(sheet_id(0), result.value.reference.sheet);
+}
+
+TEST(WideText, TakesEveryCharacterThereAndBack) {
+  const struct {
+    std::string narrow;
+    std::u16string wide;
+  } characters[] = {{"\x7F", u"\x7F"},     {"\xC2\x80", u"\x80"},         {"\u07FF", u"\u07FF"},
+                    {"\u0800", u"\u0800"}, {"\uD7FF", u"\uD7FF"},         {"\uE000", u"\uE000"},
+                    {"\uFFFF", u"\uFFFF"}, {"\U00010000", u"\U00010000"}, {"\U0010FFFF", u"\U0010FFFF"}};
+  for (const auto& [one, wide] : characters) {
+    EXPECT_EQ(character_bytes(one), one.size()) << one;
+    EXPECT_TRUE(widen(one + "a") == wide + u"a" && narrow(wide + u"a") == one + "a") << one;
+    EXPECT_TRUE(widen("a" + one) == u"a" + wide && narrow(u"a" + wide) == "a" + one) << one;
+  }
+  // What is no character comes back as it was.
+  for (const std::string bytes :
+       {"\x80", "\xC1\xBF", "\xC2", "\xC2\xC0", "\xE0\x9F\xBF", "\xE1\x80", "\xED\xA0\x80",
+        "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF"}) {
+    EXPECT_EQ(character_bytes(bytes), 0u) << bytes;
+    EXPECT_EQ(narrow(widen(bytes + "a")), bytes + "a");
+  }
+  for (const std::u16string half : {u"\xD83D", u"\xDE00"}) EXPECT_EQ(widen(narrow(half)).size(), 3u);
 }
 
 }  // namespace
