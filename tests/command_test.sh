@@ -49,6 +49,7 @@ refuse 'did you mean EURO' --describe EURRO
 refuse 'cannot be used\|no header' price --function EURO
 refuse 'did you mean EURO' price --function EURRO
 refuse --colour price --colour
+"$kestran" --describe EURO | grep -q '^ *RetType .*, 0 by default$' || same '--describe EURO' 'the usual RetType' none
 for flag in -h --help; do
   "$kestran" $flag | grep -q 'Usage: kestran' || same "kestran $flag" usage nothing
 done

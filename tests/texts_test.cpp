@@ -1,6 +1,7 @@
 // The texts of the functions: none missing, none that contradicts what the function does.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 #include <sstream>
@@ -9,6 +10,7 @@
 #include "functions/describe.h"
 #include "functions/example.h"
 #include "functions/explain.h"
+#include "functions/written_call.h"
 #include "tests/case_files.h"
 
 namespace kestran {
@@ -131,6 +133,24 @@ TEST(Texts, ExamplesAreTheOnesWorkedOutIndependently) {
     for (const FunctionText& text : family->functions)
       EXPECT_EQ(worked_out.count(text.example), 1u) << text.example;
 }
+
+TEST(Texts, DescriptionsFillTheirLines) {
+  for (int place = 0; place < catalogue_size; ++place) {
+    std::istringstream lines(description(catalogue[place]));
+    std::size_t indent = 0, length = 0;
+    for (std::string line; std::getline(lines, line);) {
+      const std::size_t begin = std::min(line.find_first_not_of(' '), line.size());
+      const std::size_t word = std::min(line.find(' ', begin), line.size()) - begin;
+      EXPECT_TRUE(line.size() <= 100 || line[begin] == '=') << line;  // a formula is one
+      // So deep stand only lines that go on.
+      EXPECT_FALSE(begin > 8 && begin == indent && length + 1 + word <= 100) << line;
+      indent = begin;
+      length = line.size();
+    }
+  }
+}
+
+TEST(Texts, PostgresNamesAreInSmallLetters) { EXPECT_EQ(postgres_name("AMERZaz_2"), "amerzaz_2"); }
 
 TEST(Texts, ReadArgumentsOfTablesAndFormulas) {
   const struct {
