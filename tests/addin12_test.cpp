@@ -289,8 +289,8 @@ struct CopyElsewhere {
 };
 
 TEST(Addin12Files, OpenFromAnyFolderWithTheReferenceBesideThem) {
-  CopyElsewhere copy("\xC3\x96l \xD0\x96 \xF0\x9D\x84\x9E");
-  const std::string found = "/%C3%96l%20%D0%96%20%F0%9D%84%9E/";
+  CopyElsewhere copy("\xC3\x96l \xD0\x96 \xF0\x9D\x84\x9E\xF0\x90\x80\x80");
+  const std::string found = "/%C3%96l%20%D0%96%20%F0%9D%84%9E%F0%90%80%80/";
   const std::pair<const char*, const char*> places[] = {{"", nullptr},
                                                         {"reference", "reference/EURO.html!0"},
                                                         {"bits/reference", "bits/reference/EURO.html!0"}};

@@ -150,7 +150,30 @@ TEST(Texts, DescriptionsFillTheirLines) {
   }
 }
 
-TEST(Texts, PostgresNamesAreInSmallLetters) { EXPECT_EQ(postgres_name("AMERZaz_2"), "amerzaz_2"); }
+TEST(WrittenCalls, ReadAsEachHostWantsThem) {
+  const double euro[] = {100, 95, 0.05, NAN, INFINITY, 90, 1, 0};
+  std::vector<Operand> given;
+  for (const double& number : euro) given.push_back({&number});
+  const Function& function = *find_in_catalogue("EURO");
+  EXPECT_EQ(sheet_call(function, given.data()), "=EURO(100,95,0.05,,inf,90,1,0)");
+  EXPECT_EQ(python_call(function, given.data()),
+            "kestran.EURO(Price=100, Strike=95, IntRt=0.05, Yield=None, Vol=float('inf'), ExpDays=90, "
+            "OptType=1, RetType=0)");
+  EXPECT_EQ(
+      postgres_call(function, given.data()),
+      "kestran.euro(price => 100, strike => 95, intrt => 0.05, yield => 'nan', vol => 'inf', expdays => 90, "
+      "opttype => 1, rettype => 0)");
+  EXPECT_EQ(postgres_name("AMERZaz_2"), "amerzaz_2");
+  const double numbers[] = {3, 1, 0.5, 0.25, 1, 2};
+  const Operand line = {numbers, 2, 1}, square = {numbers + 1, 2, 2}, time = {numbers + 5};
+  const Operand basket[] = {line, line, line, line, square, time};
+  const Function& ranges = *find_in_catalogue("BASVOL");
+  EXPECT_EQ(sheet_call(ranges, basket), "=BASVOL({3;1},{3;1},{3;1},{3;1},{1,0.5;0.25,1},2)");
+  EXPECT_EQ(duckdb_call(ranges, basket), "BASVOL([3,1],[3,1],[3,1],[3,1],[[1,0.5],[0.25,1]],2)");
+  EXPECT_EQ(python_call(ranges, basket),
+            "kestran.BASVOL(Forward_Price=[3, 1], Annual_Vol=[3, 1], Drift=[3, 1], Weight=[3, 1], "
+            "Correl_Matrix=[[1, 0.5], [0.25, 1]], ExpTime=2)");
+}
 
 TEST(Texts, ReadArgumentsOfTablesAndFormulas) {
   const struct {
