@@ -133,6 +133,9 @@ expect 2 '{"formula":"1/4","value":0.25,"error":null}
 {"formula":"EURO()","value":null,"error":"#ERR(65535)"}
 {"formula":"1+","value":null,"error":"#SYNTAX! column 3: expected a number, a text, a range, a function or '"'('"'"}
 ' '1/4\n1e300*10^9\n"\\é\t\xC3\xE0\x80𝄞"\n#\nFALSE\nEURO()\n1+' --json
+other=$("$kestran" "${call/100/101}")
+same 'JSON of an array' '{"formula":"'"EURO({100,101;#N/A,100},${call#*,}"'","value":[['"$value,$other],[null,$value"']],"error":"#N/A"}' \
+  "$("$kestran" --library "${kestran%/*}/libkestran12.so" --json "EURO({100,101;#N/A,100},${call#*,}")"
 
 # Formulas that memory does not suffice for have one answer each, and so have those after them.
 if [ -z "$sanitized" ]; then

@@ -189,6 +189,18 @@ TEST_F(PriceBook, KeepsTheOrderOfRows) {
 }
 
 #if !defined(_WIN32)
+TEST_F(PriceBook, LeavesNoFileOpen) {
+  const auto open_files = [] { return std::distance(files::directory_iterator("/proc/self/fd"), {}); };
+  const auto before = open_files();
+  {
+    ByteSink unfinished((folder / "out.csv").string());
+    const ByteSource source("/dev/null");
+    EXPECT_EQ(open_files(), before + 2);
+  }
+  EXPECT_EQ(open_files(), before);
+  EXPECT_TRUE(files::is_empty(folder));
+}
+
 TEST(ByteStreams, GoOnAfterSignals) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
