@@ -183,6 +183,7 @@ TEST_F(Addin12, LaysBlocksOverEachOtherAsExcelDoes) {
       {"EURO({100,101;101,100},95,5%,2%,25%,90,1,{0;1;0})",
        "{" + a + "," + c + ";" + d + "," + b + ";#N/A,#N/A}"},
       {"EURO({100},95,5%,2%,25%,90,1,{0})", a},
+      {"EURO({1,2;3,4},95,5%,2%,25%,90,1,0)*0+EURO({1,2,3},95,5%,2%,25%,90,1,0)*0", "{0,0,#N/A;0,0,#N/A}"},
       {"1-EURO({1,2},95,5%,2%,25%,90,1,{1;\"x\"})*0", "{1,1;#VALUE!,#VALUE!}"},
   };
   for (const auto& [formula, expected] : rows) EXPECT_EQ(answer(formula), expected) << formula;

@@ -137,13 +137,15 @@ TEST(Texts, ExamplesAreTheOnesWorkedOutIndependently) {
 TEST(Texts, DescriptionsFillTheirLines) {
   for (int place = 0; place < catalogue_size; ++place) {
     std::istringstream lines(description(catalogue[place]));
-    std::size_t indent = 0, length = 0;
+    std::size_t indent = 0, length = 0, meaning = 0;
     for (std::string line; std::getline(lines, line);) {
       const std::size_t begin = std::min(line.find_first_not_of(' '), line.size());
       const std::size_t word = std::min(line.find(' ', begin), line.size()) - begin;
       EXPECT_TRUE(line.size() <= 100 || line[begin] == '=') << line;  // a formula is one
       // So deep stand only lines that go on.
       EXPECT_FALSE(begin > 8 && begin == indent && length + 1 + word <= 100) << line;
+      if (begin == 2) meaning = line.find_first_not_of(' ', line.find("  ", begin));
+      EXPECT_TRUE(begin <= 4 || begin == meaning) << line;
       indent = begin;
       length = line.size();
     }
