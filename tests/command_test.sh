@@ -146,6 +146,8 @@ if [ -z "$sanitized" ]; then
     same 'a call of 4 MB' $'#NAME?\n2\nstatus 0' "$( (printf 'nobody('; repeat 4000000 ,; echo ')'; echo 1+1) | "$kestran"; echo "status $?")"
     same 'a range of 4 MB' $'#MEMORY!\n2\nstatus 2' "$( (printf '{'; repeat 2000 "$(repeat 999 1,)1;"; echo '}'; echo 1+1) | "$kestran"; echo "status $?")"
     same 'a line of 64 MB' $'#MEMORY!\n2\nstatus 2' "$( (head -c 64000000 /dev/zero; echo; echo 1+1) | "$kestran"; echo "status $?")"
+    ulimit -s 512
+    same 'a line of 64 MB, threads' $'#MEMORY!\n2\nstatus 2' "$( (head -c 64000000 /dev/zero; echo; echo 1+1) | "$kestran" --library "${kestran%/*}/libkestran12.so" --threads 2; echo "status $?")"
     exit $failed
   ) || failed=1
 fi
