@@ -76,11 +76,11 @@ ByteSink::ByteSink(const std::string& path) : descriptor(fileno(stdout)) {
   if (path.empty()) return;
   owned = true;
   std::error_code unknown;
-  const std::filesystem::path there = std::filesystem::weakly_canonical(path, unknown);
   // A pipe or a device takes what it gets; a link stays one.
   const bool file =
-      unknown || !std::filesystem::exists(there, unknown) || std::filesystem::is_regular_file(there, unknown);
+      !std::filesystem::exists(path, unknown) || std::filesystem::is_regular_file(path, unknown);
   if (file) {
+    const std::filesystem::path there = std::filesystem::weakly_canonical(path, unknown);
     final_path = there.empty() ? path : there.string();
     // Of runs that write the same file, each has its own.
     partial_path = final_path + "." + std::to_string(getpid()) + ".partial";

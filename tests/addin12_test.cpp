@@ -128,6 +128,7 @@ TEST_F(Addin12, SpillsWhatASingleCellAnswersForEachOfThem) {
       "EURO({100;101;102},95,5%,2%,25%,90,1,0)",
       "EURO(100,95,5%,2%,25%,90,1,{0,1,2,3})",
       "EURO({100,\"x\",,#N/A,TRUE,-1},95,5%,2%,25%,90,1,0)",
+      "EURO(100,95,5%,2%,25%,90,1,{0,1,2,3,4,5,6,7,8,0,1,2,3,4,5,6,7,8,0,1,2,3,4,5,6,7,8,0,1,2,3,4,5,6,7,8})",
       "EURO(#REF!,{1,#N/A},5%,2%,25%,90,1,0)",
       "EURO(,{1,2},5%,2%,25%,90,1,{0,9})",
       "EURO({100;\"x\";#N/A;103;},95,5%,2%,25%,90,1,{0,3,9,1.5,-1})",
@@ -182,6 +183,7 @@ TEST_F(Addin12, LaysBlocksOverEachOtherAsExcelDoes) {
       {"EURO({100,101;101,100},95,5%,2%,25%,90,1,{0;1;0})",
        "{" + a + "," + c + ";" + d + "," + b + ";#N/A,#N/A}"},
       {"EURO({100},95,5%,2%,25%,90,1,{0})", a},
+      {"EURO({1,2;3,4},95,5%,2%,25%,90,1,0)*0+EURO({1,2,3},95,5%,2%,25%,90,1,0)*0", "{0,0,#N/A;0,0,#N/A}"},
       {"1-EURO({1,2},95,5%,2%,25%,90,1,{1;\"x\"})*0", "{1,1;#VALUE!,#VALUE!}"},
   };
   for (const auto& [formula, expected] : rows) EXPECT_EQ(answer(formula), expected) << formula;
@@ -288,8 +290,8 @@ struct CopyElsewhere {
 };
 
 TEST(Addin12Files, OpenFromAnyFolderWithTheReferenceBesideThem) {
-  CopyElsewhere copy("\xC3\x96l \xD0\x96 \xF0\x9D\x84\x9E");
-  const std::string found = "/%C3%96l%20%D0%96%20%F0%9D%84%9E/";
+  CopyElsewhere copy("\xC3\x96l \xD0\x96 \xF0\x9D\x84\x9E\xF0\x90\x80\x80");
+  const std::string found = "/%C3%96l%20%D0%96%20%F0%9D%84%9E%F0%90%80%80/";
   const std::pair<const char*, const char*> places[] = {{"", nullptr},
                                                         {"reference", "reference/EURO.html!0"},
                                                         {"bits/reference", "bits/reference/EURO.html!0"}};

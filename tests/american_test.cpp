@@ -132,7 +132,7 @@ TEST(American, EarlyExerciseFollowsTheSignsOfTheRates) {
   } rows[] = {{0.05, 0.02, once, once}, {0.05, 0, never, once},       {0, 0.02, once, never},
               {0, 0, never, never},     {-0.01, 0.02, once, never},   {0.05, -0.01, never, once},
               {-0.01, 0, once, never},  {-0.02, -0.01, twice, never}, {-0.01, -0.02, never, twice},
-              {0, -0.01, never, once}};
+              {0, -0.01, never, once},  {0.002, 0.001, once, once}};
   for (const auto& row : rows) {
     EXPECT_EQ(early_exercise_rule(row.r, row.q, 1), row.call) << row.r << " " << row.q;
     EXPECT_EQ(early_exercise_rule(row.r, row.q, 0), row.put) << row.r << " " << row.q;

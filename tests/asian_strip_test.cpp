@@ -157,6 +157,12 @@ TEST(AsianStrip, OneFixingIsAEuropeanOption) {
       EXPECT_NEAR(asian_strip(option_on(month, 95, .7, 0, 0, End + .25, OptType), 0, 1), european, 1e-12)
           << End;
     }
+  // Of two months the last fixing of the first is due now, or in a moment.
+  const auto price = [](double End) {
+    const Months months{{0, .1}, {End, .2}, {20, 21}, {.4, .3}, {1, 20}, 2};
+    return asian_strip(option_on(months, 20, .9, 0, 0, .3, 1), 0, 1);
+  };
+  EXPECT_NEAR(price(0), price(1e-9), 1e-8);
 }
 
 TEST(AsianStrip, NegativePricesWhereTheyAreRefused) {

@@ -74,6 +74,7 @@ TEST(Boston, WhereNoStrikeExists) {
   EXPECT_EQ(strike(F - 5e-8, 0), -99.0);
   EXPECT_EQ(strike(0, 1), -99.0);
   EXPECT_EQ(boston_strike(0, 100, 1, 0, 0, 0.2, 1), -99.0);
+  EXPECT_EQ(boston_strike(100, 100, 1, 0.05, 0.05, 0.2, 1), 0.0);  // no worse than the forward
   EXPECT_EQ(boston_strike(100, 104, 0, 0, 0, 0.2, 1), 104.0);
   EXPECT_EQ(boston_strike(100, 104, 0, 0, 0, 0.2, 0), -99.0);
   EXPECT_NEAR(strike(1e6, 1), 1e6, 1e-6);

@@ -49,8 +49,13 @@ refuse 'did you mean EURO' --describe EURRO
 refuse 'cannot be used\|no header' price --function EURO
 refuse 'did you mean EURO' price --function EURRO
 refuse --colour price --colour
+"$kestran" --describe EURO | grep -q '^ *RetType .*, 0 by default$' || same '--describe EURO' 'the usual RetType' none
 for flag in -h --help; do
   "$kestran" $flag | grep -q 'Usage: kestran' || same "kestran $flag" usage nothing
+done
+for option in --list --catalogue --man --completion --describe=EURO --explain=1/4; do
+  same "kestran $option" 'status 0' "$("$kestran" $option </dev/null >"$folder/told"; echo "status $?")"
+  same "kestran $option leaves the input alone" "$(cat "$folder/told")" "$(echo 5+5 | "$kestran" $option)"
 done
 
 # Lines, and what of them are formulas.
@@ -128,6 +133,9 @@ expect 2 '{"formula":"1/4","value":0.25,"error":null}
 {"formula":"EURO()","value":null,"error":"#ERR(65535)"}
 {"formula":"1+","value":null,"error":"#SYNTAX! column 3: expected a number, a text, a range, a function or '"'('"'"}
 ' '1/4\n1e300*10^9\n"\\é\t\xC3\xE0\x80𝄞"\n#\nFALSE\nEURO()\n1+' --json
+other=$("$kestran" "${call/100/101}")
+same 'JSON of an array' '{"formula":"'"EURO({100,101;#N/A,100},${call#*,}"'","value":[['"$value,$other],[null,$value"']],"error":"#N/A"}' \
+  "$("$kestran" --library "${kestran%/*}/libkestran12.so" --json "EURO({100,101;#N/A,100},${call#*,}")"
 
 # Formulas that memory does not suffice for have one answer each, and so have those after them.
 if [ -z "$sanitized" ]; then
@@ -138,6 +146,8 @@ if [ -z "$sanitized" ]; then
     same 'a call of 4 MB' $'#NAME?\n2\nstatus 0' "$( (printf 'nobody('; repeat 4000000 ,; echo ')'; echo 1+1) | "$kestran"; echo "status $?")"
     same 'a range of 4 MB' $'#MEMORY!\n2\nstatus 2' "$( (printf '{'; repeat 2000 "$(repeat 999 1,)1;"; echo '}'; echo 1+1) | "$kestran"; echo "status $?")"
     same 'a line of 64 MB' $'#MEMORY!\n2\nstatus 2' "$( (head -c 64000000 /dev/zero; echo; echo 1+1) | "$kestran"; echo "status $?")"
+    ulimit -s 512
+    same 'a line of 64 MB, threads' $'#MEMORY!\n2\nstatus 2' "$( (head -c 64000000 /dev/zero; echo; echo 1+1) | "$kestran" --library "${kestran%/*}/libkestran12.so" --threads 2; echo "status $?")"
     exit $failed
   ) || failed=1
 fi

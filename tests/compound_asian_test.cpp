@@ -61,6 +61,14 @@ TEST(CompoundAsian, ThetaTakesInAFixingOnItsWay) {
   later.CmpExpDays = 16.0;
   const double change = compound_asian_price(later) - compound_asian_price(weekly);
   EXPECT_NEAR(compound_asian_greek(weekly, 5), change * 365.25, 1e-9);
+  // Once all are made only discounting is left.
+  const CompoundAsian made{100, .05, .35, .30, 103, 8, 8, -3, 40, .40, 100, 1, 20, .03, 1};
+  const auto premium = [](double days) {
+    return (3 * std::exp((.03 * (days - 20) - .05 * days) / 365.25) - 1) *
+           std::exp(-.03 * (days - 20) / 365.25);
+  };
+  EXPECT_NEAR(compound_asian_price(made), premium(40), 1e-9);
+  EXPECT_NEAR(compound_asian_greek(made, 5), (premium(39) - premium(40)) * 365.25, 1e-6);
 }
 
 struct Axis {

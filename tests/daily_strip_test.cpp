@@ -354,7 +354,13 @@ TEST(SpreadStrip, DegenerateInputs) {
   EXPECT_FALSE(days(largest, largest, 0) < 0.0);
   EXPECT_EQ(days(1, 2, 18), 99.0);
   for (int flag : {0, 1}) {
-    EXPECT_EQ(days(2, 9, 0, 1.5, .4, flag), days(2, 9, 0, 1.0, .4, flag)) << flag;
+    for (double SpreadStrip::*rho : {&SpreadStrip::rho_m, &SpreadStrip::rho_d})
+      for (double limit : {-1.0, 1.0}) {
+        SpreadStrip within{5, 4, .4, .8, .35, .7, .3, .2, .5, 4, 2, 9, .05, 1, 0, flag, 1}, beyond = within;
+        within.*rho = limit;
+        beyond.*rho = 1.5 * limit;
+        EXPECT_EQ(ostripsprd_greek(beyond, 0), ostripsprd_greek(within, 0)) << flag << limit;
+      }
     EXPECT_EQ(days(2, 9, 0, .9, -1, flag), days(2, 9, 0, .9, 1e-5, flag)) << flag;
     EXPECT_TRUE(std::isnan(days(2, 9, 0, std::nan(""), .4, flag))) << flag;
   }

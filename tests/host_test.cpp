@@ -13,8 +13,10 @@
 #include <utility>
 
 #include "functions/number_text.h"
+#include "functions/utf8.h"
 #include "host/evaluate.h"
 #include "host/excel_standin.h"
+#include "host/wide_text.h"
 #include "tests/failing_new.h"
 
 namespace kestran {
@@ -244,7 +246,7 @@ TEST_F(Host, AnswersFormulasAsAWorksheetDoes) {
       {"7-2-1", "4"}, {"2^-1", "0.5"}, {"50%", "0.5"}, {"5%%*10000", "5"}, {"-50%^2", "0.25"},
       {"1.5e2+.5+1.", "151.5"}, {"0.1+0.2", "0.30000000000000004"}, {"2^0.5", "1.4142135623730951"},
       {"-0", "-0"}, {"1e300*1e-300", "1"}, {"TRUE+1", "2"}, {"true", "TRUE"}, {"-FALSE", "-0"},
-      {"\"3\"+1", "4"}, {"\" -5% \"*1", "-0.05"}, {"--\"3\"", "3"}, {"+\"3x\"", "3x"},
+      {"\"3\"+1", "4"}, {"\"+3\"*1", "3"}, {"\" -5% \"*1", "-0.05"}, {"--\"3\"", "3"}, {"+\"3x\"", "3x"},
       {"\"3x\"+1", "#VALUE!"}, {"\"\"+1", "#VALUE!"}, {"-\"1e999\"", "#VALUE!"}, {"{3}*2", "6"},
       {"{}+1", "1"}, {"{1,2}+1", "#VALUE!"}, {"{#N/A}+1", "#N/A"}, {"{\"4\"}/2", "2"},
       {"#REF!+#N/A", "#REF!"}, {"1+#n/a", "#N/A"}, {"\"x\"+#N/A", "#VALUE!"}, {"-#NULL!", "#NULL!"},
@@ -597,12 +599,35 @@ TEST_F(Host, SurvivesCallsThatMakeNoSense) {
     EXPECT_EQ(xlretInvCount, call_standin(function, &result, 31, operands)) << function;
     EXPECT_EQ(xlretInvCount, call_standin<XLOPER>(function, &result, -1, nullptr)) << function;
   }
+  EXPECT_EQ(xlretInvCount, call(xlfDeleteMenu, &result, {&one, &one, &one}));
   EXPECT_EQ(xlretInvXlfn, call(4711, &result, {&one}));
   one.type = 0x4001;
   EXPECT_EQ(xlretInvXloper, call(xlCoerce, &result, {&one}));
   ASSERT_EQ(xlretSuccess, call(xlSheetId, &result, {}));
   EXPECT_EQ(xltypeRef, result.type);
   EXPECT_EQ(sheet_id(0), result.value.reference.sheet);
+}
+
+TEST(WideText, TakesEveryCharacterThereAndBack) {
+  const struct {
+    std::string narrow;
+    std::u16string wide;
+  } characters[] = {{"\x7F", u"\x7F"},     {"\xC2\x80", u"\x80"},         {"\u07FF", u"\u07FF"},
+                    {"\u0800", u"\u0800"}, {"\uD7FF", u"\uD7FF"},         {"\uE000", u"\uE000"},
+                    {"\uFFFF", u"\uFFFF"}, {"\U00010000", u"\U00010000"}, {"\U0010FFFF", u"\U0010FFFF"}};
+  for (const auto& [one, wide] : characters) {
+    EXPECT_EQ(character_bytes(one), one.size()) << one;
+    EXPECT_TRUE(widen(one + "a") == wide + u"a" && narrow(wide + u"a") == one + "a") << one;
+    EXPECT_TRUE(widen("a" + one) == u"a" + wide && narrow(u"a" + wide) == "a" + one) << one;
+  }
+  // What is no character comes back as it was.
+  for (const std::string bytes :
+       {"\x80", "\xC1\xBF", "\xC2", "\xC2\xC0", "\xE0\x9F\xBF", "\xE1\x80", "\xED\xA0\x80",
+        "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF"}) {
+    EXPECT_EQ(character_bytes(bytes), 0u) << bytes;
+    EXPECT_EQ(narrow(widen(bytes + "a")), bytes + "a");
+  }
+  for (const std::u16string half : {u"\xD83D", u"\xDE00"}) EXPECT_EQ(widen(narrow(half)).size(), 3u);
 }
 
 }  // namespace

@@ -4,13 +4,17 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <thread>
 
 #include "functions/example.h"
 #include "functions/number_text.h"
+#include "host/byte_streams.h"
 #include "host/csv.h"
 
 namespace kestran {
@@ -183,6 +187,54 @@ TEST_F(PriceBook, KeepsTheOrderOfRows) {
   }
   EXPECT_EQ(begin, one.size());
 }
+
+#if !defined(_WIN32)
+TEST_F(PriceBook, LeavesNoFileOpen) {
+  const auto open_files = [] { return std::distance(files::directory_iterator("/proc/self/fd"), {}); };
+  const auto before = open_files();
+  {
+    ByteSink unfinished((folder / "out.csv").string());
+    const ByteSource source("/dev/null");
+    EXPECT_EQ(open_files(), before + 2);
+  }
+  EXPECT_EQ(open_files(), before);
+  EXPECT_TRUE(files::is_empty(folder));
+}
+
+TEST(ByteStreams, GoOnAfterSignals) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  const auto name = [&](int i) { return "/proc/self/fd/" + std::to_string(ends[i]); };
+  ByteSource source(name(0));
+  ByteSink sink(name(1));
+  struct sigaction unheeded = {}, before;
+  unheeded.sa_handler = [](int) {};  // and system calls do not start again
+  sigaction(SIGUSR1, &unheeded, &before);
+  const std::string deals(300000, 'x');  // more than a pipe holds
+  // Signals come while the other thread waits for what this one gives or takes.
+  const auto disturb = [](std::thread& other) {
+    for (int i = 0; i < 20; ++i) {
+      pthread_kill(other.native_handle(), SIGUSR1);
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  };
+  bool read = false, written = false;
+  std::string text, rest;
+  std::thread reader([&] { read = source.append_to(text, 100); });
+  disturb(reader);
+  EXPECT_TRUE(sink.write("deal"));
+  reader.join();
+  EXPECT_TRUE(read && text == "deal" && !source.failed());
+  std::thread writer([&] { written = sink.write(deals); });
+  disturb(writer);
+  while (rest.size() < deals.size() && source.append_to(rest, deals.size())) continue;
+  writer.join();
+  EXPECT_TRUE(written && rest == deals && !sink.failed());
+  sigaction(SIGUSR1, &before, nullptr);
+  close(ends[0]);
+  close(ends[1]);
+}
+#endif
 
 }  // namespace
 }  // namespace kestran

@@ -4,8 +4,15 @@
 
 #include <cmath>
 
+#include "models/bumps.h"
+
 namespace kestran {
 namespace {
+
+TEST(Bumps, TimeMovesByADayButNotPastTheMiddle) {
+  EXPECT_EQ(day_step(2.05 * one_day), one_day);
+  EXPECT_EQ(day_step(1.9 * one_day), 1.9 * one_day / 2.0);
+}
 
 TEST(Rainbow, AgreesWithIndependentValues) {
   // The same formulas with mpmath, 40 digits.

@@ -1,6 +1,7 @@
 // The texts of the functions: none missing, none that contradicts what the function does.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 #include <sstream>
@@ -9,6 +10,7 @@
 #include "functions/describe.h"
 #include "functions/example.h"
 #include "functions/explain.h"
+#include "functions/written_call.h"
 #include "tests/case_files.h"
 
 namespace kestran {
@@ -130,6 +132,49 @@ TEST(Texts, ExamplesAreTheOnesWorkedOutIndependently) {
   for (const FamilyText* family : families)
     for (const FunctionText& text : family->functions)
       EXPECT_EQ(worked_out.count(text.example), 1u) << text.example;
+}
+
+TEST(Texts, DescriptionsFillTheirLines) {
+  for (int place = 0; place < catalogue_size; ++place) {
+    std::istringstream lines(description(catalogue[place]));
+    std::size_t indent = 0, length = 0, meaning = 0;
+    for (std::string line; std::getline(lines, line);) {
+      const std::size_t begin = std::min(line.find_first_not_of(' '), line.size());
+      const std::size_t word = std::min(line.find(' ', begin), line.size()) - begin;
+      EXPECT_TRUE(line.size() <= 100 || line[begin] == '=') << line;  // a formula is one
+      // So deep stand only lines that go on.
+      EXPECT_FALSE(begin > 8 && begin == indent && length + 1 + word <= 100) << line;
+      if (begin == 2) meaning = line.find_first_not_of(' ', line.find("  ", begin));
+      EXPECT_TRUE(begin <= 4 || begin == meaning) << line;
+      indent = begin;
+      length = line.size();
+    }
+  }
+}
+
+TEST(WrittenCalls, ReadAsEachHostWantsThem) {
+  const double euro[] = {100, 95, 0.05, NAN, INFINITY, 90, 1, 0};
+  std::vector<Operand> given;
+  for (const double& number : euro) given.push_back({&number});
+  const Function& function = *find_in_catalogue("EURO");
+  EXPECT_EQ(sheet_call(function, given.data()), "=EURO(100,95,0.05,,inf,90,1,0)");
+  EXPECT_EQ(python_call(function, given.data()),
+            "kestran.EURO(Price=100, Strike=95, IntRt=0.05, Yield=None, Vol=float('inf'), ExpDays=90, "
+            "OptType=1, RetType=0)");
+  EXPECT_EQ(
+      postgres_call(function, given.data()),
+      "kestran.euro(price => 100, strike => 95, intrt => 0.05, yield => 'nan', vol => 'inf', expdays => 90, "
+      "opttype => 1, rettype => 0)");
+  EXPECT_EQ(postgres_name("AMERZaz_2"), "amerzaz_2");
+  const double numbers[] = {3, 1, 0.5, 0.25, 1, 2};
+  const Operand line = {numbers, 2, 1}, square = {numbers + 1, 2, 2}, time = {numbers + 5};
+  const Operand basket[] = {line, line, line, line, square, time};
+  const Function& ranges = *find_in_catalogue("BASVOL");
+  EXPECT_EQ(sheet_call(ranges, basket), "=BASVOL({3;1},{3;1},{3;1},{3;1},{1,0.5;0.25,1},2)");
+  EXPECT_EQ(duckdb_call(ranges, basket), "BASVOL([3,1],[3,1],[3,1],[3,1],[[1,0.5],[0.25,1]],2)");
+  EXPECT_EQ(python_call(ranges, basket),
+            "kestran.BASVOL(Forward_Price=[3, 1], Annual_Vol=[3, 1], Drift=[3, 1], Weight=[3, 1], "
+            "Correl_Matrix=[[1, 0.5], [0.25, 1]], ExpTime=2)");
 }
 
 TEST(Texts, ReadArgumentsOfTablesAndFormulas) {

@@ -350,7 +350,7 @@ std::optional<double> operand_of(const Record& record, bool cell) {
       if (std::isnan(record.value.number)) return std::nullopt;
       return record.value.number;
     case xltypeErr:
-      if (record.value.error < 0 || record.value.error >= no_number_code) return std::nullopt;
+      if (static_cast<unsigned>(record.value.error) >= unsigned{no_number_code}) return std::nullopt;
       return refused_number(record.value.error);
     case xltypeMissing:
     case xltypeNil:
