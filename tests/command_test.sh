@@ -1,9 +1,10 @@
 #!/bin/bash
 # The command as its users meet it: options, lines, exit statuses, little memory, the prompt.
-#   command_test.sh KESTRAN [--sanitized]   (a sanitized program needs more memory than is allowed here)
+#   command_test.sh KESTRAN CARELESS_ADDIN [--sanitized]   (a sanitized program needs more memory than is allowed here)
 set -u
 kestran=$1
-sanitized=${2-}
+careless=$2
+sanitized=${3-}
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 failed=0
@@ -80,6 +81,8 @@ expect 0 "$value\n\nx\nTRUE\n0\n" "$call\n\n\"x\"\nTRUE\n{}" --strict
 expect 2 "#SYNTAX! column 2: expected an operator or the end of the formula\n#DIV/0!\n" '1)\n1/0\n' --strict
 same 'unreadable input' 'status 2' "$("$kestran" </ 2>/dev/null; echo "status $?")"
 same 'output that cannot be written' 'status 1' "$("$kestran" 1 2>&1 >/dev/full | grep -v written; echo "status ${PIPESTATUS[0]}")"
+same 'an add-in at fault' $'2\nstatus 3' "$("$kestran" --library "$careless" 1+1 2>"$folder/errors"; echo "status $?")"
+grep -q 'xlAutoClose: leak' "$folder/errors" || same 'its fault' 'a leak' "$(cat "$folder/errors")"
 same 'no add-in' 'status 3' "$("$kestran" --library /none 1 2>/dev/null; echo "status $?")"
 
 # Books: a file is written whole or not at all, a device or a pipe as it comes, a link stays a link.
