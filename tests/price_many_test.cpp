@@ -74,7 +74,7 @@ TEST(PriceMany, AllResultsOfACallAreThoseOfSingleCalls) {
           else if (call > 4 && next(state) % 16 == 0)
             number = call % 8 == 7 ? refused_number(7) : number + static_cast<double>(next(state) % 3) - 1.0;
       if (call % 8 == 4) {
-        GivenArgument& block = given[next(state) % given.size()];
+        GivenArgument& block = given[static_cast<std::size_t>(next(state)) % given.size()];
         if (block.rows == 0) block = {{block.values[0], 2.0}, 1 + call / 8 % 2, 1};
       }
       const int selectors[] = {3, 0, 2, -1, 1, 0, 5, 4, 99, 6, 7, 8, 11, 10, 9, 12};
