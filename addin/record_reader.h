@@ -66,6 +66,8 @@ struct RecordReader {
     }
     double number(int i) const { return element(i).value.number; }
     int error(int i) const { return error_code(element(i).value.error); }
+    const double* numbers() const { return &elements->value.number; }
+    static constexpr int apart = sizeof(Record) / sizeof(double);
 
    private:
     const Record& element(int i) const { return elements[i]; }

@@ -24,7 +24,7 @@ inline Answer BASVOL2d(double Price1, double Price2, double Vol1, double Vol2, d
 inline Answer BASVOL(Range Forward_Price, Range Annual_Vol, Range Drift, Range Weight,
                      SquareMatrix Correl_Matrix, double ExpTime) {
   return basket_vol_moment_match(Forward_Price.values, Annual_Vol.values, Drift.values, Weight.values,
-                                 Correl_Matrix.values, Forward_Price.count, ExpTime);
+                                 Correl_Matrix.values, Forward_Price.count, ExpTime, Correl_Matrix.apart);
 }
 
 /// Times are in years; Correl_rng is the strictly lower triangle of the correlation matrix, row by row.

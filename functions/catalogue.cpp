@@ -191,6 +191,8 @@ struct OperandReader {
     Holds holds(int i) const { return held(operand.values[i]); }
     double number(int i) const { return operand.values[i]; }
     int error(int i) const { return refusal_code(operand.values[i]); }
+    const double* numbers() const { return operand.values; }
+    static constexpr int apart = 1;
 
    private:
     const Operand& operand;

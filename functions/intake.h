@@ -6,12 +6,16 @@
 //   holds, number, error   of an argument
 //   Block                  the cells behind an argument, made from it and released when it goes out of scope:
 //                          ready() (false when they cannot be read now), rows(), columns(), and holds(i),
-//                          number(i), error(i) of cell i, row after row
+//                          number(i), error(i) of cell i, row after row. Where the numbers of cells stand in
+//                          memory as they are, also numbers(), the first of them, and apart, the doubles from
+//                          one to the next
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <optional>
+#include <type_traits>
 
 #include "functions/catalogue.h"
 #include "functions/processor_state.h"
@@ -49,6 +53,12 @@ struct OwnedCells : Cells {
     return values != nullptr;
   }
 };
+
+// The `apart` of a block; 0 where it does not say.
+template <class Block, class = void>
+constexpr int apart_in = 0;
+template <class Block>
+constexpr int apart_in<Block, std::void_t<decltype(Block::apart)>> = Block::apart;
 
 // The arguments of one call, and what they turned out to be so far.
 struct Taking {
@@ -111,6 +121,17 @@ class FrameReader {
       if (block.holds(i) != Holds::number) return false;
       numbers[i] = block.number(i);
     }
+    return true;
+  }
+
+  static bool are_numbers(const Block& block) {
+    const auto cells = static_cast<int>(count(block));
+    const auto is_number = [&](int i) { return block.holds(i) == Holds::number; };
+    int i = 0;
+    for (; i + 3 < cells; i += 4)
+      if (!is_number(i) || !is_number(i + 1) || !is_number(i + 2) || !is_number(i + 3)) return false;
+    for (; i < cells; ++i)
+      if (!is_number(i)) return false;
     return true;
   }
 
@@ -213,23 +234,37 @@ class FrameReader {
     return {value_code, Reason::bad_cell};
   }
 
+  // A square block, which is released when the call ends, and a copy of its numbers where there must be one.
+  struct SquareBlock {
+    std::optional<Block> block;
+    OwnedCells copied;
+    double single;
+  };
+
   // A number, a cell, or a square block with a row for each cell of the ranges so far.
-  static Refusal take_square(const Given& given, OwnedCells& matrix, Taking& taking) {
+  static Refusal take_square(const Given& given, SquareBlock& square, Cells& matrix, Taking& taking) {
     const Holds held = Reader::holds(given);
     if (held == Holds::number) {
-      if (!matrix.allocate(1)) return {value_code, Reason::no_memory};
-      matrix.values[0] = Reader::number(given);
+      square.single = Reader::number(given);
+      matrix = {&square.single, 1};
       ++taking.singles;
       return go_on;
     }
     if (held != Holds::cells) return no_number(given);
-    const Block block(given);
+    const Block& block = square.block.emplace(given);
     if (!block.ready()) return {value_code, Reason::unreadable};
     if (block.rows() != taking.shortest || block.columns() != taking.shortest)
       return {value_code, Reason::not_square};
-    if (!matrix.allocate(static_cast<int>(count(block)))) return {value_code, Reason::no_memory};
-    if (!copy(block, matrix.values)) return {value_code, Reason::bad_cell};
-    ++(matrix.count == 1 ? taking.singles : taking.ranges);
+    const auto cells = static_cast<int>(count(block));
+    if constexpr (apart_in < Block >> 0) {
+      if (!are_numbers(block)) return {value_code, Reason::bad_cell};
+      matrix = {const_cast<double*>(block.numbers()), cells, apart_in<Block>};
+    } else {
+      if (!square.copied.allocate(cells)) return {value_code, Reason::no_memory};
+      if (!copy(block, square.copied.values)) return {value_code, Reason::bad_cell};
+      matrix = square.copied;
+    }
+    ++(cells == 1 ? taking.singles : taking.ranges);
     return go_on;
   }
 
@@ -281,7 +316,7 @@ class FrameReader {
   template <class Compute>
   static Answer of_lines(const Function& function, const Given* given, const Compute& compute) {
     double storage[most_lines][range_cells];
-    OwnedCells matrix;
+    SquareBlock square;
     Taking taking;
     int lines = 0;
     int ranges = 0;
@@ -291,8 +326,7 @@ class FrameReader {
       Refusal refusal;
       ranges += is_range(kind);
       if (kind == ParameterKind::square) {
-        refusal = take_square(given[i], matrix, taking);
-        taking.cells[i] = matrix;
+        refusal = take_square(given[i], square, taking.cells[i], taking);
       } else if (is_range(kind)) {
         taking.cells[i].values = storage[lines++];
         refusal = take_line(given[i], kind, taking.cells[i], taking);

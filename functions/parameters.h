@@ -83,9 +83,11 @@ struct NotNegativeYears {
 };
 
 /// Numbers of cells, row after row, in memory that outlives the call of the function, which may write there.
+/// A square block, which may be large, is read where the host has it, and not written to.
 struct Cells {
   double* values = nullptr;
   int count = 0;
+  int apart = 1;  // doubles from one number to the next; more only in a square block
 };
 
 struct Range : Cells {};

@@ -43,7 +43,7 @@ TEST(BasketVol, DoubleSumsOverAllPairs) {
 
 // Each pair counts with both of its cells, wherever it stands.
 TEST(BasketVol, MatrixAndItsTransposeAreTheSame) {
-  for (int n : {2, 3, 6, 7}) {
+  for (int n : {2, 3, 6, 7, 18, 35}) {
     const Numbers F(n, 100.0), vols(n, 0.4), zeros(n, 0.0), w(n, 1.0);
     for (int i = 0; i < n; ++i)
       for (int j = 0; j < i; ++j) {
@@ -52,6 +52,18 @@ TEST(BasketVol, MatrixAndItsTransposeAreTheSame) {
         EXPECT_NEAR(basket_vol(F, vols, zeros, w, rho, 2), basket_vol(F, vols, zeros, w, transpose, 2), 1e-14)
             << n << " " << i << " " << j;
       }
+  }
+}
+
+TEST(BasketVol, CorrelationsMayStandApart) {
+  const Numbers F = {100, 105, 98}, sigma = {.3, .25, .6}, mu = {.02, -.01, .05}, w = {.5, .7, -.4};
+  const Numbers rho = {1, .8, .6, .7, 1, .5, .65, .45, 1};
+  for (int apart : {2, 3, 4}) {
+    Numbers spread(rho.size() * apart, NAN);
+    for (std::size_t i = 0; i < rho.size(); ++i) spread[i * apart] = rho[i];
+    EXPECT_EQ(
+        basket_vol_moment_match(F.data(), sigma.data(), mu.data(), w.data(), spread.data(), 3, 1.5, apart),
+        basket_vol(F, sigma, mu, w, rho, 1.5));
   }
 }
 

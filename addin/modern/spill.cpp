@@ -45,6 +45,8 @@ struct PickedReader {
     Holds holds(int i) const { return picked.cells->holds(one() ? picked.place : i); }
     double number(int i) const { return picked.cells->number(one() ? picked.place : i); }
     int error(int i) const { return picked.cells->error(one() ? picked.place : i); }
+    const double* numbers() const { return picked.cells->numbers() + (one() ? picked.place * apart : 0); }
+    static constexpr int apart = Xloper12Reader::Block::apart;
 
    private:
     bool one() const { return picked.place >= 0; }

@@ -9,31 +9,31 @@
 namespace kestran {
 namespace {
 
-// Whether the n x n matrix rho equals its transpose, two rows and two columns at a time: a column read from
-// top to bottom would fetch its cells one by one from all over the memory.
-bool is_symmetric(const double* rho, std::ptrdiff_t n) {
+// Whether the n x n matrix rho equals its transpose, two rows and two columns at a time and 16 columns after
+// 16: a column read from top to bottom would fetch its cells one by one from all over the memory.
+bool is_symmetric(const double* rho, std::ptrdiff_t n, std::ptrdiff_t apart) {
+  const auto place = [&](std::ptrdiff_t i, std::ptrdiff_t j) { return rho + (i * n + j) * apart; };
+  const auto two = [&](const double* first) { return _mm_loadh_pd(_mm_load_sd(first), first + apart); };
   __m128d unequal = _mm_setzero_pd();
-  for (std::ptrdiff_t i = 0; i + 1 < n; i += 2) {
-    const double* const row = rho + i * n;
-    for (std::ptrdiff_t j = 0; j <= i; j += 2) {
-      const double* const column = rho + j * n + i;
-      const __m128d upper = _mm_loadu_pd(column), lower = _mm_loadu_pd(column + n);
-      const __m128d differs =
-          _mm_or_pd(_mm_cmpneq_pd(_mm_loadu_pd(row + j), _mm_unpacklo_pd(upper, lower)),
-                    _mm_cmpneq_pd(_mm_loadu_pd(row + n + j), _mm_unpackhi_pd(upper, lower)));
-      unequal = _mm_or_pd(unequal, differs);
-    }
-  }
-  bool equal = _mm_movemask_pd(unequal) == 0;
+  for (std::ptrdiff_t left = 0; left + 1 < n; left += 16)
+    for (std::ptrdiff_t i = left; i + 1 < n; i += 2)
+      for (std::ptrdiff_t j = left; j <= i && j < left + 16; j += 2) {
+        const __m128d upper = two(place(j, i)), lower = two(place(j + 1, i));
+        const __m128d differs = _mm_or_pd(_mm_cmpneq_pd(two(place(i, j)), _mm_unpacklo_pd(upper, lower)),
+                                          _mm_cmpneq_pd(two(place(i + 1, j)), _mm_unpackhi_pd(upper, lower)));
+        unequal = _mm_or_pd(unequal, differs);
+      }
+  if (_mm_movemask_pd(unequal) != 0) return false;
   if (n % 2 != 0)
-    for (std::ptrdiff_t j = 0; j < n; ++j) equal = equal && rho[(n - 1) * n + j] == rho[j * n + n - 1];
-  return equal;
+    for (std::ptrdiff_t j = 0; j < n; ++j)
+      if (!(*place(n - 1, j) == *place(j, n - 1))) return false;
+  return true;
 }
 
 }  // namespace
 
 double basket_vol_moment_match(const double* F, const double* sigma, const double* mu, const double* w,
-                               const double* rho, int n, double T) {
+                               const double* rho, int n, double T, int apart) {
   // Small baskets need no memory from the heap.
   constexpr int few = 16;
   double few_grown[few];
@@ -41,8 +41,8 @@ double basket_vol_moment_match(const double* F, const double* sigma, const doubl
   double* const grown = n > few ? allocated : few_grown;
   if (n < 1 || !grown) return std::numeric_limits<double>::quiet_NaN();
 
-  const auto correlation = [&](int i, int j) { return rho[static_cast<std::ptrdiff_t>(i) * n + j]; };
-  const bool symmetric = is_symmetric(rho, n);
+  const auto correlation = [&](std::ptrdiff_t i, std::ptrdiff_t j) { return rho[(i * n + j) * apart]; };
+  const bool symmetric = is_symmetric(rho, n, apart);
   double mean = 0.0;
   double variance = 0.0;
   for (int i = 0; i < n; ++i) {

@@ -25,12 +25,12 @@ double exponential_sum(const double* weight, int count, Exponent exponent) {
 /// prices).
 ///
 /// F forward prices, sigma volatilities (per year), mu drifts (per year) and w weights of the n assets; rho
-/// their n x n correlations row after row: both rho[i n + j] and rho[j n + i] are read, and a matrix that is
-/// not symmetric counts with the mean of the two terms. T horizon in years.
+/// their n x n correlations row after row, each `apart` doubles behind the last: both (i, j) and (j, i) are
+/// read, and a matrix that is not symmetric counts with the mean of the two terms. T horizon in years.
 ///
 /// Nothing is checked: T = 0, a basket worth nothing or moments without a real logarithm give infinity or not
 /// a number, and so does n < 1. Without memory for a work array the result is not a number.
 double basket_vol_moment_match(const double* F, const double* sigma, const double* mu, const double* w,
-                               const double* rho, int n, double T);
+                               const double* rho, int n, double T, int apart = 1);
 
 }  // namespace kestran
