@@ -183,6 +183,10 @@ TEST(AsianFast, ExtremeCountsAndBadInput) {
   double out[7];
   asn_model(100, 60, 0.04, 0.15, 0, 40, 0, 0.01, 0.2, 0, out);
   for (int i : {0, 1, 4}) EXPECT_EQ(out[i], 0.0) << i;  // the price is 1.4e-37 before the cut
+  for (int m : {1, 9, 20}) {
+    asn_model(100, 98, 0.05, 0.3, 99, 40, m, 0.1, 0.2, 1, out);
+    EXPECT_EQ(asn_price(100, 98, 0.05, 0.3, 99, 40, m, 0.1, 0.2, 1), out[0]) << m;
+  }
   for (int N : {least, -1, 0, 1, most})
     for (int m : {least, 0, 1, most - 1, most}) asn_model(100, 98, 0.05, 0.3, 99, N, m, 0.1, 0.2, 1, out);
   EXPECT_EQ(asn_price(100, 98, 0.05, 0.3, 99, 20, least, 0.1, 0.2, 1),

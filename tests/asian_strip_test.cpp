@@ -165,6 +165,15 @@ TEST(AsianStrip, OneFixingIsAEuropeanOption) {
   EXPECT_NEAR(price(0), price(1e-9), 1e-8);
 }
 
+TEST(AsianStrip, ADayPassesWithAFixingAsLargeAsThoseMade) {
+  const double day = 1 / 365.25;
+  const Months today{{.5 * day, .1}, {.06, .16}, {20, 21}, {.4, .3}, {3, 20}, 2},
+      tomorrow{{-.5 * day, .1 - day}, {.06 - day, .16 - day}, {20, 21}, {.4, .3}, {3, 20}, 2};
+  const double change = asian_strip(option_on(tomorrow, 20, .9, (18 + 20) / 2.0, 2, .3 - day, 1), 0, 1) -
+                        asian_strip(option_on(today, 20, .9, 18, 1, .3, 1), 0, 1);
+  EXPECT_NEAR(asian_strip(option_on(today, 20, .9, 18, 1, .3, 1), 5, 1), change / day, 1e-9);
+}
+
 TEST(AsianStrip, NegativePricesWhereTheyAreRefused) {
   Months months = ahead;
   const double without_second[4] = {1000, 0, 500, 200}, all[4] = {1000, 1500, 500, 200};

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <string>
 
+#include "functions/catalogue_json.h"
 #include "functions/describe.h"
 #include "functions/example.h"
 #include "functions/explain.h"
@@ -224,6 +225,9 @@ TEST(Texts, RefusalsNameTheArgumentAndTheReason) {
        {"{1,2}", "{1,2}", "{1,2}", "{1,2}", "1", "1", "1", "1", "1", "1", "3"},
        {"RetMonth is not one of the months or periods of the strip"}},
       {"XCOL", {"{1,2}", "{1,2,3}", "{1,2}", "{1,2}", "1", "1", "1", "1", "1", "1", "1"}, {"IntRt_rng"}},
+      {"SWAPTION",
+       {"{1,2,3}", "{1,2,3}", "{1,2}", "{1,2,3}", "1", "1", "1", "1", "1", "1", "1"},
+       {"Swaptime has another length"}},
       {"BASVOL",
        {"{1,2}", "1", "{1,2}", "{1,2}", "{1,2;3,4}", "1"},
        {"Annual_Vol 1 is a single number beside ranges"}},
@@ -236,6 +240,54 @@ TEST(Texts, RefusalsNameTheArgumentAndTheReason) {
     ASSERT_EQ(found.size(), row.reasons.size()) << row.function;
     for (std::size_t i = 0; i < found.size(); ++i)
       EXPECT_NE(found[i].find(row.reasons[i]), std::string::npos) << found[i];
+  }
+}
+
+// The brackets of a JSON text outside its strings, and whether each is closed by its like.
+bool is_nested(const std::string& json) {
+  std::string open;
+  bool quoted = false;
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    const char mark = json[i];
+    if (mark == '"') quoted = !quoted;
+    if (quoted && mark == '\\') ++i;
+    if (quoted || mark == '"') continue;
+    if (mark == '{' || mark == '[') open += mark == '{' ? '}' : ']';
+    if (mark != '}' && mark != ']') continue;
+    if (open.empty() || open.back() != mark) return false;
+    open.pop_back();
+  }
+  return open.empty() && !quoted;
+}
+
+TEST(Texts, TheCatalogueAsJson) {
+  const std::string json = catalogue_json("1.2");
+  EXPECT_EQ(json.find("{\"version\":\"1.2\""), 0u);
+  EXPECT_TRUE(is_nested(json));
+  const struct {
+    const char* function;
+    std::vector<const char*> said;
+  } rows[] = {
+      {"BASVOL",
+       {R"("twin":"xBASVOL","family":"Baskets")", R"("example":[100,90]})", R"("example":[[1,0.5],[0.5,1]]})",
+        R"("kind":"square","shape":"block")", R"("resultArgument":null,)",
+        R"("length":"shortest","singles":true)", R"("related":["BASVOL2d","BASVOLT","BASCORR"],)",
+        R"("odd":[{"above":null,"below":0,"words":"is a negative price"}])"}},
+      {"xEURO",
+       {R"("twin":"EURO",)", R"("lowest":0,"highest":8,)", R"("length":null)",
+        R"("choices":[{"value":0,"meaning":"put"},{"value":1,"meaning":"call"}],"otherChoices":"call")",
+        R"("resultArgument":7,"results":[{"selector":0,"name":"premium",)"}},
+      {"AMERB", {R"("highest":null,"refused":"below 1")", R"("recommended":200,)"}},
+      {"SWAPTION", {R"("each":"month")", R"("singles":false)"}},
+      {"CMPDV", {R"("inOrder":[[3,4]],"fixingsWithin":[])", R"("noAnswer":-1})"}},
+      {"BASVOLT", {R"("twin":null,)"}},
+  };
+  for (const auto& row : rows) {
+    const std::size_t begin = json.find(std::string(R"({"name":")") + row.function + R"(","twin")");
+    ASSERT_NE(begin, std::string::npos) << row.function;
+    const std::string part = json.substr(begin, json.find(R"(,"twin")", begin + 40) - begin);
+    for (const char* said : row.said)
+      EXPECT_NE(part.find(said), std::string::npos) << row.function << ": " << said;
   }
 }
 

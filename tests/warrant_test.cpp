@@ -28,6 +28,9 @@ TEST(Warrant, AgreesWithTheSolvedFixedPoint) {
       EXPECT_NEAR(warrant_value({100, 110, row.r, row.q, 0.3, 2, 5, 20, 100, row.WarType}, i), row.results[i],
                   i < 3 ? 1e-5 : 1e-3 * std::fabs(row.results[i]))
           << row.WarType << " RetType " << i;
+  // The same in another currency.
+  EXPECT_NEAR(1000.0 * warrant_value({0.1, 0.11, 0.05, 0, 0.3, 2, 5, 20, 100, 1}, 0), rows[0].results[0],
+              1e-5);
 }
 
 TEST(Warrant, AgreesWithFiniteDifferences) {
