@@ -309,7 +309,8 @@ TEST(Addin12Files, OpenFromAnyFolderWithTheReferenceBesideThem) {
     if (page == nullptr) {
       EXPECT_EQ(topic, "");
     } else {
-      EXPECT_EQ(topic.rfind("file:///", 0), 0u) << topic;
+      const std::string top = copy.top.generic_string().substr(0, 3);
+      EXPECT_EQ(topic.rfind((top[0] == '/' ? "file://" : "file:///") + top, 0), 0u) << topic;
       const std::string end = found + page;
       EXPECT_EQ(topic.substr(topic.size() - std::min(topic.size(), end.size())), end);
     }

@@ -104,6 +104,9 @@ TEST(AsianCorrection, InsideAndBeyondTheTable) {
         << row.where;
   // No strike is infinitely far in the money: the edge value.
   EXPECT_EQ(asian_call_correction(100, 0, 0.5, 50, 365), asian_call_correction(100, 1e-9, 0.5, 50, 365));
+  // And no price infinitely far out of it.
+  EXPECT_NEAR(asian_call_correction(5, 100, 0.5, 50, 365), asian_call_correction(20, 100, 0.5, 50, 365) / 4,
+              1e-15);
   EXPECT_TRUE(std::isnan(asian_call_correction(100, 100, nan, 50, 365)));
   EXPECT_TRUE(std::isnan(asian_call_correction(100, nan, 0.3, 50, 365)));
 }

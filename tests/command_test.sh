@@ -120,6 +120,7 @@ explain '=xCrudeAPO(72,71.5,33%,32%,33%,32%,10,41,14,8,0,72,4%,0.98,0,46,1,0,1)'
 explain 'EURO(-100,"x",500%,0.02,25,46000,,12)+EURO(1)' 'refused: Strike is text .*' 'refused: OptType is missing' \
   'refused: RetType 12 is outside 0 to 8' 'warning: Price -100 is a negative price' 'warning: IntRt 5 is a rate of 500 %.*' \
   'warning: Vol 25 is a volatility of 2500 %.*' 'warning: ExpDays 46000 looks like a date.*' '#VALUE!'
+explain 'CMPDV(100,6,100,320,300,5%,5%,25%,28%,1,0)' 'warning: .* 320 is more than .* 300'
 explain 'ASTRIP({20,21},{0.4,0.3},{0.1,0.2},{0.15,0.25},{21,40},22,20,0.05,1.2,0,0.3,1,0,1)' \
   '  Price_rng    1 x 2 cells, 20 to 21' 'warning: Correl 1.2 .*' 'warning: Settles_rng 21 is more fixings than the .*'
 explain '1+EURRO(2)' '#NAME?' '.*no function EURRO; did you mean EURO?'
@@ -176,6 +177,15 @@ same 'prompt: history' $'1+1\nCODPREM(100,105,5%,2%,30%,182.625,1)\nhelp\nHelp  
 seq -f '%g+0' 1500 >"$past"
 shows 'history of an earlier session' '^1500' "$(converse '\x10\nquit\n')"
 same 'prompt: history is cut' '501+0 1002' "$(head -n 1 "$past") $(wc -l <"$past")"
+# How far a book is, where somebody looks on; of a file also what is left.
+{ echo Price,Strike,IntRt,Yield,Vol,ExpDays,OptType,Nsteps; yes 100.123456,95.123456,0.05,0.02,0.25,90.123456,1,500 | head -n 45000; } >"$folder/book.csv"
+looked_at() {  # COMMAND
+  TERM=xterm timeout 100 script -qec "$1" /dev/null | tr '\r' '\n'
+}
+price="'$kestran' price --function AMERB --output '$folder/priced.csv'"
+shows 'progress of a file' '[0-9]* rows, [0-9]* a second \[#\{12,18\}[.]\{12,18\}\] [0-9]* s left' \
+  "$(looked_at "$price --input '$folder/book.csv'")"
+shows 'progress of a pipe' '[0-9]* rows, [0-9]* a second$' "$(looked_at "head -n 15000 '$folder/book.csv' | $price")"
 for place in "HOME=/proc" "HOME=" "HOME=$kestran" "XDG_STATE_HOME=/proc/none"; do
   shows "without a history ($place)" '^3' "$(export "${place?}"; converse '1+2\nquit\n')"
 done

@@ -12,10 +12,12 @@
 #include <vector>
 
 #include "functions/example.h"
+#include "functions/in_parts.h"
 #include "functions/refused_number.h"
 #include "models/black_scholes/european_book.h"
 #include "models/calendar.h"
 #include "numerics/lanes.h"
+#include "tests/failing_new.h"
 
 namespace kestran {
 namespace {
@@ -146,6 +148,19 @@ TEST(PriceMany, BooksHaveTheBitsOfSingleCalls) {
               ADD_FAILURE() << name << " deal " << k << " result " << j << ": " << shown(answer);
           }
       }
+  }
+}
+
+TEST(PriceMany, RowsForWhichThereIsNoThreadAreNotLost) {
+  int failing = 0;
+  for (bool failed = true; failed;) {
+    std::vector<int> seen(10, 0);
+    fail_new(++failing);
+    in_parts(seen.size(), 4, [&](std::size_t begin, std::size_t end) {
+      for (std::size_t row = begin; row < end; ++row) ++seen[row];
+    });
+    failed = new_failed();
+    EXPECT_EQ(seen, std::vector<int>(10, 1)) << failing;
   }
 }
 
