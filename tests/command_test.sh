@@ -126,8 +126,14 @@ explain 'ASTRIP({20,21},{0.4,0.3},{0.1,0.2},{0.15,0.25},{21,40},22,20,0.05,1.2,0
 explain '1+EURRO(2)' '#NAME?' '.*no function EURRO; did you mean EURO?'
 expect 1 '#NAME?\n' 'EURRO(1)' --strict
 grep -q 'did you mean EURO' "$folder/errors" || same 'a name that was meant' EURO "$(cat "$folder/errors")"
-"$kestran" --completion | bash -n || same --completion 'a script' ''
-"$kestran" --man | grep -q '^.SH OPTIONS' || same --man 'a page' ''
+"$kestran" --completion >"$folder/completion"
+bash -n "$folder/completion" || same --completion 'a script' ''
+"$kestran" --man | sed 's/\\\(.\)/\1/g' >"$folder/page"
+grep -q '^.SH OPTIONS' "$folder/page" || same --man 'a page' ''
+for option in --explain --delimiter; do
+  grep -q -e "$option" "$folder/completion" || same --completion "$option" none
+  grep -q -e "$option" "$folder/page" || same --man "$option" none
+done
 
 # JSON.
 expect 2 '{"formula":"1/4","value":0.25,"error":null}
