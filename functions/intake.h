@@ -124,6 +124,7 @@ class FrameReader {
     return true;
   }
 
+  // In steps of four: there may be 65,536 cells.
   static bool are_numbers(const Block& block) {
     const auto cells = static_cast<int>(count(block));
     const auto is_number = [&](int i) { return block.holds(i) == Holds::number; };
@@ -256,9 +257,10 @@ class FrameReader {
     if (block.rows() != taking.shortest || block.columns() != taking.shortest)
       return {value_code, Reason::not_square};
     const auto cells = static_cast<int>(count(block));
-    if constexpr (apart_in < Block >> 0) {
+    constexpr int apart = apart_in<Block>;
+    if constexpr (apart > 0) {
       if (!are_numbers(block)) return {value_code, Reason::bad_cell};
-      matrix = {const_cast<double*>(block.numbers()), cells, apart_in<Block>};
+      matrix = {const_cast<double*>(block.numbers()), cells, apart};
     } else {
       if (!square.copied.allocate(cells)) return {value_code, Reason::no_memory};
       if (!copy(block, square.copied.values)) return {value_code, Reason::bad_cell};
