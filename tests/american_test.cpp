@@ -208,6 +208,10 @@ TEST(American, BadAndExtremeInputHasAnswers) {
     EXPECT_EQ(american_binomial(90, 100, 0, 0.05, 0.02, 0.3, 0, 50, i), i == 0 ? 10.0 : 0.0);
     EXPECT_EQ(american_baw(90, 100, -1, 0.05, 0.02, 0.3, 0, i), i == 0 ? 10.0 : i == 8 ? 99.0 : 0.0);
   }
+  for (int i = 0; i < 9; ++i)  // nor is a volatility below 0 another than none where it is moved
+    EXPECT_EQ(american_binomial(90, 100, 1, 0.05, 0.02, -0.5, 0, 50, i),
+              american_binomial(90, 100, 1, 0.05, 0.02, 0, 0, 50, i))
+        << i;
   const double infinity = std::numeric_limits<double>::infinity();
   for (const double wild : {nan, -1e300, -1.0, 0.0, 1e-300, 1e300, infinity})
     for (int place = 0; place < 6; ++place) {

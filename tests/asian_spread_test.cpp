@@ -117,6 +117,8 @@ TEST(AsianSpread, DegenerateInputs) {
   EXPECT_EQ(days(0, -30, -30, 0), 102.0 - 88.0 - 8.0);
   EXPECT_EQ(days(smallest, smallest, largest, 0), 6.0);
   EXPECT_EQ(days(0, -30, -30, 9), 0.0);
+  EXPECT_EQ(asian_spread_days(0, -30, -30), 0.0);
+  EXPECT_EQ(asian_spread_days(60, 20, 30), 40.0);
   for (int RetType : {-1, 14}) EXPECT_EQ(days(60, 30, 30, RetType), 99.0);
   EXPECT_NEAR(days(60, smallest, smallest, 0), std::exp(-.05 * 60 / 365.25) * 6, 1e-6);
   EXPECT_TRUE(std::isfinite(days(60, smallest, smallest, 9)));

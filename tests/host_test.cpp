@@ -627,6 +627,7 @@ TEST(WideText, TakesEveryCharacterThereAndBack) {
     EXPECT_EQ(character_bytes(bytes), 0u) << bytes;
     EXPECT_EQ(narrow(widen(bytes + "a")), bytes + "a");
   }
+  EXPECT_EQ(narrow(u"\xD83D\uFF21").substr(3), "\uFF21");
   for (const std::u16string half : {u"\xD83D", u"\xDE00"}) EXPECT_EQ(widen(narrow(half)).size(), 3u);
 }
 

@@ -72,6 +72,10 @@ TEST(ImpliedVol, SaysWhenThereIsNone) {
       EXPECT_EQ(implied_vol_european(1, x[0], x[1], x[2], x[3], 0.05, 0.02, x[4], 1e-6, 100), -99.0) << place;
       EXPECT_EQ(implied_vol_american(x[0], x[1], x[2], x[3], 0.05, 0.02, x[4], 1, 50, 1e-6), -99.0) << place;
     }
+  // An accuracy that is none counts as the usual one.
+  for (double none : {0.0, -1.0})
+    EXPECT_EQ(implied_vol_american(10, 100, 95, 0.5, 0.05, 0.02, 2, 1, 50, none),
+              implied_vol_american(10, 100, 95, 0.5, 0.05, 0.02, 2, 1, 50, 1e-8));
   EXPECT_EQ(implied_vol_european(1, 5, 100, 95, 0, 0.05, 0.02, 2, 1e-6, 100), -99.0);  // any would do
   EXPECT_TRUE(std::isnan(implied_vol_european(1, 10, 100, 95, 0.5, nan, 0.02, 2, 1e-6, 100)));
   EXPECT_EQ(implied_vol_european(1, 10, 100, 95, 0.5, 0.05, 0.02, 2, 1e-12, 1), -99.0);

@@ -88,6 +88,10 @@ TEST_F(PriceBook, TakesRowsAsPeopleWriteThem) {
        "opttype,STRIKE,note,price,IntRt,Yield,Vol,ExpDays\n1,95,x y,100,.05,.02,.25,90\n",
        "opttype,STRIKE,note,price,IntRt,Yield,Vol,ExpDays,premium,Error\n1,95,x y,100,.05,.02,.25,90" +
            prices},
+      {"per cent throughout",
+       "Price,Strike,IntRt,Yield,Vol,ExpDays,OptType\n10000%,9500%,5%,2%,25%,9000%,100%\n",
+       "Price,Strike,IntRt,Yield,Vol,ExpDays,OptType,premium,Error\n10000%,9500%,5%,2%,25%,9000%,100%" +
+           prices},
       {"RetType by row",
        "RetType,Price,Strike,IntRt,Yield,Vol,ExpDays,OptType\n1,100,95,5%,2%,25%,90,1\n9,100,95,5%,2%,25%,90,"
        "1\n",
