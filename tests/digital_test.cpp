@@ -60,6 +60,22 @@ TEST(Digital, ExpiryFloorsAndSentinels) {
 }
 
 // Expected values: exact normal distribution, mpmath, 30 digits.
+TEST(Digital, AllResultsAreThoseOfSingleOnes) {
+  for (double T : {-0.01, 0.0, 0.01, 1.0})
+    for (double S : {-100.0, 0.0, 100.0})
+      for (double K : {-95.0, 95.0}) {
+        double digital[digital_results], cod[digital_results];
+        digital_option_all(10, S, K, T, .05, .02, .3, 1, digital);
+        cod_option_all(S, K, T, .05, .02, .3, 10, 1, cod);
+        for (int i = 0; i < digital_results; ++i) {
+          const double one = digital_option(10, S, K, T, .05, .02, .3, 1, i);
+          const double other = cod_option(S, K, T, .05, .02, .3, 10, 1, i);
+          EXPECT_TRUE(digital[i] == one || (std::isnan(digital[i]) && std::isnan(one))) << S << " " << T;
+          EXPECT_TRUE(cod[i] == other || (std::isnan(cod[i]) && std::isnan(other))) << S << " " << T;
+        }
+      }
+}
+
 TEST(ContingentPremium, NearTheExactValueHoweverUnlikelyTheExercise) {
   const struct {
     double S, K, T, r, q, sigma;
