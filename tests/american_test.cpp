@@ -205,6 +205,7 @@ TEST(American, BadAndExtremeInputHasAnswers) {
     EXPECT_EQ(american_binomial(400 / 1024.0, 100 / 1024.0, 1, 0.02, 0.08, 0.25, 1, 200, i),
               exercised[i] / (i == 0 ? 1024.0 : 1.0))
         << i;
+    EXPECT_EQ(american_binomial(1, 1000, 0.1, 0.02, 0.08, 0.1, 1, 200, i), 0.0) << i;  // out of reach
     EXPECT_EQ(american_binomial(90, 100, 0, 0.05, 0.02, 0.3, 0, 50, i), i == 0 ? 10.0 : 0.0);
     EXPECT_EQ(american_baw(90, 100, -1, 0.05, 0.02, 0.3, 0, i), i == 0 ? 10.0 : i == 8 ? 99.0 : 0.0);
   }

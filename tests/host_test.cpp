@@ -600,6 +600,7 @@ TEST_F(Host, SurvivesCallsThatMakeNoSense) {
     EXPECT_EQ(xlretInvCount, call_standin<XLOPER>(function, &result, -1, nullptr)) << function;
   }
   EXPECT_EQ(xlretInvCount, call(xlfDeleteMenu, &result, {&one, &one, &one}));
+  EXPECT_EQ(xlretInvCount, call(xlfGetBar, &result, {&one, &one, &one, &one}));
   EXPECT_EQ(xlretInvXlfn, call(4711, &result, {&one}));
   one.type = 0x4001;
   EXPECT_EQ(xlretInvXloper, call(xlCoerce, &result, {&one}));

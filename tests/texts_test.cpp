@@ -11,6 +11,7 @@
 #include "functions/describe.h"
 #include "functions/example.h"
 #include "functions/explain.h"
+#include "functions/nearest.h"
 #include "functions/written_call.h"
 #include "tests/case_files.h"
 
@@ -241,6 +242,17 @@ TEST(Texts, RefusalsNameTheArgumentAndTheReason) {
     for (std::size_t i = 0; i < found.size(); ++i)
       EXPECT_NE(found[i].find(row.reasons[i]), std::string::npos) << found[i];
   }
+}
+
+TEST(Texts, NamesThatWereMeant) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"SAN", "ASN"}, {"AS", "ASN"}, {"asnn", "ASN"}, {"EURRO", "EURO"}, {"xSAN", "xASN"}};
+  for (const auto& [written, meant] : rows) {
+    ASSERT_NE(nearest_function(written), nullptr) << written;
+    EXPECT_STREQ(nearest_function(written)->name, meant);
+  }
+  for (const char* far : {"", "SNA2", "Q", "EUROEUROEUROEUROEUROEUROEUROEUROE"})
+    EXPECT_EQ(nearest_function(far), nullptr) << far;
 }
 
 // The brackets of a JSON text outside its strings, and whether each is closed by its like.
