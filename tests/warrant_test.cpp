@@ -29,8 +29,10 @@ TEST(Warrant, AgreesWithTheSolvedFixedPoint) {
                   i < 3 ? 1e-5 : 1e-3 * std::fabs(row.results[i]))
           << row.WarType << " RetType " << i;
   // The same in another currency.
-  EXPECT_NEAR(1000.0 * warrant_value({0.1, 0.11, 0.05, 0, 0.3, 2, 5, 20, 100, 1}, 0), rows[0].results[0],
-              1e-5);
+  for (const auto& row : rows)
+    EXPECT_NEAR(1000.0 * warrant_value({0.1, 0.11, row.r, row.q, 0.3, 2, 5, 20, 100, row.WarType}, 0),
+                row.results[0], 1e-5)
+        << row.WarType;
 }
 
 TEST(Warrant, AgreesWithFiniteDifferences) {
