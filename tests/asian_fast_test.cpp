@@ -186,6 +186,11 @@ TEST(AsianFast, ExtremeCountsAndBadInput) {
   double out[7];
   asn_model(100, 60, 0.04, 0.15, 0, 40, 0, 0.01, 0.2, 0, out);
   for (int i : {0, 1, 4}) EXPECT_EQ(out[i], 0.0) << i;  // the price is 1.4e-37 before the cut
+  // Theta in another currency, where hardly any of the strike is left.
+  double of_cents[7];
+  asn_model(100, 100, 0.05, 0.3, 180, 40, 20, 0.1, 0.2, 1, out);
+  asn_model(100 / 128.0, 100 / 128.0, 0.05, 0.3, 180 / 128.0, 40, 20, 0.1, 0.2, 1, of_cents);
+  EXPECT_NEAR(of_cents[5] * 128, out[5], 1e-10);
   for (int m : {1, 9, 20}) {
     asn_model(100, 98, 0.05, 0.3, 99, 40, m, 0.1, 0.2, 1, out);
     EXPECT_EQ(asn_price(100, 98, 0.05, 0.3, 99, 40, m, 0.1, 0.2, 1), out[0]) << m;

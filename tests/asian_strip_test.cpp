@@ -167,11 +167,13 @@ TEST(AsianStrip, OneFixingIsAEuropeanOption) {
 
 TEST(AsianStrip, ADayPassesWithAFixingAsLargeAsThoseMade) {
   const double day = 1 / 365.25;
-  const Months today{{.5 * day, .1}, {.06, .16}, {20, 21}, {.4, .3}, {3, 20}, 2},
-      tomorrow{{-.5 * day, .1 - day}, {.06 - day, .16 - day}, {20, 21}, {.4, .3}, {3, 20}, 2};
-  const double change = asian_strip(option_on(tomorrow, 20, .9, (18 + 20) / 2.0, 2, .3 - day, 1), 0, 1) -
-                        asian_strip(option_on(today, 20, .9, 18, 1, .3, 1), 0, 1);
-  EXPECT_NEAR(asian_strip(option_on(today, 20, .9, 18, 1, .3, 1), 5, 1), change / day, 1e-9);
+  for (double due : {0.5 * day, day}) {
+    const Months today{{due, .1}, {.06, .16}, {20, 21}, {.4, .3}, {3, 20}, 2},
+        tomorrow{{due - day, .1 - day}, {.06 - day, .16 - day}, {20, 21}, {.4, .3}, {3, 20}, 2};
+    const AsianStrip option = option_on(today, 20, .9, 18, 1, .3, 1);
+    const double later = asian_strip(option_on(tomorrow, 20, .9, (18 + 20) / 2.0, 2, .3 - day, 1), 0, 1);
+    EXPECT_NEAR(asian_strip(option, 5, 1), (later - asian_strip(option, 0, 1)) / day, 1e-9) << due;
+  }
 }
 
 TEST(AsianStrip, NegativePricesWhereTheyAreRefused) {

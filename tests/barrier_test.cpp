@@ -99,6 +99,17 @@ TEST(Barrier, InAndOutMakeTheEuropeanOption) {
   EXPECT_NEAR(barrier_price(100, 104, 0.31, -0.03, 0.01, 150, 88, 1.5, 2, 1), 11.12929992045162, 1e-12);
 }
 
+TEST(Barrier, RebatesCountInProportion) {
+  for (const int KnockType : {0, 1})
+    for (const double H : {92.0, 113.0}) {
+      const auto rebate = [&](double R) {
+        return barrier_price(100, 96, 0.28, 0.07, 0.03, 200, H, R, 1, KnockType) -
+               barrier_price(100, 96, 0.28, 0.07, 0.03, 200, H, 0, 1, KnockType);
+      };
+      EXPECT_NEAR(rebate(0.1), rebate(10) / 100, 1e-13) << H << " " << KnockType;
+    }
+}
+
 TEST(Barrier, DegenerateInputs) {
   EXPECT_EQ(barrier_price(100, 90, 0.28, 0.07, 0.03, 0, 80, 2.5, 1, 0), 10.0);
   EXPECT_EQ(barrier_price(100, 118, 0.28, 0.07, 0.03, 200, 113, 0, 1, 0), 0.0);

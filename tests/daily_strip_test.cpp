@@ -215,6 +215,10 @@ TEST(SpreadStrip, KnownRelations) {
   double out[3];
   const double expected =
       spread_kernel(100, 90, 8, .3 * std::sqrt(T), .25 * std::sqrt(T), .6, std::exp(-.05 * T), 1, out);
+  // By the correlation, where it may only fall.
+  EXPECT_NEAR(ostripsprd_greek({5, 4, .4, .8, .35, .7, -.5, 1, .9, 20, 30, 60, .05, 1, 0, 0, 1}, 7),
+              ostripsprd_greek({5, 4, .4, .8, .35, .7, -.5, .9995, .9, 20, 30, 60, .05, 1, 0, 0, 1}, 7),
+              1e-3);
   EXPECT_NEAR(ostripsprd_greek({100, 90, .3, .3, .25, .25, .6, .6, 8, 30, 90, 90, .05, 1, 0, 0, 1}, 0),
               expected, 1e-6);
   // Set after the strip, the daily inputs do not count.

@@ -229,6 +229,7 @@ TEST(Texts, RefusalsNameTheArgumentAndTheReason) {
       {"SWAPTION",
        {"{1,2,3}", "{1,2,3}", "{1,2}", "{1,2,3}", "1", "1", "1", "1", "1", "1", "1"},
        {"Swaptime has another length"}},
+      {"BASVOLT", {"{1,2}", "{1,2}", "", "{1,2}", "1", "1", "0"}, {"Weight_rng is missing"}},
       {"BASVOL",
        {"{1,2}", "1", "{1,2}", "{1,2}", "{1,2;3,4}", "1"},
        {"Annual_Vol 1 is a single number beside ranges"}},

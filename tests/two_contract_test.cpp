@@ -26,6 +26,14 @@ TwoContracts one_period(TwoContracts o) {
   return o;
 }
 
+TEST(TwoContracts, OneFixingIsAEuropeanOption) {
+  TwoContracts o = one_period(option(10, 0, 0, 70, 0, 75, 1));
+  o.n[0] = 0, o.n[1] = 1;
+  EXPECT_NEAR(two_contract_price(o),
+              bs_general(o.F[1], o.K, o.End[1], o.r, o.r, o.sigma_before[1], 1, 0) * std::exp(-o.r * 5 * day),
+              1e-12);
+}
+
 // Expected values: all ordered pairs of fixings, volatilities integrated piece by piece, and all moves in
 // mpmath, 30 digits. Second differences of moves of 1e-4 carry the rounding of the premium 1e8-fold.
 TEST(TwoContracts, EveryResult) {
