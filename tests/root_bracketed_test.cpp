@@ -56,10 +56,10 @@ TEST(RootBracketed, SaysWhyThereIsNone) {
   EXPECT_EQ(root_bracketed(line, 1.0, 2.0, nan, 2.0, 0.1, 0.0, 9).status, -1);
   EXPECT_EQ(root_bracketed(line, 0.05, 2.0, 0.05, 2.0, 0.1, 0.0, 9).x, 0.05);
   EXPECT_EQ(root_bracketed(line, -2.0, 0.05, -2.0, 0.05, 0.1, 0.0, 9).x, 0.05);
-  const BracketedRoot near =
+  const BracketedRoot close =
       root_bracketed([](double x) { return x - 0.7; }, 0.0, 9.0, -0.5, 99.0, 0.0, 0.0, 3);
-  EXPECT_EQ(near.status, 0);
-  EXPECT_TRUE(near.x > 0.0 && near.x < 9.0) << near.x;
+  EXPECT_EQ(close.status, 0);
+  EXPECT_TRUE(close.x > 0.0 && close.x < 9.0) << close.x;
   const BracketedRoot lost = root_bracketed([=](double) { return nan; }, 0.0, 1.0, -1.0, 1.0, 0.0, 0.0, 9);
   EXPECT_TRUE(std::isnan(lost.x) && lost.status == 0);
 }

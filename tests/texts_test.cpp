@@ -252,8 +252,8 @@ TEST(Texts, NamesThatWereMeant) {
     ASSERT_NE(nearest_function(written), nullptr) << written;
     EXPECT_STREQ(nearest_function(written)->name, meant);
   }
-  for (const char* far : {"", "SNA2", "Q", "EUROEUROEUROEUROEUROEUROEUROEUROE"})
-    EXPECT_EQ(nearest_function(far), nullptr) << far;
+  for (const char* other : {"", "SNA2", "Q", "EUROEUROEUROEUROEUROEUROEUROEUROE"})
+    EXPECT_EQ(nearest_function(other), nullptr) << other;
 }
 
 // The brackets of a JSON text outside its strings, and whether each is closed by its like.

@@ -13,7 +13,7 @@ namespace {
 // 16: a column read from top to bottom would fetch its cells one by one from all over the memory.
 bool is_symmetric(const double* rho, std::ptrdiff_t n, std::ptrdiff_t apart) {
   const auto place = [&](std::ptrdiff_t i, std::ptrdiff_t j) { return rho + (i * n + j) * apart; };
-  const auto two = [&](const double* first) { return _mm_loadh_pd(_mm_load_sd(first), first + apart); };
+  const auto two = [&](const double* first) { return _mm_set_pd(first[apart], *first); };
   __m128d unequal = _mm_setzero_pd();
   for (std::ptrdiff_t left = 0; left + 1 < n; left += 16)
     for (std::ptrdiff_t i = left; i + 1 < n; i += 2)
