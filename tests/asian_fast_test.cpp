@@ -17,46 +17,28 @@ const double nan = std::numeric_limits<double>::quiet_NaN();
 // Expected values, unless said otherwise: the same closed forms in mpmath, 34 digits, written independently.
 TEST(BlackScholesSens, PremiumAndEverySensitivity) {
   const struct {
-    bool call;
-    double S, K, days, r, q, sigma, premium, out[7];
+    struct {
+      bool call;
+      double S, K, days, r, q, sigma, premium;
+    } of;
+    double sensitivities[7];
   } rows[] = {
-      {true,
-       100,
-       95,
-       45,
-       0.06,
-       0.02,
-       0.35,
-       7.967517687189848,
+      {{true, 100, 95, 45, 0.06, 0.02, 0.35, 7.967517687189848},
        {0.6964238764846553, 0.028311004565913442, 12.208030716307643, 7.598546607138688, -19.648134741329212,
         -0.9816243557112749, -0.39372700146137646}},
-      {false,
-       100,
-       95,
-       45,
-       0.06,
-       0.02,
-       0.35,
-       2.5139514328372248,
+      {{false, 100, 95, 45, 0.06, 0.02, 0.35, 2.5139514328372248},
        {-0.30111509112489043, 0.028311004565913442, 12.208030716307643, -4.019563927555598,
         -15.985192846152188, -0.30972707591423715, -0.39372700146137646}},
-      {false,
-       42,
-       57,
-       900,
-       -0.01,
-       0.03,
-       0.6,
-       28.816105914833653,
+      {{false, 42, 57, 900, -0.01, 0.03, 0.6, 28.816105914833653},
        {-0.44880306298628186, 0.009358275896012359, 24.406076078043895, -117.45174840309853,
         -4.0135899674671345, -71.00477843490839, 0.555164064674974}},
   };
-  for (const auto& row : rows) {
+  for (const auto& [of, sensitivities] : rows) {
     double out[7];
-    const auto sens = row.call ? bs_call_sens : bs_put_sens;
-    EXPECT_NEAR(sens(row.S, row.K, row.days, row.r, row.q, row.sigma, out), row.premium, 1e-13 * row.S);
+    const auto sens = of.call ? bs_call_sens : bs_put_sens;
+    EXPECT_NEAR(sens(of.S, of.K, of.days, of.r, of.q, of.sigma, out), of.premium, 1e-13 * of.S);
     for (int i = 0; i < 7; ++i)
-      EXPECT_NEAR(out[i], row.out[i], 1e-14 * row.S) << "S " << row.S << " out " << i;
+      EXPECT_NEAR(out[i], sensitivities[i], 1e-14 * of.S) << "S " << of.S << " out " << i;
   }
 }
 

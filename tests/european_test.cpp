@@ -14,55 +14,33 @@ const double nan = std::numeric_limits<double>::quiet_NaN();
 // forms with the exact distribution agreed with numerical derivatives of the premium to 12 digits.
 TEST(European, EveryResultOfCallsAndPuts) {
   const struct {
-    double S, K, T, r, q, sigma;
-    int OptType;
+    struct {
+      double S, K, T, r, q, sigma;
+      int OptType;
+    } of;
     double result[9];
   } rows[] = {
-      {100,
-       95,
-       90 / 365.25,
-       0.05,
-       0.02,
-       0.25,
-       1,
+      {{100, 95, 90 / 365.25, 0.05, 0.02, 0.25, 1},
        {8.1430382104940776, 0.70019657656922001, 0.027724497465937704, 17.078745872240886,
         -2.0064981216823189, -10.357343277288489, 15.246805613082856, -0.5654165749324484,
         0.21766155579201125}},
-      {100,
-       95,
-       90 / 365.25,
-       0.05,
-       0.02,
-       0.25,
-       0,
+      {{100, 95, 90 / 365.25, 0.05, 0.02, 0.25, 0},
        {2.4713883384956389, -0.29488741533029828, 0.027724497465937704, 17.078745872240886,
         -0.60896632570734429, -7.6556737951898558, -7.8751860053040165, -0.5654165749324484,
         0.19775987595402089}},
-      {42,
-       57,
-       2.5,
-       -0.01,
-       0.03,
-       0.6,
-       2,
+      {{42, 57, 2.5, -0.01, 0.03, 0.6, 2},
        {9.482095992707694, 0.4812726427253026, 0.0092786994071108866, 24.551438631215406, -23.705239981769235,
         -2.2324555558944173, 26.828387504387538, 0.55557804431808582, -0.036642971032464931}},
-      {42,
-       57,
-       2.5,
-       -0.01,
-       0.03,
-       0.6,
-       0,
+      {{42, 57, 2.5, -0.01, 0.03, 0.6, 0},
        {28.959831436800916, -0.4464708436032503, 0.0092786994071108866, 24.551438631215406,
         -72.399578592002291, -3.9858419673673184, -119.27901717034357, 0.55557804431808582,
         -0.064475275622321518}},
   };
-  for (const auto& row : rows)
+  for (const auto& [of, result] : rows)
     for (int RetType = 0; RetType <= 8; ++RetType)
-      EXPECT_NEAR(bs_general(row.S, row.K, row.T, row.r, row.q, row.sigma, row.OptType, RetType),
-                  row.result[RetType], 2e-13 * row.S)
-          << "S " << row.S << " OptType " << row.OptType << " RetType " << RetType;
+      EXPECT_NEAR(bs_general(of.S, of.K, of.T, of.r, of.q, of.sigma, of.OptType, RetType), result[RetType],
+                  2e-13 * of.S)
+          << "S " << of.S << " OptType " << of.OptType << " RetType " << RetType;
 }
 
 TEST(European, ParityHoldsToRounding) {

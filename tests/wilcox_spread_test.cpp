@@ -11,40 +11,27 @@ namespace {
 // the exact distribution numerical derivatives agreed, but for the put's theta, 2 (F - K) r e^(-rT) higher.
 TEST(WilcoxSpread, EveryResult) {
   const struct {
-    double F, K, r, sigma, T;
-    int OptType;
+    struct {
+      double F, K, r, sigma, T;
+      int OptType;
+    } of;
     double result[9];
   } rows[] = {
-      {-2,
-       -3,
-       0.05,
-       4.5,
-       0.4,
-       1,
+      {{-2, -3, 0.05, 4.5, 0.4, 1},
        {1.6710261191020173, 0.62472214111228742, 0.12917333061601604, 0.23251199510882887,
         -0.66841044764080693, -1.2243286665320615, 0, 0, 0.19270277032563442}},
-      {-2,
-       -3,
-       0.05,
-       4.5,
-       0.4,
-       0,
+      {{-2, -3, 0.05, 4.5, 0.4, 0},
        {0.69082744579526202, -0.35547653219446788, 0.12917333061601604, 0.23251199510882887,
         -0.27633097831810481, -1.1753187328667237, 0, 0, 0.14369283666029665}},
-      {7,
-       12,
-       0.03,
-       9,
-       2,
-       2,
+      {{7, 12, 0.03, 9, 2, 2},
        {7.500718453192017, -0.61476510146034492, 0.027326499665989459, 0.49187699398781026,
         -15.001436906384034, -1.1642310429520872, 0, 0, -0.052601077626297171}},
   };
-  for (const auto& row : rows)
+  for (const auto& [of, result] : rows)
     for (int RetType = 0; RetType <= 8; ++RetType)
-      EXPECT_NEAR(wilcox_spread(row.F, row.K, row.r, row.sigma, row.T, row.OptType, RetType),
-                  row.result[RetType], 1e-12)
-          << "F " << row.F << " OptType " << row.OptType << " RetType " << RetType;
+      EXPECT_NEAR(wilcox_spread(of.F, of.K, of.r, of.sigma, of.T, of.OptType, RetType), result[RetType],
+                  1e-12)
+          << "F " << of.F << " OptType " << of.OptType << " RetType " << RetType;
 }
 
 TEST(WilcoxSpread, AtTheMoneyCallAndPutAgree) {

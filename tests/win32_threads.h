@@ -1,5 +1,5 @@
 // GoogleTest names std::mutex and std::condition_variable in one class, and the compiler's win32 thread model
-// lacks both. Included before every source of the Windows test build.
+// lacks both. To be included before it in the Windows test build.
 #pragma once
 
 #ifdef __cplusplus
