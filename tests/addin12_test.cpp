@@ -186,6 +186,7 @@ TEST_F(Addin12, LaysBlocksOverEachOtherAsExcelDoes) {
       {"EURO({100;101},95,5%,2%,25%,90,1,0)*1", "{" + a + ";" + c + "}"},
       {"1*EURO({100,101},95,5%,2%,25%,90,1,0)", "{" + a + "," + c + "}"},
       {"EURO({1,2;3,4},95,5%,2%,25%,90,1,0)*0+EURO({1,2,3},95,5%,2%,25%,90,1,0)*0", "{0,0,#N/A;0,0,#N/A}"},
+      {"EURO({1;2;3},95,5%,2%,25%,90,1,0)*0+EURO({1,2;3,4},95,5%,2%,25%,90,1,0)*0", "{0,0;0,0;#N/A,#N/A}"},
       {"1-EURO({1,2},95,5%,2%,25%,90,1,{1;\"x\"})*0", "{1,1;#VALUE!,#VALUE!}"},
   };
   for (const auto& [formula, expected] : rows) EXPECT_EQ(answer(formula), expected) << formula;
@@ -292,8 +293,8 @@ struct CopyElsewhere {
 };
 
 TEST(Addin12Files, OpenFromAnyFolderWithTheReferenceBesideThem) {
-  CopyElsewhere copy("\xC3\x96l \xD0\x96 \xF0\x9D\x84\x9E\xF0\x90\x80\x80");
-  const std::string found = "/%C3%96l%20%D0%96%20%F0%9D%84%9E%F0%90%80%80/";
+  CopyElsewhere copy("\xC3\x96l \xD0\x96 \xF0\x9D\x84\x9E\xF0\x90\x80\x80 \xC2\x80\xE0\xA0\x80");
+  const std::string found = "/%C3%96l%20%D0%96%20%F0%9D%84%9E%F0%90%80%80%20%C2%80%E0%A0%80/";
   const std::pair<const char*, const char*> places[] = {{"", nullptr},
                                                         {"reference", "reference/EURO.html!0"},
                                                         {"bits/reference", "bits/reference/EURO.html!0"}};

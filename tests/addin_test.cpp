@@ -23,6 +23,7 @@ struct Addin : testing::Test {
     reset_standin();
     const std::string failure = load_addin(program_folder() + KESTRAN_ADDIN);
     EXPECT_EQ(failure, "");
+    EXPECT_EQ(standin().accounting.arrays_handed_out, 0u);
   }
   ~Addin() override {
     unload_addin();

@@ -168,6 +168,8 @@ TEST(AsianFast, ExtremeCountsAndBadInput) {
   double out[7];
   asn_model(100, 60, 0.04, 0.15, 0, 40, 0, 0.01, 0.2, 0, out);
   for (int i : {0, 1, 4}) EXPECT_EQ(out[i], 0.0) << i;  // the price is 1.4e-37 before the cut
+  asn_model(100, 60, 40, 0.15, 130, 40, 30, 0.01, 2, 1, out);
+  for (double result : out) EXPECT_EQ(result, 0.0);  // discounted by e^-80
   // Theta in another currency, where hardly any of the strike is left.
   double of_cents[7];
   asn_model(100, 100, 0.05, 0.3, 180, 40, 20, 0.1, 0.2, 1, out);

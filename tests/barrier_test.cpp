@@ -106,7 +106,8 @@ TEST(Barrier, RebatesCountInProportion) {
         return barrier_price(100, 96, 0.28, 0.07, 0.03, 200, H, R, 1, KnockType) -
                barrier_price(100, 96, 0.28, 0.07, 0.03, 200, H, 0, 1, KnockType);
       };
-      EXPECT_NEAR(rebate(0.1), rebate(10) / 100, 1e-13) << H << " " << KnockType;
+      for (double R : {0.1, 1.0})
+        EXPECT_NEAR(rebate(R), rebate(10) * R / 10, 1e-13) << H << " " << KnockType << " " << R;
     }
 }
 

@@ -124,8 +124,13 @@ explain 'CMPDV(100,6,100,320,300,5%,5%,25%,28%,1,0)' 'warning: .* 320 is more th
 explain 'ASTRIP({20,21},{0.4,0.3},{0.1,0.2},{0.15,0.25},{21,40},22,20,0.05,1.2,0,0.3,1,0,1)' \
   '  Price_rng    1 x 2 cells, 20 to 21' 'warning: Correl 1.2 .*' 'warning: Settles_rng 21 is more fixings than the .*'
 explain 'ASTRIP({20;21},{0.4;0.3},{0.1;0.2},{0.1547570;0.25},{21;19},0,20,0.05,1,0,0.3,1,0,1)' '= [0-9.]*  premium, .*'
+same 'explained and strict' '0 1' "$("$kestran" --strict --explain "$call" >/dev/null; echo -n "$? "
+  "$kestran" --strict --explain 'EURO(1)' >/dev/null 2>&1; echo $?)"
 same 'a fixing on each day' '' "$(grep warning "$folder/explained")"
 explain 'EURO(100,95,5%,2%,25%,0.5,1,0)' 'warning: ExpDays 0.5 is less than a day.*'
+explain 'XCOL({20,20.5,21},{.05,.051,.052},{.3,.29},{120,150,181},0.25,0.03,90,22,19,0.05,25)' \
+  'refused: Vol_rng has another length than the other ranges'
+explain 'FOREXCH(-1.1,1.15,4%,2%,11%,180,1,0)' 'warning: SpotAB -1.1 is a negative price'
 explain '1+EURRO(2)' '#NAME?' '.*no function EURRO; did you mean EURO?'
 expect 1 '#NAME?\n' 'EURRO(1)' --strict
 grep -q 'did you mean EURO' "$folder/errors" || same 'a name that was meant' EURO "$(cat "$folder/errors")"

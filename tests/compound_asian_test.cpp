@@ -69,6 +69,11 @@ TEST(CompoundAsian, ThetaTakesInAFixingOnItsWay) {
   };
   EXPECT_NEAR(compound_asian_price(made), premium(40), 1e-9);
   EXPECT_NEAR(compound_asian_greek(made, 5), (premium(39) - premium(40)) * 365.25, 1e-6);
+  // Half of the time to the compound expiry on, where that is less than a day.
+  CompoundAsian soon = made;
+  soon.ExpDays = 20.8;
+  soon.CmpExpDays = 0.8;
+  EXPECT_NEAR(compound_asian_greek(soon, 5), (premium(20.4) - premium(20.8)) / 0.4 * 365.25, 1e-6);
 }
 
 struct Axis {

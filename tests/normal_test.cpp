@@ -40,6 +40,7 @@ TEST(Normal, IsClampedFarOut) {
   EXPECT_GT(cnorm(-25.0), 0.0);
   EXPECT_EQ(cnorm3(41.0, 0.7), 1.0);
   EXPECT_EQ(cnorm3(-41.0, 0.7), 0.0);
+  EXPECT_NEAR(cnorm3(0.0, 1.0), 1.0 - 0.3989422804, 1e-10);
   EXPECT_GT(cnorm3(-37.0, cnorm3_poly(37.0)), -1e-300);
   EXPECT_TRUE(std::isnan(cnorm(std::numeric_limits<double>::quiet_NaN())));
   EXPECT_EQ(cnorm(std::numeric_limits<double>::infinity()), 1.0);

@@ -97,6 +97,7 @@ TEST(Swaption, StrikeForEachPeriod) {
 
 TEST(Swaption, DiscountFactor) {
   EXPECT_NEAR(semiannual_discount(.05, .5), 1 / 1.025, 1e-16);
+  EXPECT_EQ(semiannual_discount(-3, 0), 1.0);
   EXPECT_NEAR(semiannual_discount(-.02, 30), std::pow(.99, -60), 1e-14);
   EXPECT_EQ(semiannual_discount(.05, 0), 1.0);
   EXPECT_EQ(semiannual_discount(.05, -2), 1.0);

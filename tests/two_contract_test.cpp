@@ -101,6 +101,11 @@ TEST(TwoContracts, SpecialCases) {
   EXPECT_NEAR(two_contract_price(one_period(option(40, 0, 0, 70, 0, 75, 1))),
               two_contract_price(option(40, 40 + 14 * step, 40 + 13 * step, 70, 0, 75, 1)), 1e-12);
 
+  TwoContracts two_days = one_period(option(40, 0, 0, 70, 0, 75, 1)),
+               apart = option(40, 70, 40, 70, 0, 75, 1);
+  for (TwoContracts* o : {&two_days, &apart}) o->n[0] = o->n[1] = 1;
+  EXPECT_NEAR(two_contract_price(two_days), two_contract_price(apart), 1e-12);
+
   TwoContracts alone = option(0, 0, 0, 0, 0, 90, 0);
   alone.n[0] = 0;
   alone.n[1] = 1;
