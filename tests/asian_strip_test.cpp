@@ -170,9 +170,12 @@ TEST(AsianStrip, ADayPassesWithAFixingAsLargeAsThoseMade) {
   for (double due : {0.5 * day, day}) {
     const Months today{{due, .1}, {.06, .16}, {20, 21}, {.4, .3}, {3, 20}, 2},
         tomorrow{{due - day, .1 - day}, {.06 - day, .16 - day}, {20, 21}, {.4, .3}, {3, 20}, 2};
-    const AsianStrip option = option_on(today, 20, .9, 18, 1, .3, 1);
-    const double later = asian_strip(option_on(tomorrow, 20, .9, (18 + 20) / 2.0, 2, .3 - day, 1), 0, 1);
-    EXPECT_NEAR(asian_strip(option, 5, 1), (later - asian_strip(option, 0, 1)) / day, 1e-9) << due;
+    for (int made : {1, 3}) {  // 3 are all of the first month
+      const AsianStrip option = option_on(today, 20, .9, 18, made, .3, 1);
+      const double average = (18 * made + (made < 3 ? 20 : 21)) / (made + 1.0);
+      const double later = asian_strip(option_on(tomorrow, 20, .9, average, made + 1, .3 - day, 1), 0, 1);
+      EXPECT_NEAR(asian_strip(option, 5, 1), (later - asian_strip(option, 0, 1)) / day, 1e-9) << due;
+    }
   }
 }
 

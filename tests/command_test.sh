@@ -199,7 +199,9 @@ looked_at() {  # COMMAND
 price="'$kestran' price --function AMERB --output '$folder/priced.csv'"
 shows 'progress of a file' '[0-9]* rows, [0-9]* a second \[#\{12,18\}[.]\{12,18\}\] [0-9]* s left' \
   "$(looked_at "$price --input '$folder/book.csv'")"
-shows 'progress of a pipe' '[0-9]* rows, [0-9]* a second$' "$(looked_at "head -n 8000 '$folder/book.csv' | $price")"
+shown=$(looked_at "head -n 8000 '$folder/book.csv' | $price")
+shows 'progress of a pipe' '[0-9]* rows, [0-9]* a second$' "$shown"
+same 'progress is cleared away' $'\e[K' "${shown##*$'\n'}"
 for place in "HOME=/proc" "HOME=" "HOME=$kestran" "XDG_STATE_HOME=/proc/none"; do
   shows "without a history ($place)" '^3' "$(export "${place?}"; converse '1+2\nquit\n')"
 done
