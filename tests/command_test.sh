@@ -130,6 +130,7 @@ same 'a fixing on each day' '' "$(grep warning "$folder/explained")"
 explain 'EURO(100,95,5%,2%,25%,0.5,1,0)' 'warning: ExpDays 0.5 is less than a day.*'
 explain 'XCOL({20,20.5,21},{.05,.051,.052},{.3,.29},{120,150,181},0.25,0.03,90,22,19,0.05,25)' \
   'refused: Vol_rng has another length than the other ranges'
+explain 'EURO(100,95,5%,2%,25%,90,1,3)' '= [0-9.]*  vega, .*'
 explain 'FOREXCH(-1.1,1.15,4%,2%,11%,180,1,0)' 'warning: SpotAB -1.1 is a negative price'
 explain '1+EURRO(2)' '#NAME?' '.*no function EURRO; did you mean EURO?'
 expect 1 '#NAME?\n' 'EURRO(1)' --strict

@@ -84,6 +84,16 @@ TEST(SpreadKernel, ANegativePriceMakesASum) {
   EXPECT_TRUE(std::isnan(spread_kernel(-100, -80, 5, 0.3, 0.25, 0.6, 1, 1, out)));
 }
 
+// It takes nothing from the call: Black's option on the other price, worked out with mpmath.
+TEST(SpreadKernel, APriceWithItsMeanInTheFarTail) {
+  double out[3];
+  for (double vB : {20.0, 31.2, 31.4})
+    for (int OptType : {0, 1})
+      EXPECT_NEAR(spread_kernel(100, 90, 80, 0.5, vB, 0, 1, OptType, out), OptType ? 29.4629658 : 99.4629658,
+                  2e-4)
+          << vB;
+}
+
 TEST(SpreadKernel, LimitsAndBadInput) {
   double out[3];
   // One price next to nothing: Black's formula on the other.

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "functions/refused_number.h"
+#include "numerics/lanes.h"
 #include "tests/fuzz/fuzzer.h"
 #include "tests/fuzz/refusals.h"
 #include "tests/fuzz/relations.h"
@@ -125,21 +126,22 @@ bool pass(int to, std::uint64_t number) {
 
 // To be called before anything is priced.
 void start_other_lanes() {
-  const char* lanes = "1";
+  const char* wanted = "1";
   for (int& process : other_processes) {
     int ends[2];
     require(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) == 0, "no sockets");
     const pid_t child = fork();
     require(child >= 0, "no process beside this one");
     if (child == 0) {
-      setenv("KESTRAN_LANES", lanes, 1);
+      setenv("KESTRAN_LANES", wanted, 1);
+      require(lanes() == std::atoi(wanted), "lanes that were not asked for");
       unsetenv("KESTRAN_FUZZ_CALLS");
       close(ends[0]);
       serve(ends[1]);
     }
     close(ends[1]);
     process = ends[0];
-    lanes = "2";
+    wanted = "2";
   }
 }
 
