@@ -37,7 +37,10 @@ TEST(Xcol, EveryResult) {
       EXPECT_NEAR(xcol_greeks(four_periods(OptType), RetTypes[k]), expected[OptType & 1][k],
                   RetTypes[k] == 0 || RetTypes[k] == 10 ? 1e-10 : 1e-6)
           << "OptType " << OptType << " RetType " << RetTypes[k];
-  CollarOption option = four_periods(0);
+  CollarOption option = four_periods(1);
+  option.n = 1;
+  EXPECT_NEAR(xcol_greeks(option, 11), xcol_greeks(option, 1), 1e-9);  // the only period
+  option = four_periods(0);
   option.VolSpread = -0.4;  // no volatility is left for the floorlets
   EXPECT_NEAR(xcol_price(option), 0.32313668705265, 1e-8);
   option = four_periods(1);
