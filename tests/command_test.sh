@@ -79,7 +79,7 @@ expect 1 '#DIV/0!\n1\n' '' --strict 1/0 1
 expect 1 'nan\n' "HEAT(52,6.5,-7.5,5%,45%,55%,0.6,120,1,0)" --strict
 expect 0 "$value\n\nx\nTRUE\n0\n" "$call\n\n\"x\"\nTRUE\n{}" --strict
 expect 2 "#SYNTAX! column 2: expected an operator or the end of the formula\n#DIV/0!\n" '1)\n1/0\n' --strict
-same 'unreadable input' 'status 2' "$("$kestran" </ 2>/dev/null; echo "status $?")"
+same 'unreadable input' 'kestran: the input cannot be read, 2' "$("$kestran" 2>&1 </), $?"
 same 'output that cannot be written' 'status 1' "$("$kestran" 1 2>&1 >/dev/full | grep -v written; echo "status ${PIPESTATUS[0]}")"
 same 'an add-in at fault' $'2\nstatus 3' "$("$kestran" --library "$careless" 1+1 2>"$folder/errors"; echo "status $?")"
 grep -q 'xlAutoClose: leak' "$folder/errors" || same 'its fault' 'a leak' "$(cat "$folder/errors")"
@@ -131,6 +131,7 @@ explain 'EURO(100,95,5%,2%,25%,0.5,1,0)' 'warning: ExpDays 0.5 is less than a da
 explain 'XCOL({20,20.5,21},{.05,.051,.052},{.3,.29},{120,150,181},0.25,0.03,90,22,19,0.05,25)' \
   'refused: Vol_rng has another length than the other ranges'
 explain 'EURO(100,95,5%,2%,25%,90,1,3)' '= [0-9.]*  vega, .*'
+explain 'BASVOL({100},{30%},{0},{1},{1},1)' '  Annual_Vol     0.3 = 30 % per year'
 explain 'FOREXCH(-1.1,1.15,4%,2%,11%,180,1,0)' 'warning: SpotAB -1.1 is a negative price'
 explain '1+EURRO(2)' '#NAME?' '.*no function EURRO; did you mean EURO?'
 expect 1 '#NAME?\n' 'EURRO(1)' --strict

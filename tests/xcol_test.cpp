@@ -40,6 +40,9 @@ TEST(Xcol, EveryResult) {
   CollarOption option = four_periods(1);
   option.n = 1;
   EXPECT_NEAR(xcol_greeks(option, 11), xcol_greeks(option, 1), 1e-9);  // the only period
+  option.Cap = option.Floor = 0;
+  EXPECT_EQ(xcol_greeks(option, 8), 0.0);
+  EXPECT_EQ(xcol_greeks(option, 9), 0.0);
   option = four_periods(0);
   option.VolSpread = -0.4;  // no volatility is left for the floorlets
   EXPECT_NEAR(xcol_price(option), 0.32313668705265, 1e-8);
