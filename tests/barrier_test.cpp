@@ -55,30 +55,26 @@ TEST(Barrier, EveryCaseWithRebate) {
 // Expected: the same differences of the closed form in mpmath, 30 digits.
 TEST(Barrier, Sensitivities) {
   const struct {
-    double K, H;
-    int OptType, KnockType;
+    struct {
+      double K, H;
+      int OptType, KnockType;
+    } of;
     double result[6];
   } rows[] = {
-      {96,
-       92,
-       1,
-       0,
+      {{96, 92, 1, 0},
        {9.3391185833510476, 0.84459446176549314, -0.00016326145228021248, 5.0674505848660616,
         -13635.914229992111, -2.5704436675732746}},
-      {118,
-       113,
-       2,
-       1,
+      {{118, 113, 2, 1},
        {6.026345056822808, 0.2721838092599989, 0.012102115907516314, 24.140755499644218, 3348.3254514702929,
         -5.2903391630085719}},
   };
   const double tolerance[] = {1e-12, 1e-12, 1e-11, 1e-9, 1e-8, 1e-10};
-  for (const auto& row : rows)
+  for (const auto& [of, result] : rows)
     for (int RetType = 0; RetType <= 5; ++RetType)
       EXPECT_NEAR(
-          barrier_greek(100, row.K, 0.28, 0.07, 0.03, 200, row.H, 2.5, row.OptType, row.KnockType, RetType),
-          row.result[RetType], 10 * tolerance[RetType])
-          << "K " << row.K << " RetType " << RetType;
+          barrier_greek(100, of.K, 0.28, 0.07, 0.03, 200, of.H, 2.5, of.OptType, of.KnockType, RetType),
+          result[RetType], 10 * tolerance[RetType])
+          << "K " << of.K << " RetType " << RetType;
   EXPECT_EQ(barrier_greek(100, 96, 0.28, 0.0, 0.03, 200, 92, 2.5, 1, 0, 4), 0.0);
   EXPECT_EQ(barrier_greek(100, 96, 0.28, 0.07, 0.03, 200, 92, 2.5, 1, 0, 6), -99.0);
 }

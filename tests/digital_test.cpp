@@ -16,30 +16,29 @@ const double nan = std::numeric_limits<double>::quiet_NaN();
 // exact distribution they agreed with numerical derivatives of the premium.
 TEST(Digital, EveryResultOfBothModels) {
   const struct {
-    double in[8];  // Cash, S, K, T, r, q, sigma, Premium
-    int OptType;
+    struct {
+      double Cash, S, K, T, r, q, sigma, Premium;
+      int OptType;
+    } of;
     double digital[6], cod[6];
   } rows[] = {
-      {{10, 100, 105, 0.5, 0.05, 0.02, 0.3, 8},
-       1,
+      {{10, 100, 105, 0.5, 0.05, 0.02, 0.3, 8, 1},
        {3.856066177, 0.1770746817, 0.0004442671615, 0.6664007423, -1.928033088, -0.538340959},
        {3.827791516, 0.3323536478, 0.01823742785, 27.35614178, -1.913895758, -9.012513901}},
-      {{10, 100, 105, 0.5, 0.05, 0.02, 0.3, 8},
-       0,
+      {{10, 100, 105, 0.5, 0.05, 0.02, 0.3, 8, 0},
        {5.897032943, -0.1770746817, -0.0004442671615, -0.6664007423, -2.948516472, 1.025995915},
        {5.597575491, -0.3743766952, 0.01894825531, 28.42238297, -2.798787746, -7.12370603}},
-      {{3, 42, 40, 2.5, -0.01, 0.03, 0.6, 5},
-       2,
+      {{3, 42, 40, 2.5, -0.01, 0.03, 0.6, 5, 2},
        {0.9185943708, 0.02678595923, -0.0002825919862, -0.7477383955, -2.296485927, 0.1255430753},
        {12.0507184, 0.5703480194, 0.008974465764, 23.74643641, -30.12679599, -2.011894881}},
   };
   for (const auto& row : rows) {
-    const auto [Cash, S, K, T, r, q, sigma, Premium] = row.in;
+    const auto& [Cash, S, K, T, r, q, sigma, Premium, OptType] = row.of;
     for (int i = 0; i < 6; ++i) {
-      EXPECT_NEAR(digital_option(Cash, S, K, T, r, q, sigma, row.OptType, i), row.digital[i], 1e-9)
-          << S << " " << row.OptType << " RetType " << i;
-      EXPECT_NEAR(cod_option(S, K, T, r, q, sigma, Premium, row.OptType, i), row.cod[i], 1e-8)
-          << S << " " << row.OptType << " RetType " << i;
+      EXPECT_NEAR(digital_option(Cash, S, K, T, r, q, sigma, OptType, i), row.digital[i], 1e-9)
+          << S << " " << OptType << " RetType " << i;
+      EXPECT_NEAR(cod_option(S, K, T, r, q, sigma, Premium, OptType, i), row.cod[i], 1e-8)
+          << S << " " << OptType << " RetType " << i;
     }
   }
   // Published: Haug, "The Complete Guide to Option Pricing Formulas", cash-or-nothing options.

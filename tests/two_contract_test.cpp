@@ -43,47 +43,43 @@ TEST(TwoContracts, EveryResult) {
   sure.K = 15;
   sure.A = 40;
   const struct {
-    const char* name;
+    struct {
+      const char* name;
+      int contract;
+    } of;
     TwoContracts option;
-    int contract;
     double result[10];
   } rows[] = {
-      {"ahead",
+      {{"ahead", 1},
        option(40, 60, 59, 70, 0, 75, 1),
-       1,
        {1.37712580271, 0.344717883723, 0.0762369784246, 1.78955467791, -0.282774468981, -4.37590500172,
         -4.37590500172, 0.377792537652, 0.292011614102, 0.00541420216046}},
-      {"under way",
+      {{"under way", 2},
        option(0, 11, 10, 21, 6, 26, 0),
-       2,
        {0.336872198223, -0.164160894132, 0.111426213901, 0.575725678676, -0.0239798657904, -9.54971571803,
         -5.77542283073, 0.124469013208, 0.0722775331033, -0.0239801927932}},
-      {"second window first",
+      {{"second window first", 1},
        overlapping,
-       1,
        {0.899663678923, 0.357745834586, 0.121714576355, 1.1881512096, -0.134948539722, -2.90987660992,
         -2.90987660992, 0.729708749781, 0.339984336224, -0.0281058982786}},
-      {"first contract over",
+      {{"first contract over", 2},
        option(-3, 1, -1, 15, 14, 26, 1),
-       2,
        {0.140345399876, 0.160803549644, 0.119269416626, 0.0700363354146, -0.00999032829387, -4.33975022008,
         -4.36220047097, 0.37191658183, 0, 0.0109994692455}},
-      {"one period under way",
+      {{"one period under way", 1},
        one_period(option(-9, 0, 0, 21, 7, 26, 1)),
-       1,
        {0.391312229172, 0.167671905967, 0.0940060086777, 0, -0.0278551177188, -9.80335601724, -9.77692846127,
         0.27239460722, 0.0685326344868, 0}},
-      {"sure to be exercised",
+      {{"sure to be exercised", 2},
        sure,
-       2,
        {18.2983925754, 0.362344407434, 0, 0, -1.30255034536, 0.914982254463, 0.914982254463, 0, 0, 0}},
   };
   const double tolerance[10] = {1e-11, 1e-10, 1e-7, 1e-8, 2e-9, 1e-10, 1e-10, 1e-8, 1e-9, 3e-6};
   for (const auto& row : rows)
     for (int RetType = 0; RetType <= 9; ++RetType)
-      EXPECT_NEAR(two_contract_sens(row.option, RetType, row.contract), row.result[RetType],
+      EXPECT_NEAR(two_contract_sens(row.option, RetType, row.of.contract), row.result[RetType],
                   tolerance[RetType])
-          << row.name << " RetType " << RetType;
+          << row.of.name << " RetType " << RetType;
 }
 
 // 600,000 pairs of antithetic paths of all fixings, each with its standard error.
