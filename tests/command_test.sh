@@ -86,7 +86,7 @@ grep -q 'xlAutoClose: leak' "$folder/errors" || same 'its fault' 'a leak' "$(cat
 same 'no add-in' 'status 3' "$("$kestran" --library /none 1 2>/dev/null; echo "status $?")"
 
 # Books: a file is written whole or not at all, a device or a pipe as it comes, a link stays a link.
-book=$'Price,Strike,IntRt,Yield,Vol,ExpDays,OptType\n100,95,5%,2%,25%,90,1\n'
+book=$'"Price",Strike,IntRt,Yield,Vol,ExpDays,OptType\n100,95,5%,2%,25%,90,1\n'
 same 'a book to a device' 'status 1' "$(printf %s "$book" | "$kestran" price --function EURO --output /dev/full 2>/dev/null; echo "status $?")"
 [ -c /dev/full ] || same /dev/full 'a device' 'none any more'
 mkdir "$folder/books"
@@ -140,6 +140,7 @@ grep -q 'did you mean EURO' "$folder/errors" || same 'a name that was meant' EUR
 bash -n "$folder/completion" || same --completion 'a script' ''
 "$kestran" --man | sed 's/\\\(.\)/\1/g' >"$folder/page"
 grep -q '^.SH OPTIONS' "$folder/page" || same --man 'a page' ''
+grep -q -x 'fB--listfR' "$folder/page" || same --man '--list, which takes nothing' "$(grep list "$folder/page")"
 for option in --explain --delimiter; do
   grep -q -e "$option" "$folder/completion" || same --completion "$option" none
   grep -q -e "$option" "$folder/page" || same --man "$option" none

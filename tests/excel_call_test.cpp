@@ -3,12 +3,29 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <utility>
 
 #include "addin/commands.h"
 #include "addin/registration_table.h"
 
 namespace kestran {
 namespace {
+
+// The add-in and the stand-in share them, so that only Excel itself would notice another number.
+TEST(ExcelApi, NumbersAreThoseOfExcel) {
+  const std::pair<int, int> numbers[] = {
+      {xlfSetName, 88},    {xlfRegister, 149},       {xlfAddMenu, 152},    {xlfDeleteMenu, 158},
+      {xlfGetBar, 182},    {xlfUnregister, 201},     {xlfRegisterId, 267}, {xlFree, 0x4000},
+      {xlAbort, 0x4001},   {xlCoerce, 0x4002},       {xlSheetId, 0x4004},  {xlGetName, 0x4009},
+      {xlcAlert, 0x8076},  {xltypeNum, 1},           {xltypeStr, 2},       {xltypeBool, 4},
+      {xltypeRef, 8},      {xltypeErr, 16},          {xltypeMulti, 64},    {xltypeMissing, 128},
+      {xltypeNil, 256},    {xltypeSRef, 1024},       {xltypeInt, 2048},    {xlbitDLLFree, 0x4000},
+      {xlerrNull, 0},      {xlerrDiv0, 7},           {xlerrValue, 15},     {xlerrRef, 23},
+      {xlerrName, 29},     {xlerrNum, 36},           {xlerrNA, 42},        {xlretSuccess, 0},
+      {xlretInvXlfn, 2},   {xlretInvCount, 4},       {xlretInvXloper, 8},  {xlretFailed, 32},
+      {xlretUncalced, 64}, {xlretNotThreadSafe, 128}};
+  for (const auto& [ours, excels] : numbers) EXPECT_EQ(ours, excels);
+}
 
 TEST(TemporaryPool, HoldsSixtyFourRecords) {
   FreeAllTempMemory();
